@@ -1,0 +1,36 @@
+#include "base/Decimal.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+double parseDecimal(const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::string_view digits(bytes.constData(), static_cast<size_t>(bytes.size()));
+    if (digits.starts_with('+') && !digits.starts_with("+-")) {
+        digits.remove_prefix(1);
+    }
+    double value = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value);
+    return error == std::errc() && stop == end && std::isfinite(value) ? value : 0;
+}
+
+QString decimalText(double value)
+{
+    std::array<char, 32> buffer{};
+    const auto [end, error] = std::to_chars(buffer.begin(), buffer.end(), value);
+    QString text = QString::fromLatin1(buffer.data(), end - buffer.data());
+    if (!std::isfinite(value) || text.contains(QLatin1Char('.'))) {
+        return text;
+    }
+    const qsizetype exponent = text.indexOf(QLatin1Char('e'));
+    return text.insert(exponent < 0 ? text.size() : exponent, QStringLiteral(".0"));
+}
+
+QString boolText(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+class Automation;
+class NotificationCenter;
+class Pasteboard;
+class PowerState;
+class RunLoop;
+class ScriptRunner;
+class StatusBar;
+class Workspace;
+
+/// The services of the desktop that the program runs on. All references outlive every user of the struct.
+struct Platform
+{
+    RunLoop& runLoop;
+    ScriptRunner& scripts;
+    Automation& automation;
+    Workspace& workspace;
+    PowerState& power;
+    Pasteboard& pasteboard;
+    StatusBar& statusBar;
+
+    /// What the players say of themselves: "com.apple.Music.playerInfo" and
+    /// "com.spotify.client.PlaybackStateChanged".
+    NotificationCenter& distributedNotifications;
+
+    /// Broadcasts within the program.
+    NotificationCenter& notifications;
+
+    /// The platform that the shared instances use; set once, before the first of them is touched.
+    static Platform& current();
+    static void setCurrent(Platform* platform);
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QRect>
+
+class QWindow;
+
+/// The strip at the top of the screen where status items live.
+class StatusBar
+{
+public:
+    StatusBar() = default;
+    virtual ~StatusBar() = default;
+    StatusBar(const StatusBar&) = delete;
+    StatusBar& operator=(const StatusBar&) = delete;
+
+    /// Height of the strip, in points.
+    virtual int thickness() const = 0;
+
+    /// Makes a window that is not shown yet a status item: above the others, on every desktop, in no task
+    /// list, never taking the keyboard from the window that has it.
+    virtual void adopt(QWindow& window) = 0;
+
+    /// Whether translucent windows are blended with what lies below them.
+    virtual bool isComposited() const = 0;
+};

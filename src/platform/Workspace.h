@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QObject>
+#include <QUrl>
+
+/// The applications that run on this desktop, by bundle identifier.
+class Workspace : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Whether at least one running application has this bundle identifier.
+    virtual bool isRunning(const QString& bundleId) const = 0;
+
+    /// Opens an address with what the desktop has for it. False when nothing could be started.
+    virtual bool open(const QUrl& url) = 0;
+
+Q_SIGNALS:
+    void applicationLaunched(const QString& bundleId);
+    void applicationTerminated(const QString& bundleId);
+
+    /// A player jumped within its track by itself, as when the user seeks in the player's own window.
+    void playbackJumped(const QString& bundleId);
+};
