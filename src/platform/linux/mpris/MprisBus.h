@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QHash>
+#include <QObject>
+
+class MprisPlayer;
+class QDBusMessage;
+class RunLoop;
+
+/// Every MPRIS player on the session bus. The connection is this object's own, so that it can be made anew
+/// when the bus is restarted; until then there are no players.
+class MprisBus : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Connects to the bus at `address`, or to the session bus if that is empty.
+    explicit MprisBus(RunLoop& runLoop, QString address = {});
+    ~MprisBus() override;
+
+    QList<MprisPlayer*> players() const { return _players.values(); }
+
+Q_SIGNALS:
+    void playerAdded(MprisPlayer* player);
+
+    /// The player has left the list and is about to be destroyed.
+    void playerRemoved(MprisPlayer* player);
+
+private Q_SLOTS:
+    void nameOwnerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
+    void propertiesChanged(const QDBusMessage& signal);
+    void seeked(const QDBusMessage& signal);
+    void disconnected();
+
+private:
+    bool connectToBus();
+    void reconnect(double delay);
+    void findPlayers();
+    void addName(const QString& name, const QString& owner);
+    void removeName(const QString& name, const QString& owner);
+    void remove(MprisPlayer* player);
+
+    RunLoop& _runLoop;
+    QString _address;
+    QString _connectionName;
+    QDBusConnection _bus;
+    QHash<QString, MprisPlayer*> _players; ///< by unique name
+};

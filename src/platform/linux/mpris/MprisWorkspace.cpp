@@ -1,0 +1,44 @@
+#include "platform/linux/mpris/MprisWorkspace.h"
+
+#include "platform/linux/mpris/MprisPlayer.h"
+#include "platform/linux/mpris/PlayerRoster.h"
+
+#include <QDesktopServices>
+
+namespace {
+
+std::optional<PlayerRole> roleWithScheme(const QString& scheme)
+{
+    if (scheme == QStringLiteral("music")) {
+        return PlayerRole::music;
+    }
+    return scheme == QStringLiteral("spotify") ? std::optional(PlayerRole::spotify) : std::nullopt;
+}
+
+} // namespace
+
+MprisWorkspace::MprisWorkspace(PlayerRoster& roster) : _roster(roster)
+{
+    connect(&_roster, &PlayerRoster::appeared, this,
+            [this](PlayerRole role) { Q_EMIT applicationLaunched(bundleId(role)); });
+    connect(&_roster, &PlayerRoster::vanished, this,
+            [this](PlayerRole role) { Q_EMIT applicationTerminated(bundleId(role)); });
+    connect(&_roster, &PlayerRoster::jumped, this,
+            [this](PlayerRole role) { Q_EMIT playbackJumped(bundleId(role)); });
+}
+
+bool MprisWorkspace::isRunning(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    return role && _roster.player(*role) != nullptr;
+}
+
+bool MprisWorkspace::open(const QUrl& url)
+{
+    const auto role = roleWithScheme(url.scheme());
+    if (MprisPlayer* const player = role ? _roster.player(*role) : nullptr) {
+        player->raise();
+        return true;
+    }
+    return QDesktopServices::openUrl(url);
+}

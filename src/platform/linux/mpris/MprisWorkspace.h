@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+class PlayerRoster;
+
+/// The running applications, as far as they are players on the session bus.
+class MprisWorkspace final : public Workspace
+{
+    Q_OBJECT
+
+public:
+    explicit MprisWorkspace(PlayerRoster& roster);
+
+    bool isRunning(const QString& bundleId) const override;
+
+    /// "music://" and "spotify://" bring the running player to the front; any other address, and that of a
+    /// player that does not run, goes to the desktop.
+    bool open(const QUrl& url) override;
+
+private:
+    PlayerRoster& _roster;
+};

@@ -1,0 +1,69 @@
+#include "platform/linux/x11/X11Session.h"
+
+#include <QGuiApplication>
+#include <QHash>
+
+#include <xcb/xtest.h>
+
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+struct Freed
+{
+    void operator()(void* reply) const { std::free(reply); } // NOLINT(cppcoreguidelines-no-malloc)
+};
+template<typename Reply>
+using ReplyPointer = std::unique_ptr<Reply, Freed>;
+
+} // namespace
+
+xcb_connection_t* X11Session::connection()
+{
+    const auto* const native =
+        qGuiApp != nullptr ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
+    return native != nullptr ? native->connection() : nullptr;
+}
+
+xcb_atom_t X11Session::atom(const QString& name)
+{
+    static QHash<QString, xcb_atom_t> known;
+    if (const auto found = known.constFind(name); found != known.constEnd()) {
+        return *found;
+    }
+    xcb_connection_t* const server = connection();
+    if (server == nullptr) {
+        return XCB_ATOM_NONE;
+    }
+    const QByteArray text = name.toLatin1();
+    const auto cookie = xcb_intern_atom(server, 0, static_cast<uint16_t>(text.size()), text.constData());
+    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(server, cookie, nullptr));
+    if (!reply) {
+        return XCB_ATOM_NONE;
+    }
+    known.insert(name, reply->atom);
+    return reply->atom;
+}
+
+bool X11Session::hasXTest()
+{
+    xcb_connection_t* const server = connection();
+    if (server == nullptr) {
+        return false;
+    }
+    const xcb_query_extension_reply_t* const extension = xcb_get_extension_data(server, &xcb_test_id);
+    return extension != nullptr && extension->present != 0;
+}
+
+bool X11Session::isComposited()
+{
+    xcb_connection_t* const server = connection();
+    const xcb_atom_t manager = atom(QStringLiteral("_NET_WM_CM_S0"));
+    if (server == nullptr || manager == XCB_ATOM_NONE) {
+        return false;
+    }
+    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, manager), nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
