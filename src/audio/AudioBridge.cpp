@@ -1,0 +1,78 @@
+#include "audio/AudioBridge.h"
+
+#include "audio/AudioCapture.h"
+#include "base/RunLoop.h"
+#include "platform/Platform.h"
+#include "platform/UserDefaults.h"
+
+namespace {
+
+const QString enabledKey = QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled");
+const QString decidedKey = QStringLiteral("com.orvalen.pellar.audio.live_visualizer_decided");
+const QList<float> silence = {0, 0, 0, 0};
+
+} // namespace
+
+AudioBridge::AudioBridge(RunLoop& runLoop, UserDefaults& defaults, std::unique_ptr<AudioCapture> capture)
+    : _runLoop(runLoop)
+    , _defaults(defaults)
+    , _capture(std::move(capture))
+{
+    _bands = silence;
+    _isEnabled = _defaults.boolean(enabledKey).value_or(false);
+    if (_capture) {
+        connect(_capture.get(), &AudioCapture::bandsPublished, this, &AudioBridge::publish);
+        connect(_capture.get(), &AudioCapture::liveChanged, this, [this](bool isLive) { _isLive = isLive; });
+    }
+}
+
+AudioBridge::~AudioBridge() = default;
+
+AudioBridge& AudioBridge::shared()
+{
+    static auto* const instance =
+        new AudioBridge(Platform::current().runLoop, UserDefaults::standard(), nullptr);
+    return *instance;
+}
+
+void AudioBridge::setEnabled(bool enabled)
+{
+    _isEnabled = enabled;
+    _defaults.setObject(enabledKey, enabled);
+    _defaults.setObject(decidedKey, true);
+    if (enabled) {
+        start();
+    } else {
+        stop();
+    }
+}
+
+bool AudioBridge::hasUserDecided() const
+{
+    return _defaults.boolean(decidedKey).value_or(false);
+}
+
+void AudioBridge::start()
+{
+    if (_isEnabled && _capture) {
+        _capture->start();
+    }
+}
+
+void AudioBridge::stop()
+{
+    if (_capture) {
+        _capture->stop();
+    }
+    // Not at once but behind the frames that capture has already sent.
+    _runLoop.after(0, this, [this] {
+        publish(silence);
+        _isLive = false;
+    });
+}
+
+void AudioBridge::publish(const QList<float>& bands)
+{
+    _bands = bands;
+    Q_EMIT bandsPublished(bands);
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+
+/// Hears what the computer plays, as four band levels from bass to treble.
+class AudioCapture : public QObject
+{
+    Q_OBJECT
+
+public:
+    virtual void start() = 0;
+    virtual void stop() = 0;
+
+Q_SIGNALS:
+    /// A new frame: four levels, each 0 to 1. On the main thread.
+    void bandsPublished(const QList<float>& bands);
+
+    /// Whether sound was heard lately. On the main thread, when it changes.
+    void liveChanged(bool isLive);
+};

@@ -1,0 +1,79 @@
+#include "engine/NowPlayingService.h"
+#include "platform/Platform.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr double artworkDelay = 0.18;      // seconds; a burst of skips looks up only where it ends
+constexpr double noticeableDuration = 0.5; // seconds
+constexpr double millisecondsASecond = 1000;
+
+QString text(const QVariantMap& userInfo, const QString& key, const QString& otherwise)
+{
+    const QVariant value = userInfo.value(key);
+    return value.metaType() == QMetaType::fromType<QString>() ? value.toString() : otherwise;
+}
+
+double number(const QVariantMap& userInfo, const QString& key, double otherwise)
+{
+    bool isNumber = false;
+    const double value = userInfo.value(key).toDouble(&isNumber);
+    return isNumber && std::isfinite(value) ? value : otherwise;
+}
+
+} // namespace
+
+void NowPlayingService::handlePlayerNotification(Player player, const QVariantMap& userInfo)
+{
+    const Date now = _platform.runLoop.now();
+    if (userInfo.isEmpty() || !isEnabledSource(player) || now < _systemAudioStickUntil) {
+        return;
+    }
+    const QString state = text(userInfo, QStringLiteral("Player State"), QStringLiteral("Stopped"));
+    const bool isStopped = state == QStringLiteral("Stopped");
+    if (isStopped || state == QStringLiteral("Paused")) {
+        _lastSourcePauseTime = now;
+        _systemAudioEngagedUntil = Date::distantPast();
+    }
+    if (isStopped) {
+        if (_activePlayer == player) {
+            _isPlaying = false;
+        }
+        return;
+    }
+    const Player other = player == Player::appleMusic ? Player::spotify : Player::appleMusic;
+    if (_activePlayer == other && _isPlaying) {
+        return;
+    }
+    const QString durationKey =
+        player == Player::appleMusic ? QStringLiteral("Total Time") : QStringLiteral("Duration");
+    const double duration =
+        number(userInfo, durationKey, _duration * millisecondsASecond) / millisecondsASecond;
+
+    setActivePlayer(player);
+    _title = text(userInfo, QStringLiteral("Name"), _title);
+    _artist = text(userInfo, QStringLiteral("Artist"), _artist);
+    _album = text(userInfo, QStringLiteral("Album"), _album);
+    if (std::abs(duration - _duration) > noticeableDuration) {
+        _duration = duration;
+    }
+    _isPlaying = state == QStringLiteral("Playing");
+
+    if (const QString key = trackKey(_title, _artist); key != _lastTrackKey) {
+        beginNotifiedTrack(key, player, userInfo);
+    }
+}
+
+void NowPlayingService::beginNotifiedTrack(const QString& key, Player player, const QVariantMap& userInfo)
+{
+    if (player == Player::appleMusic) {
+        _elapsed = 0;
+        beginTrack(key, player);
+        _platform.runLoop.after(artworkDelay, this, [this] { fetchMusicArtwork(); });
+        return;
+    }
+    _elapsed = number(userInfo, QStringLiteral("Playback Position"), 0);
+    beginTrack(key, player);
+    fetchSpotifyArtwork(text(userInfo, QStringLiteral("Artwork URL"), QString()));
+}

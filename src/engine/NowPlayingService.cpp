@@ -1,0 +1,166 @@
+#include "engine/NowPlayingService.h"
+
+#include "audio/AudioBridge.h"
+#include "audio/AudioSourceManager.h"
+#include "base/DebugLog.h"
+#include "base/NotificationCenter.h"
+#include "platform/BundleId.h"
+#include "platform/Platform.h"
+#include "platform/ScriptRunner.h"
+#include "platform/Workspace.h"
+#include "prefs/PowerModeManager.h"
+
+#include <algorithm>
+#include <cmath>
+
+NowPlayingService::NowPlayingService(const Dependencies& dependencies, EngineNeighbours neighbours,
+                                     QObject* parent)
+    : QObject(parent)
+    , _platform(dependencies.platform)
+    , _defaults(dependencies.defaults)
+    , _sources(dependencies.sources)
+    , _audio(dependencies.audio)
+    , _power(dependencies.power)
+    , _neighbours(std::move(neighbours))
+{
+    subscribe();
+    refresh();
+    _timer = _platform.runLoop.every(1.0, this, [this] { tick(); });
+}
+
+NowPlayingService::~NowPlayingService() = default;
+
+void NowPlayingService::subscribe()
+{
+    const auto follow = [this](const QString& notification, Player player) {
+        _platform.distributedNotifications.observe(
+            notification, this, [this, player](const QVariantMap& userInfo) {
+                _platform.runLoop.after(
+                    0, this, [this, player, userInfo] { handlePlayerNotification(player, userInfo); });
+            });
+    };
+    follow(QStringLiteral("com.apple.Music.playerInfo"), Player::appleMusic);
+    follow(QStringLiteral("com.spotify.client.PlaybackStateChanged"), Player::spotify);
+
+    const auto refreshForPlayer = [this](const QString& bundleId) {
+        if (bundleId == BundleId::music || bundleId == BundleId::spotify) {
+            refreshLater();
+        }
+    };
+    connect(&_platform.workspace, &Workspace::applicationLaunched, this, refreshForPlayer);
+    connect(&_platform.workspace, &Workspace::applicationTerminated, this, refreshForPlayer);
+    connect(&_platform.workspace, &Workspace::playbackJumped, this, refreshForPlayer);
+
+    _platform.notifications.observe(AudioSourceManager::audioSourceChanged, this,
+                                    [this](const QVariantMap&) { refreshLater(); });
+    connect(&_audio, &AudioBridge::bandsPublished, this, &NowPlayingService::applySystemAudioActivity);
+}
+
+void NowPlayingService::tick()
+{
+    ++_tickCount;
+    if (_isPlaying && _elapsed < _duration) {
+        _elapsed = _elapsed + 1.0;
+    }
+    if (_isPlaying && !artist().isEmpty() && _neighbours.countListeningSecond) {
+        _neighbours.countListeningSecond(_artist);
+    }
+    const int interval = std::max(1, _power.effectiveSettings().driftRefreshSeconds);
+    if (_tickCount % interval == 0) {
+        refresh();
+    }
+}
+
+QString NowPlayingService::timeRemainingText() const
+{
+    if (!(_duration > 0)) {
+        return {};
+    }
+    constexpr int secondsAMinute = 60;
+    const auto remaining = static_cast<qint64>(std::max(0.0, _duration - _elapsed));
+    return QStringLiteral("-%1:%2")
+        .arg(remaining / secondsAMinute)
+        .arg(remaining % secondsAMinute, 2, 10, QLatin1Char('0'));
+}
+
+void NowPlayingService::setActivePlayer(Player player)
+{
+    const bool isSpotifyNow = player == Player::spotify && _activePlayer != Player::spotify;
+    _activePlayer = player;
+    if (isSpotifyNow && _neighbours.refreshSpotifyQueue) {
+        _neighbours.refreshSpotifyQueue();
+    }
+}
+
+void NowPlayingService::setArtwork(const QImage& artwork)
+{
+    _artwork = artwork;
+    if (_neighbours.updateThemeArtwork) {
+        _neighbours.updateThemeArtwork(artwork);
+    }
+}
+
+std::optional<QString> NowPlayingService::runScript(const QString& source)
+{
+    return _platform.scripts.run(source).reply;
+}
+
+bool NowPlayingService::isRunning(Player player) const
+{
+    return _platform.workspace.isRunning(player == Player::spotify ? BundleId::spotify : BundleId::music);
+}
+
+bool NowPlayingService::isEnabledAndRunning(Player player) const
+{
+    return isEnabledSource(player) && isRunning(player);
+}
+
+bool NowPlayingService::isEnabledSource(Player player) const
+{
+    switch (player) {
+    case Player::appleMusic:
+        return _sources.includesAppleMusic();
+    case Player::spotify:
+        return _sources.includesSpotify();
+    case Player::systemAudio:
+        return _sources.includesSystemAudio();
+    case Player::none:
+        break;
+    }
+    return false;
+}
+
+void NowPlayingService::clearState()
+{
+    setActivePlayer(Player::none);
+    _title = QStringLiteral("Not Playing");
+    _artist = QString();
+    _album = QString();
+    setArtwork({});
+    _duration = 0;
+    _elapsed = 0;
+    _isPlaying = false;
+    _lastTrackKey.clear();
+    _currentArtworkSource.clear();
+}
+
+/// Every field keeps still when it has its value already, so that entering again redraws nothing.
+void NowPlayingService::showSystemAudioState()
+{
+    setActivePlayer(Player::systemAudio);
+    _title = QStringLiteral("System Audio");
+    _artist = QString();
+    _album = QString();
+    if (!artwork().isNull()) {
+        setArtwork({});
+    }
+    _duration = 0;
+    _elapsed = 0;
+    _lastTrackKey.clear();
+    _currentArtworkSource.clear();
+}
+
+void NowPlayingService::refreshLater(double seconds)
+{
+    _platform.runLoop.after(seconds, this, [this] { refresh(); });
+}

@@ -1,0 +1,208 @@
+#pragma once
+
+#include "base/RunLoop.h"
+#include "engine/EngineNeighbours.h"
+#include "engine/Player.h"
+#include "engine/PlayerStatus.h"
+#include "engine/TrackReaction.h"
+
+#include <QImage>
+#include <QObject>
+#include <QProperty>
+
+#include <memory>
+#include <optional>
+
+class AudioBridge;
+class AudioSourceManager;
+class PowerModeManager;
+class UserDefaults;
+struct Platform;
+
+/// The one object that knows what is playing: it follows the players, decides which of them is shown, carries
+/// out commands, and publishes the state that every view reads. All of it on the main thread.
+class NowPlayingService : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged BINDABLE bindableTitle)
+    Q_PROPERTY(QString artist READ artist NOTIFY artistChanged BINDABLE bindableArtist)
+    Q_PROPERTY(QString album READ album NOTIFY albumChanged BINDABLE bindableAlbum)
+    Q_PROPERTY(QImage artwork READ artwork NOTIFY artworkChanged BINDABLE bindableArtwork)
+    Q_PROPERTY(double duration READ duration NOTIFY durationChanged BINDABLE bindableDuration)
+    Q_PROPERTY(double elapsed READ elapsed NOTIFY elapsedChanged BINDABLE bindableElapsed)
+    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged BINDABLE bindableIsPlaying)
+
+public:
+    using Player = ::Player;
+
+    /// What the engine builds on. Everything outlives it.
+    struct Dependencies
+    {
+        Platform& platform;
+        UserDefaults& defaults;
+        AudioSourceManager& sources;
+        AudioBridge& audio;
+        PowerModeManager& power;
+    };
+
+    /// Starts following at once: subscribes, asks the players once and starts the one-second tick.
+    explicit NowPlayingService(const Dependencies& dependencies, EngineNeighbours neighbours = {},
+                               QObject* parent = nullptr);
+    ~NowPlayingService() override;
+
+    /// "Not Playing" without a source, "System Audio" while the computer's sound is the source.
+    QString title() const { return _title; }
+    QString artist() const { return _artist; }
+    QString album() const { return _album; }
+    /// Null when there is none.
+    QImage artwork() const { return _artwork; }
+    /// Seconds; 0 when unknown.
+    double duration() const { return _duration; }
+    /// Seconds from the start of the track.
+    double elapsed() const { return _elapsed; }
+    bool isPlaying() const { return _isPlaying; }
+    /// Seconds left; none when no timer runs.
+    std::optional<double> sleepTimerRemaining() const { return _sleepTimerRemaining; }
+    /// The source whose data the fields show.
+    Player activePlayer() const { return _activePlayer; }
+
+    QBindable<QString> bindableTitle() const { return &_title; }
+    QBindable<QString> bindableArtist() const { return &_artist; }
+    QBindable<QString> bindableAlbum() const { return &_album; }
+    QBindable<QImage> bindableArtwork() const { return &_artwork; }
+    QBindable<double> bindableDuration() const { return &_duration; }
+    QBindable<double> bindableElapsed() const { return &_elapsed; }
+    QBindable<bool> bindableIsPlaying() const { return &_isPlaying; }
+    QBindable<std::optional<double>> bindableSleepTimerRemaining() const { return &_sleepTimerRemaining; }
+    QBindable<Player> bindableActivePlayer() const { return &_activePlayer; }
+
+    /// Decides anew which source is shown, and reads its state.
+    void refresh();
+
+    Q_INVOKABLE void togglePlayPause();
+    Q_INVOKABLE void nextTrack();
+    Q_INVOKABLE void previousTrack();
+
+    /// Goes to a place in the track, in seconds.
+    Q_INVOKABLE void seekTo(double seconds);
+
+    bool supportsLoveAction() const;
+    bool supportsDislikeAction() const;
+    void loveCurrentTrack();
+    void dislikeCurrentTrack();
+
+    /// Asks the player at every call.
+    TrackReaction currentTrackReaction();
+
+    /// Pauses `minutes` (1 or more) from now. Replaces a timer that runs.
+    void setSleepTimer(int minutes);
+    void cancelSleepTimer();
+
+    /// Puts a link that finds the track on the clipboard; without a player, title and artist as plain text.
+    void copySongLink();
+
+    /// Brings the player that commands go to to the front.
+    Q_INVOKABLE void openInApp();
+
+    /// Time left in the track as "-3:07"; empty when the duration is unknown.
+    QString timeRemainingText() const;
+
+    /// Whether the program may automate an application. While that does not run, the last answer holds.
+    bool hasAccess(const QString& toBundleId);
+
+    /// Has the system ask for the permission to automate an application, by its name; opens the privacy
+    /// settings if it was refused before.
+    void requestAccess(const QString& targetAppName);
+    void openAutomationSettings();
+
+Q_SIGNALS:
+    void titleChanged();
+    void artistChanged();
+    void albumChanged();
+    void artworkChanged();
+    void durationChanged();
+    void elapsedChanged();
+    void isPlayingChanged();
+    void sleepTimerRemainingChanged();
+    void activePlayerChanged();
+
+private:
+    enum class Direction { next, previous };
+
+    // NowPlayingService.cpp
+    void subscribe();
+    void tick();
+    void setActivePlayer(Player player);
+    void setArtwork(const QImage& artwork);
+    std::optional<QString> runScript(const QString& source);
+    bool isRunning(Player player) const;
+    bool isEnabledSource(Player player) const;
+    bool isEnabledAndRunning(Player player) const;
+    void clearState();
+    void showSystemAudioState();
+    void refreshLater(double seconds = 0);
+
+    // Refresh.cpp
+    bool pollPlayer(Player player, bool playingOnly);
+    void adopt(Player player, const PlayerStatus& status);
+    bool followActivePlayer(bool musicRunning, bool spotifyRunning);
+    bool followPlayers(bool musicRunning, bool spotifyRunning, bool playingOnly);
+    static QString trackKey(const QString& title, const QString& artist);
+    void beginTrack(const QString& key, Player source);
+    void fetchMusicArtwork();
+    void fetchSpotifyArtwork(const QString& url);
+
+    // NotifiedState.cpp
+    void handlePlayerNotification(Player player, const QVariantMap& userInfo);
+    void beginNotifiedTrack(const QString& key, Player player, const QVariantMap& userInfo);
+
+    // SystemAudioMode.cpp
+    bool followSystemAudio();
+    void enterSystemAudioMode();
+    void applySystemAudioActivity(const QList<float>& bands);
+    void countSystemAudioFrame(bool isLoudFrame);
+    bool isLoud(const QList<float>& bands) const;
+    double sincePlayerPause() const;
+
+    // PlaybackCommands.cpp
+    Player commandTarget() const;
+    void skip(Direction direction);
+    void sendMediaKey(MediaKey key);
+    void scheduleHijackSilencer();
+    void tickSleepTimer();
+
+    Platform& _platform;
+    UserDefaults& _defaults;
+    AudioSourceManager& _sources;
+    AudioBridge& _audio;
+    PowerModeManager& _power;
+    EngineNeighbours _neighbours;
+
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, QString, _title, QStringLiteral("Not Playing"),
+                                         &NowPlayingService::titleChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, QString, _artist, &NowPlayingService::artistChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, QString, _album, &NowPlayingService::albumChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, QImage, _artwork, &NowPlayingService::artworkChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, double, _duration, 0,
+                                         &NowPlayingService::durationChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, double, _elapsed, 0,
+                                         &NowPlayingService::elapsedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, bool, _isPlaying, false,
+                                         &NowPlayingService::isPlayingChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, std::optional<double>, _sleepTimerRemaining,
+                               &NowPlayingService::sleepTimerRemainingChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, Player, _activePlayer, Player::none,
+                                         &NowPlayingService::activePlayerChanged)
+
+    std::unique_ptr<RunLoop::Timer> _sleepTimer;
+    std::unique_ptr<RunLoop::Timer> _timer;
+    qint64 _tickCount = 0;
+    QString _lastTrackKey;         ///< identity of the last track adopted from a player
+    QString _currentArtworkSource; ///< identity of the artwork on show; empty when none was fetched
+    int _systemAudioSilenceTicks = 0;
+    int _systemAudioActivityTicks = 0;
+    bool _systemAudioUserPaused = false;
+    Date _systemAudioStickUntil = Date::distantPast();
+    Date _systemAudioEngagedUntil = Date::distantPast();
+    Date _lastSourcePauseTime = Date::distantPast();
+};

@@ -1,0 +1,20 @@
+#include "prefs/ServiceAddresses.h"
+
+#include "platform/UserDefaults.h"
+
+namespace {
+
+QString address(const UserDefaults& defaults, const QString& name, const QString& publicAddress)
+{
+    return defaults.string(QStringLiteral("com.orvalen.pellar.endpoint.") + name).value_or(publicAddress);
+}
+
+} // namespace
+
+ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
+    : spotifyWebPlayer(address(defaults, QStringLiteral("spotifyWebPlayer"),
+                               QStringLiteral("https://open.spotify.com"))),
+      appleMusicWeb(
+          address(defaults, QStringLiteral("appleMusicWeb"), QStringLiteral("https://music.apple.com")))
+{
+}

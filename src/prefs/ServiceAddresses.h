@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+class UserDefaults;
+
+/// Where the web services are: scheme, host and port, without a slash at the end. Each can be set under the
+/// settings key "com.orvalen.pellar.endpoint." followed by the field's name.
+struct ServiceAddresses {
+    explicit ServiceAddresses(const UserDefaults& defaults);
+
+    QString spotifyWebPlayer;
+    QString appleMusicWeb;
+};
