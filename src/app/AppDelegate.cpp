@@ -1,0 +1,74 @@
+#include "app/AppDelegate.h"
+
+#include "app/StatusHostingView.h"
+#include "app/StatusItem.h"
+#include "audio/AudioBridge.h"
+#include "audio/AudioSourceManager.h"
+#include "platform/Platform.h"
+#include "platform/StatusBar.h"
+#include "prefs/PillVisibilityManager.h"
+#include "prefs/PowerModeManager.h"
+#include "ui/PillModel.h"
+
+#include <QCoreApplication>
+#include <QMenu>
+
+AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance)
+    : _platform(platform)
+    , _defaults(defaults)
+    , _appearance(appearance)
+    , _visibility(PillVisibilityManager::shared())
+    , _service({.platform = platform,
+                .defaults = defaults,
+                .sources = AudioSourceManager::shared(),
+                .audio = AudioBridge::shared(),
+                .power = PowerModeManager::shared()})
+{
+}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    setup();
+}
+
+void AppDelegate::setup()
+{
+    const double width = _visibility.preferredPillWidth();
+    _statusItem =
+        std::make_unique<StatusItem>(_platform.statusBar, _defaults, QStringLiteral("PellarPlayer"), width);
+
+    _pill = std::make_unique<PillModel>(_service, _visibility, _appearance, _platform.statusBar.thickness());
+    _hosting = std::make_unique<StatusHostingView>();
+    _hosting->setTitle(QStringLiteral("Pellar"));
+    _hosting->setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(_pill.get())}});
+    _hosting->setSource(QUrl(QStringLiteral("qrc:/Pellar/MenuBarPlayerView.qml")));
+    _hosting->contextMenuProvider = [this] { return buildMenu(); };
+
+    _statusItem->setCornerRadius(_pill->cornerRadius());
+    _statusItem->setView(_hosting.get());
+    bindPillVisibilityToStatusItem();
+}
+
+void AppDelegate::bindPillVisibilityToStatusItem()
+{
+    connect(&_visibility, &PillVisibilityManager::preferredPillWidthChanged, this,
+            [this] { _statusItem->setLength(_visibility.preferredPillWidth()); });
+}
+
+std::unique_ptr<QMenu> AppDelegate::buildMenu()
+{
+    auto menu = std::make_unique<QMenu>();
+    QAction* const header = menu->addAction(_service.title());
+    QFont bold = header->font();
+    bold.setBold(true);
+    header->setFont(bold);
+    header->setEnabled(false);
+    if (!_service.artist().isEmpty()) {
+        menu->addAction(_service.artist())->setEnabled(false);
+    }
+    menu->addSeparator();
+    menu->addAction(tr("Quit Pellar"), qApp, &QCoreApplication::quit);
+    return menu;
+}

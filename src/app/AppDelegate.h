@@ -1,0 +1,43 @@
+#pragma once
+
+#include "engine/NowPlayingService.h"
+
+#include <QObject>
+
+#include <memory>
+
+class Appearance;
+class PillModel;
+class PillVisibilityManager;
+class QMenu;
+class StatusHostingView;
+class StatusItem;
+class UserDefaults;
+struct Platform;
+
+/// Builds the program's parts and wires them: the engine, the status item and its pill.
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+
+public:
+    AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance);
+    ~AppDelegate() override;
+
+    /// Starts everything, once the event loop is about to run.
+    void applicationDidFinishLaunching();
+
+private:
+    void setup();
+    void bindPillVisibilityToStatusItem();
+    std::unique_ptr<QMenu> buildMenu();
+
+    Platform& _platform;
+    UserDefaults& _defaults;
+    Appearance& _appearance;
+    PillVisibilityManager& _visibility;
+    NowPlayingService _service;
+    std::unique_ptr<PillModel> _pill;
+    std::unique_ptr<StatusHostingView> _hosting;
+    std::unique_ptr<StatusItem> _statusItem;
+};

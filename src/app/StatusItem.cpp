@@ -1,0 +1,106 @@
+#include "app/StatusItem.h"
+
+#include "app/StatusHostingView.h"
+#include "app/StatusItemPlacement.h"
+#include "platform/StatusBar.h"
+#include "platform/UserDefaults.h"
+
+#include <QBitmap>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+
+#include <cmath>
+
+namespace {
+
+constexpr double initialRightInset = 240; // points; left of where panels keep their clock and icons
+
+QRegion roundedRegion(QSize size, double radius)
+{
+    QBitmap shape(size);
+    shape.fill(Qt::color0);
+    QPainter painter(&shape);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::color1);
+    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
+    painter.end();
+    return QRegion(shape);
+}
+
+} // namespace
+
+StatusItem::StatusItem(StatusBar& bar, UserDefaults& defaults, QString autosaveName, double length)
+    : _bar(bar)
+    , _defaults(defaults)
+    , _placeKey(QStringLiteral("pellar.statusItem.%1.rightInset").arg(std::move(autosaveName)))
+    , _rightInset(_defaults.real(_placeKey).value_or(initialRightInset))
+    , _length(length)
+{
+}
+
+StatusItem::~StatusItem() = default;
+
+void StatusItem::setView(StatusHostingView* view)
+{
+    _view = view;
+    connect(_view, &StatusHostingView::itemDragged, this, &StatusItem::moveBy);
+    connect(_view, &StatusHostingView::itemDropped, this, &StatusItem::savePlace);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &StatusItem::followScreen);
+    _bar.adopt(*_view);
+    followScreen(QGuiApplication::primaryScreen());
+    _view->show();
+}
+
+void StatusItem::setLength(double length)
+{
+    _length = length;
+    place();
+}
+
+void StatusItem::setCornerRadius(double radius)
+{
+    _cornerRadius = radius;
+    cutCorners();
+}
+
+void StatusItem::moveBy(int dx)
+{
+    _rightInset = StatusItemPlacement::rightInset(_view->screen()->geometry(), _view->geometry()) - dx;
+    place();
+}
+
+void StatusItem::savePlace()
+{
+    _defaults.setObject(_placeKey, _rightInset);
+}
+
+void StatusItem::followScreen(QScreen* screen)
+{
+    if (screen == nullptr) {
+        return;
+    }
+    _view->setScreen(screen);
+    connect(screen, &QScreen::geometryChanged, this, &StatusItem::place, Qt::UniqueConnection);
+    place();
+}
+
+void StatusItem::place()
+{
+    if (_view == nullptr) {
+        return;
+    }
+    const QSize size(static_cast<int>(std::lround(_length)), _bar.thickness());
+    const bool isResized = _view->size() != size;
+    _view->setGeometry(StatusItemPlacement::frame(_view->screen()->geometry(), size, _rightInset));
+    if (isResized) {
+        cutCorners();
+    }
+}
+
+void StatusItem::cutCorners()
+{
+    if (_view != nullptr && !_bar.isComposited()) {
+        _view->setMask(roundedRegion(_view->size(), _cornerRadius));
+    }
+}

@@ -1,0 +1,57 @@
+#include "app/AppDelegate.h"
+#include "app/SingleInstance.h"
+#include "platform/Platform.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/PlistUserDefaults.h"
+
+#include <QApplication>
+#include <QQuickWindow>
+#include <QtQml/QQmlExtensionPlugin>
+
+#include <cstdio>
+
+Q_IMPORT_QML_PLUGIN(PellarPlugin)
+
+namespace {
+
+/// The pill is a window that places itself, which Wayland has no word for: there it runs on XWayland.
+void chooseWindowSystem()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+}
+
+/// A pill needs no graphics card; the software renderer takes a third of the memory.
+void chooseRenderer()
+{
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND") && qEnvironmentVariableIsEmpty("QSG_RHI_BACKEND")) {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    chooseWindowSystem();
+    chooseRenderer();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pellar"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Pellar"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const SingleInstance instance;
+    if (!instance.isFirst()) {
+        std::fputs("Pellar is already running.\n", stderr);
+        return 1;
+    }
+    PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
+    UserDefaults::setStandard(&defaults);
+    LinuxPlatform linux(defaults);
+    Platform::setCurrent(&linux.ports());
+
+    AppDelegate delegate(linux.ports(), defaults, linux.appearance());
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}
