@@ -13,8 +13,7 @@ enum class MediaKey { playPause = 16, next = 17, previous = 18 };
 
 /// What the engine tells the facilities around it. None of its decisions waits on them; an empty function is
 /// a facility that is not there.
-struct EngineNeighbours
-{
+struct EngineNeighbours {
     /// A second of listening to an artist has passed.
     std::function<void(const QString& artist)> countListeningSecond;
 

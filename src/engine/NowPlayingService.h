@@ -36,8 +36,7 @@ public:
     using Player = ::Player;
 
     /// What the engine builds on. Everything outlives it.
-    struct Dependencies
-    {
+    struct Dependencies {
         Platform& platform;
         UserDefaults& defaults;
         AudioSourceManager& sources;

@@ -5,8 +5,7 @@
 #include <optional>
 
 /// One reply of a player's status script, as far as the engine reads it.
-struct PlayerStatus
-{
+struct PlayerStatus {
     QString title;
     QString artist;
     QString album;

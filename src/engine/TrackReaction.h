@@ -5,8 +5,7 @@
 #include <optional>
 
 /// How the user has marked a track of Music.
-struct TrackReaction
-{
+struct TrackReaction {
     bool loved = false;
     bool disliked = false;
 
