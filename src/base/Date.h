@@ -5,8 +5,7 @@
 #endif
 
 /// A point in time, counted in seconds since 2001-01-01 00:00:00 UTC (the reference date).
-struct Date
-{
+struct Date {
     double sinceReference = 0; ///< seconds; negative before the reference date
 
     /// Earlier than any time that the program can meet: 0001-01-01 00:00:00 UTC.

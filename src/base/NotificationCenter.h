@@ -22,8 +22,7 @@ public:
     void post(const QString& name, const QVariantMap& userInfo = {});
 
 private:
-    struct Observer
-    {
+    struct Observer {
         QPointer<QObject> context;
         Handler handler;
     };

@@ -10,8 +10,7 @@ class StatusBar;
 class Workspace;
 
 /// The services of the desktop that the program runs on. All references outlive every user of the struct.
-struct Platform
-{
+struct Platform {
     RunLoop& runLoop;
     ScriptRunner& scripts;
     Automation& automation;

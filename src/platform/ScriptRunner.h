@@ -5,8 +5,7 @@
 #include <optional>
 
 /// What one script text came to.
-struct ScriptOutcome
-{
+struct ScriptOutcome {
     std::optional<QString> reply;   ///< none when it failed or its result has no text form
     std::optional<int> errorNumber; ///< set exactly when it could not be compiled or failed while running
     QString errorMessage;           ///< for the log; empty without an error

@@ -12,9 +12,9 @@ QString address(const UserDefaults& defaults, const QString& name, const QString
 } // namespace
 
 ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
-    : spotifyWebPlayer(address(defaults, QStringLiteral("spotifyWebPlayer"),
-                               QStringLiteral("https://open.spotify.com"))),
-      appleMusicWeb(
+    : spotifyWebPlayer(
+          address(defaults, QStringLiteral("spotifyWebPlayer"), QStringLiteral("https://open.spotify.com")))
+    , appleMusicWeb(
           address(defaults, QStringLiteral("appleMusicWeb"), QStringLiteral("https://music.apple.com")))
 {
 }

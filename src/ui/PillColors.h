@@ -4,8 +4,7 @@
 #include <QObject>
 
 /// The pill's neutral colours on a light or a dark desktop.
-struct PillColors
-{
+struct PillColors {
     Q_GADGET
     Q_PROPERTY(QColor background MEMBER background CONSTANT)
     Q_PROPERTY(QColor border MEMBER border CONSTANT)

@@ -7,8 +7,7 @@
 #include <optional>
 
 /// Which parts of the pill are shown.
-struct PillElements
-{
+struct PillElements {
     bool previousButton = true;
     bool nextButton = true;
     bool title = true;
@@ -17,8 +16,7 @@ struct PillElements
 };
 
 /// Where everything in the pill lies, in points from its top-left corner. Parts that are not shown are empty.
-struct PillLayout
-{
+struct PillLayout {
     QRectF previousButton;
     QRectF playButton;
     QRectF nextButton;

@@ -9,6 +9,7 @@
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QLoggingCategory>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
@@ -40,6 +41,12 @@ QVariantMap dictionary(const QVariant& value)
                                                                 : QVariantMap();
     }
     return value.toMap();
+}
+
+bool isObjectPath(const QString& text)
+{
+    static const QRegularExpression pattern(QStringLiteral("^(/[A-Za-z0-9_]+)+$"));
+    return pattern.match(text).hasMatch();
 }
 
 bool isRefusal(const QDBusMessage& reply)
@@ -108,11 +115,11 @@ void MprisPlayer::setPosition(double seconds)
         return QVariant::fromValue(static_cast<qlonglong>(std::llround(duration * microsecondsASecond)));
     };
     // Without a proper track identifier the absolute call is void, so the distance is sent instead.
-    const QDBusObjectPath track(_latest.track.id);
-    if (track.path().isEmpty() || track.path() == QStringLiteral("/")) {
-        command(QStringLiteral("Seek"), {microseconds(target - position())});
+    if (isObjectPath(_latest.track.id)) {
+        const auto track = QVariant::fromValue(QDBusObjectPath(_latest.track.id));
+        command(QStringLiteral("SetPosition"), {track, microseconds(target)});
     } else {
-        command(QStringLiteral("SetPosition"), {QVariant::fromValue(track), microseconds(target)});
+        command(QStringLiteral("Seek"), {microseconds(target - position())});
     }
     _clock.jump(target, _runLoop.now());
     fetchPosition();
@@ -154,8 +161,8 @@ void MprisPlayer::fetchAll()
         }
         apply(dictionary(reply.arguments().constFirst()));
         if (!_isReady) {
-            _isReady = true;
             settle();
+            _isReady = true;
             Q_EMIT becameReady();
         }
     });
@@ -250,14 +257,14 @@ void MprisPlayer::call(const QString& interface, const QString& member, const QV
     message.setAutoStartService(false);
     auto* const watcher = new QDBusPendingCallWatcher(_bus.asyncCall(message, timeLimitMilliseconds), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, answer = std::move(answer)](QDBusPendingCallWatcher* call) {
+            [this, sent = _runLoop.now(), answer = std::move(answer)](QDBusPendingCallWatcher* call) {
                 call->deleteLater();
                 const QDBusMessage reply = call->reply();
-                if (isTimeOut(reply)) {
+                if (!isTimeOut(reply)) {
+                    heard();
+                } else if (_lastHeard <= sent) {
                     _isSilent = true;
                     updateClock();
-                } else {
-                    heard();
                 }
                 answer(reply);
             });
@@ -265,6 +272,7 @@ void MprisPlayer::call(const QString& interface, const QString& member, const QV
 
 void MprisPlayer::heard()
 {
+    _lastHeard = _runLoop.now();
     if (!_isSilent) {
         return;
     }

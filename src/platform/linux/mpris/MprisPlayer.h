@@ -24,8 +24,7 @@ public:
     enum class Status { stopped, paused, playing };
 
     /// What the player shows once a burst of its signals has settled.
-    struct State
-    {
+    struct State {
         Status status = Status::stopped;
         MprisTrack track;
 
@@ -107,6 +106,7 @@ private:
     PositionClock _clock;
     Date _lastPlayed = Date::distantPast();
     Date _playingSince = Date::distantPast();
+    Date _lastHeard = Date::distantPast();
     bool _isReady = false;
     bool _isRefused = false;
     bool _isSilent = false;

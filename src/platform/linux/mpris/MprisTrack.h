@@ -6,8 +6,7 @@
 #include <optional>
 
 /// The track that a player's metadata describes.
-struct MprisTrack
-{
+struct MprisTrack {
     QString id; ///< the D-Bus object path, or whatever the player gives in its place; empty when none
     QString title;
     QString artist; ///< several artists joined by ", "

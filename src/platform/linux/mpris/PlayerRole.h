@@ -16,8 +16,7 @@ QString bundleId(PlayerRole role);
 std::optional<PlayerRole> roleWithBundleId(const QString& bundleId);
 
 /// What the choice of a player depends on.
-struct PlayerCandidate
-{
+struct PlayerCandidate {
     QStringList suffixes; ///< bus names without "org.mpris.MediaPlayer2."
     bool isPlaying = false;
     Date playingSince = Date::distantPast();

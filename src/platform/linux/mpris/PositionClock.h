@@ -31,8 +31,7 @@ public:
     bool observe(double seconds, Date now);
 
 private:
-    struct Reading
-    {
+    struct Reading {
         double seconds;
         Date time;
     };

@@ -10,8 +10,7 @@
 
 namespace {
 
-struct Freed
-{
+struct Freed {
     void operator()(void* reply) const { std::free(reply); } // NOLINT(cppcoreguidelines-no-malloc)
 };
 template<typename Reply>
