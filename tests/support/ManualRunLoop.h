@@ -24,8 +24,7 @@ public:
     int pending() const { return static_cast<int>(_entries.size()); }
 
 private:
-    struct Entry
-    {
+    struct Entry {
         Date due;
         double interval; ///< 0: once
         QPointer<QObject> context;

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "audio/AudioBridge.h"
+#include "audio/AudioCapture.h"
+#include "audio/AudioSourceManager.h"
+#include "engine/NowPlayingService.h"
+#include "engine/PlayerScripts.h"
+#include "platform/BundleId.h"
+#include "prefs/PowerModeManager.h"
+#include "support/FakePlatform.h"
+#include "support/LogFile.h"
+#include "support/MemoryDefaults.h"
+
+class FakeCapture final : public AudioCapture
+{
+    Q_OBJECT
+
+public:
+    void start() override { ++starts; }
+    void stop() override { ++stops; }
+
+    int starts = 0;
+    int stops = 0;
+};
+
+/// An engine on a desktop of fakes. Players are set by what their status scripts reply.
+struct EngineFixture {
+    explicit EngineFixture(int sources = 7) : capture(new FakeCapture)
+    {
+        defaults.setObject(QStringLiteral("pellar.audio.sources"), qlonglong(sources));
+    }
+
+    void start()
+    {
+        bridge =
+            std::make_unique<AudioBridge>(desktop.runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
+        manager = std::make_unique<AudioSourceManager>(defaults, desktop.notifications, *bridge);
+        power = std::make_unique<PowerModeManager>(defaults, desktop.power);
+        service = std::make_unique<NowPlayingService>(
+            NowPlayingService::Dependencies{.platform = desktop.ports,
+                                            .defaults = defaults,
+                                            .sources = *manager,
+                                            .audio = *bridge,
+                                            .power = *power},
+            EngineNeighbours{
+                .countListeningSecond = [this](const QString& artist) { told << u"listen " + artist; },
+                .recordPlayedTrack =
+                    [this](const QString& title, const QString& artist, const QString& album, Player source) {
+                        told << u"played " + title + u'|' + artist + u'|' + album + u'|' + playerName(source);
+                    },
+                .updateThemeArtwork = {},
+                .fetchMusicArtwork = [this] { told << QStringLiteral("music artwork"); },
+                .fetchSpotifyArtwork = [this](const QString& url) { told << u"artwork " + url; },
+                .refreshSpotifyQueue = [this] { told << QStringLiteral("queue"); },
+                .sendMediaKey = [this](MediaKey key) { keys << static_cast<int>(key); }});
+    }
+
+    static QString bundle(Player player)
+    {
+        return player == Player::spotify ? BundleId::spotify : BundleId::music;
+    }
+
+    /// Makes a player run and reply this. An empty reply is an error.
+    void reply(Player player, const QString& text)
+    {
+        desktop.workspace.running.insert(bundle(player));
+        desktop.scripts.outcomes[PlayerScripts::status(player)] =
+            text.isEmpty() ? ScriptOutcome{std::nullopt, -1728, QString()}
+                           : ScriptOutcome{text, std::nullopt, QString()};
+    }
+
+    void quit(Player player) { desktop.workspace.running.remove(bundle(player)); }
+
+    /// "off", "stopped", "paused" or "playing"; a song of its own for each player.
+    void setState(Player player, const QString& state)
+    {
+        if (state == QStringLiteral("off")) {
+            quit(player);
+            return;
+        }
+        if (state == QStringLiteral("stopped")) {
+            reply(player, QStringLiteral("STOPPED"));
+            return;
+        }
+        const QString playing =
+            state == QStringLiteral("playing") ? QStringLiteral("true") : QStringLiteral("false");
+        if (player == Player::spotify) {
+            reply(player,
+                  QStringLiteral("Tide|||Shore|||Sea|||215000|||30.5|||%1||| http://art/1 ").arg(playing));
+        } else {
+            reply(player, QStringLiteral("Song|||Band|||Album|||200.5|||12.0|||%1|||77").arg(playing));
+        }
+    }
+
+    void notify(const QString& name, const QVariantMap& info)
+    {
+        desktop.distributedNotifications.post(name, info);
+        desktop.runLoop.settle();
+    }
+
+    void notifyMusic(const QVariantMap& info) { notify(QStringLiteral("com.apple.Music.playerInfo"), info); }
+    void notifySpotify(const QVariantMap& info)
+    {
+        notify(QStringLiteral("com.spotify.client.PlaybackStateChanged"), info);
+    }
+
+    /// One frame of captured sound.
+    void hear(float level)
+    {
+        Q_EMIT capture->liveChanged(true);
+        Q_EMIT capture->bandsPublished({0, level, 0, 0});
+    }
+
+    /// Brings the engine into system-audio mode on live sound.
+    void enterSystemAudio()
+    {
+        hear(0.5F);
+        desktop.scripts.take();
+        log.take();
+    }
+
+    LogFile log;
+    FakePlatform desktop;
+    MemoryDefaults defaults;
+    FakeCapture* capture;
+    std::unique_ptr<AudioBridge> bridge;
+    std::unique_ptr<AudioSourceManager> manager;
+    std::unique_ptr<PowerModeManager> power;
+    std::unique_ptr<NowPlayingService> service;
+    QStringList told;
+    QList<int> keys;
+};

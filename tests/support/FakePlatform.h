@@ -1,0 +1,105 @@
+#pragma once
+
+#include "base/NotificationCenter.h"
+#include "platform/Automation.h"
+#include "platform/Pasteboard.h"
+#include "platform/Platform.h"
+#include "platform/PowerState.h"
+#include "platform/ScriptRunner.h"
+#include "platform/StatusBar.h"
+#include "platform/Workspace.h"
+#include "support/ManualRunLoop.h"
+
+#include <QMap>
+#include <QSet>
+#include <QWindow>
+
+/// Answers script texts from a list and remembers every text.
+class FakeScripts final : public ScriptRunner
+{
+public:
+    ScriptOutcome run(const QString& source) override
+    {
+        sources.append(source);
+        return outcomes.value(source);
+    }
+
+    /// The texts since the last call.
+    QStringList take() { return std::exchange(sources, {}); }
+
+    QMap<QString, ScriptOutcome> outcomes;
+    QStringList sources;
+};
+
+class FakeWorkspace final : public Workspace
+{
+    Q_OBJECT
+
+public:
+    bool isRunning(const QString& bundleId) const override { return running.contains(bundleId); }
+    bool open(const QUrl& url) override
+    {
+        opened.append(url.toString());
+        return true;
+    }
+
+    QSet<QString> running;
+    QStringList opened;
+};
+
+class FakePower final : public PowerState
+{
+    Q_OBJECT
+
+public:
+    bool isLowPowerModeEnabled() const override { return isLow; }
+
+    bool isLow = false;
+};
+
+class FakeAutomation final : public Automation
+{
+public:
+    std::optional<int> permission(const QString& /*bundleId*/) const override { return answer; }
+    bool isTrustedForAccessibility() const override { return false; }
+
+    std::optional<int> answer;
+};
+
+class FakePasteboard final : public Pasteboard
+{
+public:
+    void setText(const QString& newText) override { text = newText; }
+
+    QString text;
+};
+
+class FakeStatusBar final : public StatusBar
+{
+public:
+    int thickness() const override { return 28; }
+    void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
+    bool isComposited() const override { return true; }
+};
+
+/// A desktop in which nothing happens but what a test makes happen.
+struct FakePlatform {
+    ManualRunLoop runLoop;
+    FakeScripts scripts;
+    FakeAutomation automation;
+    FakeWorkspace workspace;
+    FakePower power;
+    FakePasteboard pasteboard;
+    FakeStatusBar statusBar;
+    NotificationCenter distributedNotifications;
+    NotificationCenter notifications;
+    Platform ports{.runLoop = runLoop,
+                   .scripts = scripts,
+                   .automation = automation,
+                   .workspace = workspace,
+                   .power = power,
+                   .pasteboard = pasteboard,
+                   .statusBar = statusBar,
+                   .distributedNotifications = distributedNotifications,
+                   .notifications = notifications};
+};
