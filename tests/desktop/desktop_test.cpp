@@ -1,0 +1,214 @@
+#include "support/Command.h"
+#include "support/RealPlayer.h"
+#include "ui/PillLayout.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPixmap>
+#include <QProcess>
+#include <QScreen>
+#include <QTest>
+
+#include <csignal>
+
+namespace {
+
+constexpr QSize pillSize(185, 28);
+
+QImage screenshot()
+{
+    return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
+}
+
+QString xdotool(const QString& words)
+{
+    return output(QStringLiteral("xdotool"), words.split(u' '));
+}
+
+} // namespace
+
+/// The built program in a real session: what is on the screen, and what its clicks do to a real player.
+class DesktopTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void staysAlone();
+    void followsPlayerOnScreen();
+    void obeysClicks();
+    void survivesStoppedPlayer();
+    void clearsWhenPlayerIsKilled();
+    void isDraggedAndRemembersIt();
+    void quitsFromItsMenu();
+
+private:
+    bool startProgram();
+    QRect pill() const;
+    QImage pillPicture() const { return screenshot().copy(pill()); }
+    QImage part(const QRectF& frame) const { return pillPicture().copy(frame.toAlignedRect()); }
+    void click(const QRectF& frame, int button = 1) const;
+
+    QProcess _program;
+    RealPlayer _mpv;
+    PillLayout _layout = PillLayout::make(pillSize, {});
+    QImage _idle;
+};
+
+void DesktopTest::initTestCase()
+{
+    QVERIFY(startProgram());
+    _idle = pillPicture();
+    QVERIFY2(_idle != QImage(_idle.size(), _idle.format()), "nothing is drawn");
+}
+
+void DesktopTest::cleanupTestCase()
+{
+    _program.terminate();
+    _program.waitForFinished();
+}
+
+bool DesktopTest::startProgram()
+{
+    QFile::remove(QStringLiteral("/tmp/pellar_debug.log"));
+    _program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
+    const auto isDrawn = [this] {
+        return pill().size() == pillSize && pillPicture().pixelColor(60, 3).lightness() > 200;
+    };
+    return _program.waitForStarted() && QTest::qWaitFor(isDrawn, 10000);
+}
+
+/// Where the window server says that the pill is.
+QRect DesktopTest::pill() const
+{
+    const QString id = xdotool(QStringLiteral("search --onlyvisible --name ^Pellar$")).section(u'\n', 0, 0);
+    const QStringList lines = xdotool(QStringLiteral("getwindowgeometry --shell ") + id).split(u'\n');
+    QMap<QString, int> values;
+    for (const QString& line : lines) {
+        values[line.section(u'=', 0, 0)] = line.section(u'=', 1).toInt();
+    }
+    return {values[QStringLiteral("X")], values[QStringLiteral("Y")], values[QStringLiteral("WIDTH")],
+            values[QStringLiteral("HEIGHT")]};
+}
+
+void DesktopTest::click(const QRectF& frame, int button) const
+{
+    const QPoint point = pill().topLeft() + frame.center().toPoint();
+    xdotool(QStringLiteral("mousemove %1 %2 click %3").arg(point.x()).arg(point.y()).arg(button));
+    xdotool(QStringLiteral("mousemove 5 500"));
+}
+
+void DesktopTest::staysAlone()
+{
+    QProcess second;
+    second.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
+    QVERIFY(second.waitForFinished(10000));
+    QCOMPARE(second.readAllStandardError(), QByteArray("Pellar is already running.\n"));
+    QCOMPARE(second.exitCode(), 1);
+    QCOMPARE(xdotool(QStringLiteral("search --onlyvisible --name ^Pellar$")).split(u'\n').size(), 1);
+}
+
+void DesktopTest::followsPlayerOnScreen()
+{
+    QVERIFY(_mpv.start());
+    QTRY_VERIFY(part(_layout.title) != _idle.copy(_layout.title.toAlignedRect()));
+    QTRY_VERIFY(part(_layout.playButton) != _idle.copy(_layout.playButton.toAlignedRect()));
+    const QImage first = part(_layout.title);
+    RealPlayer::tell(QStringLiteral("next"));
+    QTRY_VERIFY(part(_layout.title) != first);
+    QTRY_VERIFY(part(_layout.progress) != _idle.copy(_layout.progress.toAlignedRect()));
+    QFile log(QStringLiteral("/tmp/pellar_debug.log"));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    QVERIFY(log.readAll().contains("] refresh: srcs=3 am=true sp=false active="));
+    QCOMPARE(log.permissions() &
+                 (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+             QFile::Permissions());
+}
+
+void DesktopTest::obeysClicks()
+{
+    QCOMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+    const QImage playing = part(_layout.playButton);
+    click(_layout.playButton);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused"));
+    QTRY_COMPARE(part(_layout.playButton), _idle.copy(_layout.playButton.toAlignedRect()));
+    click(_layout.playButton);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+    QTRY_COMPARE(part(_layout.playButton), playing);
+    const QString title = RealPlayer::metadata(QStringLiteral("title"));
+    click(_layout.nextButton);
+    QTRY_VERIFY(RealPlayer::metadata(QStringLiteral("title")) != title);
+    click(_layout.previousButton);
+    QTRY_COMPARE(RealPlayer::metadata(QStringLiteral("title")), title);
+    click(_layout.title); // no control
+    QCOMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+}
+
+void DesktopTest::survivesStoppedPlayer()
+{
+    _mpv.send(SIGSTOP);
+    // It still redraws: the button under the pointer lights up, for as long as the player is stopped.
+    QElapsedTimer stopped;
+    stopped.start();
+    const QPoint play = pill().topLeft() + _layout.playButton.center().toPoint();
+    for (int round = 0; round < 5; ++round) {
+        xdotool(QStringLiteral("mousemove 5 500"));
+        QTRY_VERIFY_WITH_TIMEOUT(part(_layout.playButton).pixelColor(0, 8).lightness() > 240, 1000);
+        xdotool(QStringLiteral("mousemove %1 %2").arg(play.x()).arg(play.y()));
+        QTRY_VERIFY_WITH_TIMEOUT(part(_layout.playButton).pixelColor(0, 8).lightness() < 240, 1000);
+        QTest::qWait(2000 * (round + 1) - static_cast<int>(stopped.elapsed()));
+    }
+    QVERIFY(stopped.elapsed() >= 10000);
+    xdotool(QStringLiteral("click 1")); // kept for the player until it goes on
+    _mpv.send(SIGCONT);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused"));
+    xdotool(QStringLiteral("mousemove 5 500"));
+    QTRY_COMPARE(part(_layout.playButton), _idle.copy(_layout.playButton.toAlignedRect()));
+    RealPlayer::tell(QStringLiteral("play"));
+    QTRY_VERIFY(part(_layout.playButton) != _idle.copy(_layout.playButton.toAlignedRect()));
+}
+
+void DesktopTest::clearsWhenPlayerIsKilled()
+{
+    QVERIFY(pillPicture() != _idle);
+    _mpv.kill();
+    QTRY_COMPARE_WITH_TIMEOUT(pillPicture(), _idle, 1000);
+}
+
+void DesktopTest::isDraggedAndRemembersIt()
+{
+    const QRect before = pill();
+    const QPoint from = before.topLeft() + QPoint(120, 10);
+    for (const char* key : {"ctrl", "super"}) {
+        xdotool(QStringLiteral("mousemove %1 %2 keydown %3 mousedown 1 mousemove_relative --sync -- -30 0 "
+                               "mousemove_relative --sync -- -30 0 mouseup 1 keyup %3")
+                    .arg(pill().x() + 120)
+                    .arg(from.y())
+                    .arg(QString::fromLatin1(key)));
+    }
+    QTRY_COMPARE(pill().x(), before.x() - 120);
+    QCOMPARE(pill().y(), before.y());
+    xdotool(QStringLiteral("mousemove %1 %2 mousedown 1 mousemove_relative --sync -- 40 0 mouseup 1")
+                .arg(pill().x() + 120)
+                .arg(from.y())); // without the key: the pill's own
+    QCOMPARE(pill().x(), before.x() - 120);
+    _program.terminate();
+    QVERIFY(_program.waitForFinished());
+    QVERIFY(startProgram());
+    QTRY_COMPARE(pill().x(), before.x() - 120);
+}
+
+void DesktopTest::quitsFromItsMenu()
+{
+    click(_layout.title, 3);
+    QTRY_VERIFY(xdotool(QStringLiteral("search --onlyvisible --class pellar")).split(u'\n').size() > 1);
+    xdotool(QStringLiteral("key Up Return")); // the last row
+    QTRY_COMPARE(_program.state(), QProcess::NotRunning);
+    QCOMPARE(_program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(_program.exitCode(), 0);
+}
+
+QTEST_MAIN(DesktopTest)
+#include "desktop_test.moc"
