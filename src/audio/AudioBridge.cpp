@@ -1,6 +1,5 @@
 #include "audio/AudioBridge.h"
 
-#include "audio/AudioCapture.h"
 #include "base/RunLoop.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "audio/AudioCapture.h"
+
 #include <QList>
 #include <QObject>
 #include <QProperty>
 
 #include <memory>
 
-class AudioCapture;
 class RunLoop;
 class UserDefaults;
 

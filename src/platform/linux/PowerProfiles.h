@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/PowerState.h"
+
+#include <QDBusConnection>
+
+#include <array>
+#include <memory>
+
+class PowerProfilesDaemon;
+
+/// The power profile that the user picked for this computer, as power-profiles-daemon tells it under its name
+/// of today and its older one: low power is the profile "power-saver". Never waits for the daemon; until it
+/// has answered, and while it is not there, the answer is no.
+class PowerProfiles final : public PowerState
+{
+    Q_OBJECT
+
+public:
+    /// `bus` is the system bus, outside tests.
+    explicit PowerProfiles(const QDBusConnection& bus);
+    ~PowerProfiles() override;
+
+    bool isLowPowerModeEnabled() const override { return _isLowPower; }
+
+private:
+    void update();
+
+    std::array<std::unique_ptr<PowerProfilesDaemon>, 2> _daemons;
+    bool _isLowPower = false;
+};

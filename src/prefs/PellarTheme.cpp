@@ -1,0 +1,58 @@
+#include "prefs/PellarTheme.h"
+
+namespace {
+
+struct Entry {
+    PellarTheme theme;
+    const char* rawValue;
+    const char* displayName;
+};
+
+// In the order of the cases.
+constexpr Entry entries[] = {
+    {PellarTheme::albumArt, "albumArt", "Album Art"},
+    {PellarTheme::classic, "classic", "Classic"},
+    {PellarTheme::midnight, "midnight", "Midnight"},
+    {PellarTheme::warmth, "warmth", "Warmth"},
+    {PellarTheme::tide, "tide", "Tide"},
+    {PellarTheme::dusk, "dusk", "Dusk"},
+};
+
+const Entry& entry(PellarTheme theme)
+{
+    return entries[static_cast<size_t>(theme)];
+}
+
+} // namespace
+
+const QList<PellarTheme>& allThemes()
+{
+    static const QList<PellarTheme> themes = [] {
+        QList<PellarTheme> result;
+        for (const Entry& entry : entries) {
+            result.append(entry.theme);
+        }
+        return result;
+    }();
+    return themes;
+}
+
+QString rawValue(PellarTheme theme)
+{
+    return QLatin1String(entry(theme).rawValue);
+}
+
+QString displayName(PellarTheme theme)
+{
+    return QLatin1String(entry(theme).displayName);
+}
+
+std::optional<PellarTheme> themeWithRawValue(const QString& rawValue)
+{
+    for (const Entry& entry : entries) {
+        if (rawValue == QLatin1String(entry.rawValue)) {
+            return entry.theme;
+        }
+    }
+    return std::nullopt;
+}
