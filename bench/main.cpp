@@ -1,0 +1,225 @@
+#include "PillWatch.h"
+#include "ProcessMeter.h"
+#include "Table.h"
+
+#include "audio/AudioBridge.h"
+#include "audio/AudioSourceManager.h"
+#include "base/DebugLog.h"
+#include "engine/NowPlayingService.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "prefs/PowerModeManager.h"
+#include "support/MemoryDefaults.h"
+#include "support/MprisStandIn.h"
+#include "support/RealPlayer.h"
+
+#include <QApplication>
+#include <QDBusInterface>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+double median(QList<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.isEmpty() ? -1 : values[values.size() / 2];
+}
+
+QString figure(double value, const char* unit, int decimals = 1)
+{
+    return QString::number(value, 'f', decimals) + u' ' + QString::fromUtf8(unit);
+}
+
+/// The program, started and on screen.
+bool start(QProcess& program, const PillWatch& pill)
+{
+    program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
+    return PillWatch::millisecondsUntil([&] { return pill.isDrawn(); }) >= 0;
+}
+
+void stop(QProcess& program)
+{
+    program.terminate();
+    program.waitForFinished();
+}
+
+void measureStatusPoll()
+{
+    const QTemporaryDir folder;
+    DebugLog::shared().setPath(folder.filePath(QStringLiteral("log")));
+    MemoryDefaults defaults;
+    LinuxPlatform linux(defaults);
+    AudioBridge audio(linux.ports().runLoop, defaults, nullptr);
+    AudioSourceManager sources(defaults, linux.ports().notifications, audio);
+    PowerModeManager power(defaults, linux.ports().power);
+    NowPlayingService service({.platform = linux.ports(),
+                               .defaults = defaults,
+                               .sources = sources,
+                               .audio = audio,
+                               .power = power});
+    if (!QTest::qWaitFor([&] { return service.isPlaying(); })) {
+        Table::row(QStringLiteral("one status poll"), QStringLiteral("no player"), QString());
+        return;
+    }
+    constexpr int polls = 5000;
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < polls; ++i) {
+        service.refresh();
+    }
+    const double poll = static_cast<double>(timer.nsecsElapsed()) / 1e3 / polls;
+
+    QDBusInterface properties(QStringLiteral("org.mpris.MediaPlayer2.mpv"),
+                              QStringLiteral("/org/mpris/MediaPlayer2"),
+                              QStringLiteral("org.freedesktop.DBus.Properties"));
+    constexpr int calls = 300;
+    timer.restart();
+    for (int i = 0; i < calls; ++i) {
+        properties.call(QStringLiteral("GetAll"), QStringLiteral("org.mpris.MediaPlayer2.Player"));
+    }
+    const double call = static_cast<double>(timer.nsecsElapsed()) / 1e3 / calls;
+    DebugLog::shared().flush();
+    Table::row(QStringLiteral("one status poll, script text to state"), figure(poll, "µs"),
+               QStringLiteral("100 µs"),
+               QStringLiteral("asking the player itself: %1 (ratio %2)")
+                   .arg(figure(call, "µs"), figure(poll / call, "", 3)));
+}
+
+void measureStart(const PillWatch& pill)
+{
+    QList<double> times;
+    for (int i = 0; i < 7; ++i) {
+        QProcess program;
+        QElapsedTimer timer;
+        timer.start();
+        if (start(program, pill)) {
+            times << static_cast<double>(timer.nsecsElapsed()) / 1e6;
+        }
+        stop(program);
+        PillWatch::millisecondsUntil([&] { return !pill.isDrawn(); });
+    }
+    Table::row(QStringLiteral("start of the process to the pill on screen"),
+               QStringLiteral("%1 (worst %2)")
+                   .arg(figure(median(times), "ms", 0),
+                        figure(*std::max_element(times.begin(), times.end()), "ms", 0)),
+               QStringLiteral("400 ms"));
+}
+
+/// The same player is watched by `playerctl --follow`: what it prints first, and what the pill shows first.
+void measureChange(const PillWatch& pill)
+{
+    MprisStandIn player(QStringLiteral("standin"));
+    QProcess follower;
+    follower.start(QStringLiteral("playerctl"),
+                   {QStringLiteral("--player=standin"), QStringLiteral("--follow"),
+                    QStringLiteral("metadata"), QStringLiteral("title")});
+    QTest::qWait(1000);
+    QList<double> pillTimes;
+    QList<double> followerTimes;
+    for (int i = 0; i < 40; ++i) {
+        QTest::qWait(50);
+        const QImage before = pill.title();
+        follower.readAll();
+        double printed = -1;
+        QElapsedTimer timer;
+        timer.start();
+        player.change(MprisStandIn::playing(
+            MprisStandIn::metadata(QStringLiteral("/t/%1").arg(i), QStringLiteral("Track %1").arg(i),
+                                   QStringLiteral("Band"), QStringLiteral("Album"), 200)));
+        double shown = -1;
+        PillWatch::millisecondsUntil([&] {
+            const double now = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+            if (printed < 0 && follower.bytesAvailable() > 0) {
+                printed = now;
+            }
+            if (shown < 0 && pill.title() != before) {
+                shown = now;
+            }
+            return printed >= 0 && shown >= 0;
+        });
+        pillTimes << shown;
+        followerTimes << printed;
+    }
+    stop(follower);
+    Table::row(QStringLiteral("a player's change to the pill showing it"),
+               QStringLiteral("%1 (worst %2)")
+                   .arg(figure(median(pillTimes), "ms"),
+                        figure(*std::max_element(pillTimes.begin(), pillTimes.end()), "ms")),
+               QStringLiteral("50 ms"),
+               QStringLiteral("playerctl --follow prints it: %1 (worst %2)")
+                   .arg(figure(median(followerTimes), "ms"),
+                        figure(*std::max_element(followerTimes.begin(), followerTimes.end()), "ms")));
+}
+
+void measureFootprint(const PillWatch& pill, const QProcess& program)
+{
+    constexpr double seconds = 30;
+    QProcess follower;
+    follower.start(QStringLiteral("playerctl"),
+                   {QStringLiteral("--player=mpv"), QStringLiteral("--follow"), QStringLiteral("metadata")});
+    RealPlayer::tell(QStringLiteral("play"));
+    QTest::qWait(2000);
+    const ProcessMeter meter(program.processId());
+    const ProcessMeter followerMeter(follower.processId());
+    const auto loadText = [](const ProcessMeter::Load& load) {
+        return QStringLiteral("%1, %2").arg(figure(load.processor, "%", 2),
+                                            figure(load.wakeUpsASecond, "wake-ups/s"));
+    };
+    Table::row(QStringLiteral("processor, playing, without capture"), loadText(meter.watch(seconds)),
+               QStringLiteral("2 %"));
+    RealPlayer::tell(QStringLiteral("pause"));
+    QTest::qWait(1000);
+    Table::row(QStringLiteral("processor, paused"), loadText(meter.watch(seconds)), QStringLiteral("0.2 %"));
+    Table::row(QStringLiteral("resident memory, pill shown"), figure(meter.residentMegabytes(), "MB"),
+               QStringLiteral("60 MB"),
+               QStringLiteral("playerctl --follow: %1").arg(figure(followerMeter.residentMegabytes(), "MB")));
+    stop(follower);
+
+    MprisStandIn player(QStringLiteral("standin"));
+    const auto changeTracks = [&](int from, int count) {
+        for (int i = from; i < from + count; ++i) {
+            player.change(MprisStandIn::playing(MprisStandIn::metadata(
+                QStringLiteral("/t/%1").arg(i), QStringLiteral("Track number %1").arg(i),
+                QStringLiteral("Band"), QStringLiteral("Album"), 200)));
+            QTest::qWait(20);
+        }
+    };
+    constexpr int changes = 1000;
+    changeTracks(0, changes);
+    const double before = meter.residentMegabytes();
+    changeTracks(changes, 2 * changes);
+    Table::row(QStringLiteral("growth over 2000 further track changes"),
+               figure(meter.residentMegabytes() - before, "MB", 2), QStringLiteral("flat"),
+               pill.isDrawn() ? QString() : QStringLiteral("the pill is gone"));
+}
+
+} // namespace
+
+/// Prints how fast and how small the program is. Has to run in a private desktop session.
+int main(int argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    RealPlayer mpv;
+    if (!mpv.start()) {
+        std::fputs("mpv did not start\n", stderr);
+        return 1;
+    }
+    Table::begin();
+    measureStatusPoll();
+    const PillWatch pill;
+    measureStart(pill);
+    QProcess program;
+    if (!start(program, pill)) {
+        std::fputs("the pill did not appear\n", stderr);
+        return 1;
+    }
+    measureChange(pill);
+    measureFootprint(pill, program);
+    stop(program);
+    return 0;
+}
