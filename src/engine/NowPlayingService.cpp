@@ -60,7 +60,7 @@ void NowPlayingService::tick()
 {
     ++_tickCount;
     if (_isPlaying && _elapsed < _duration) {
-        _elapsed = _elapsed + 1.0;
+        _elapsed = std::min(_elapsed + 1.0, duration());
     }
     if (_isPlaying && !artist().isEmpty() && _neighbours.countListeningSecond) {
         _neighbours.countListeningSecond(_artist);

@@ -5,6 +5,7 @@
 #include "engine/Player.h"
 #include "engine/PlayerStatus.h"
 #include "engine/TrackReaction.h"
+#include "engine/UpNextTrack.h"
 
 #include <QImage>
 #include <QObject>
@@ -34,6 +35,7 @@ class NowPlayingService : public QObject
 
 public:
     using Player = ::Player;
+    using UpNextTrack = ::UpNextTrack;
 
     /// What the engine builds on. Everything outlives it.
     struct Dependencies {

@@ -39,7 +39,8 @@ MprisStandIn::MprisStandIn(const QString& suffix, const QString& address) : _bus
                    {QStringLiteral("Rate"), 1.0},
                    {QStringLiteral("Metadata"), QVariantMap()},
                    {QStringLiteral("Position"), QVariant::fromValue(qlonglong(0))},
-                   {QStringLiteral("CanControl"), true}};
+                   {QStringLiteral("CanControl"), true},
+                   {QStringLiteral("CanPlay"), true}};
     _isRegistered = _bus.registerVirtualObject(objectPath, this) && _bus.registerService(namePrefix + suffix);
 }
 

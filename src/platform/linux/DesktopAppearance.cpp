@@ -1,7 +1,6 @@
 #include "platform/linux/DesktopAppearance.h"
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QEvent>
@@ -38,7 +37,7 @@ DesktopAppearance::DesktopAppearance()
         return;
     }
     bus.connect(QString(), portalPath, settings, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+                SLOT(settingChanged(QDBusMessage)));
     auto read = QDBusMessage::createMethodCall(portal, portalPath, settings, QStringLiteral("Read"));
     read.setArguments({appearanceGroup, colourSchemeKey});
     auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
@@ -57,10 +56,11 @@ bool DesktopAppearance::isDark() const
     return _portalIsDark.value_or(QGuiApplication::palette().color(QPalette::Window).lightness() < middle);
 }
 
-void DesktopAppearance::settingChanged(const QString& group, const QString& key, const QDBusVariant& value)
+void DesktopAppearance::settingChanged(const QDBusMessage& signal)
 {
-    if (group == appearanceGroup && key == colourSchemeKey) {
-        adopt(innermost(value.variant()));
+    const QVariantList arguments = signal.arguments();
+    if (arguments.value(0) == appearanceGroup && arguments.value(1) == colourSchemeKey) {
+        adopt(innermost(arguments.value(2)));
     }
 }
 

@@ -2,11 +2,10 @@
 
 #include "platform/Appearance.h"
 
+#include <QDBusMessage>
 #include <QVariant>
 
 #include <optional>
-
-class QDBusVariant;
 
 /// Light or dark as the desktop portal says; where it says nothing, as the palette looks.
 class DesktopAppearance final : public Appearance
@@ -19,7 +18,7 @@ public:
     bool isDark() const override;
 
 private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+    void settingChanged(const QDBusMessage& signal);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -4,7 +4,6 @@
 #include "platform/linux/mpris/MprisPlayer.h"
 
 #include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QLoggingCategory>

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QHash>
 #include <QObject>
 
 class MprisPlayer;
-class QDBusMessage;
+
 class RunLoop;
 
 /// Every MPRIS player on the session bus. The connection is this object's own, so that it can be made anew
