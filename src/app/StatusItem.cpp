@@ -30,10 +30,10 @@ QRegion roundedRegion(QSize size, double radius)
 
 } // namespace
 
-StatusItem::StatusItem(StatusBar& bar, UserDefaults& defaults, QString autosaveName, double length)
+StatusItem::StatusItem(StatusBar& bar, UserDefaults& defaults, const QString& autosaveName, double length)
     : _bar(bar)
     , _defaults(defaults)
-    , _placeKey(QStringLiteral("pellar.statusItem.%1.rightInset").arg(std::move(autosaveName)))
+    , _placeKey(QStringLiteral("pellar.statusItem.%1.rightInset").arg(autosaveName))
     , _rightInset(_defaults.real(_placeKey).value_or(initialRightInset))
     , _length(length)
 {

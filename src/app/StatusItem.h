@@ -16,7 +16,7 @@ class StatusItem : public QObject
 public:
     /// `autosaveName` names the place in the settings: "pellar.statusItem.NAME.rightInset", a number of
     /// points.
-    StatusItem(StatusBar& bar, UserDefaults& defaults, QString autosaveName, double length);
+    StatusItem(StatusBar& bar, UserDefaults& defaults, const QString& autosaveName, double length);
     ~StatusItem() override;
 
     /// Puts the view on screen.

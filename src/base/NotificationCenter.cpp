@@ -16,7 +16,7 @@ void NotificationCenter::post(const QString& name, const QVariantMap& userInfo)
     std::erase_if(*found, [](const Observer& observer) { return observer.context.isNull(); });
     // A copy: a handler may register or drop observers.
     for (const auto observers = *found; const Observer& observer : observers) {
-        if (observer.context) {
+        if (!observer.context.isNull()) {
             observer.handler(userInfo);
         }
     }

@@ -150,8 +150,8 @@ private:
     bool followPlayers(bool musicRunning, bool spotifyRunning, bool playingOnly);
     static QString trackKey(const QString& title, const QString& artist);
     void beginTrack(const QString& key, Player source);
-    void fetchMusicArtwork();
-    void fetchSpotifyArtwork(const QString& url);
+    void fetchMusicArtwork() const;
+    void fetchSpotifyArtwork(const QString& url) const;
 
     // NotifiedState.cpp
     void handlePlayerNotification(Player player, const QVariantMap& userInfo);

@@ -101,14 +101,14 @@ void NowPlayingService::beginTrack(const QString& key, Player source)
     }
 }
 
-void NowPlayingService::fetchMusicArtwork()
+void NowPlayingService::fetchMusicArtwork() const
 {
     if (_neighbours.fetchMusicArtwork) {
         _neighbours.fetchMusicArtwork();
     }
 }
 
-void NowPlayingService::fetchSpotifyArtwork(const QString& url)
+void NowPlayingService::fetchSpotifyArtwork(const QString& url) const
 {
     if (_neighbours.fetchSpotifyArtwork && !url.isEmpty() && url != _currentArtworkSource) {
         _neighbours.fetchSpotifyArtwork(url);

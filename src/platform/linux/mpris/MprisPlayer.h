@@ -89,7 +89,7 @@ private:
     void fetchAll();
     void fetchPosition();
     void apply(const QVariantMap& properties);
-    void applyStatus(const QString& status);
+    void applyStatus(const QString& text);
     void applyMetadata(const QVariant& metadata);
     void command(const QString& member, const QVariantList& arguments = {});
     void call(const QString& interface, const QString& member, const QVariantList& arguments, Answer answer);

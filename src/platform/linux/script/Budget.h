@@ -7,9 +7,9 @@
 class Budget
 {
 public:
-    static constexpr qint64 steps = 4'000'000;                ///< some tenths of a second
-    static constexpr qsizetype longestText = 4 * 1024 * 1024; ///< characters
-    static constexpr qsizetype longestList = 1024 * 1024;     ///< items, with those of the lists in it
+    static constexpr qint64 steps = 4'000'000;                  ///< some tenths of a second
+    static constexpr qsizetype longestText = 4LL * 1024 * 1024; ///< characters
+    static constexpr qsizetype longestList = 1024LL * 1024;     ///< items, with those of the lists in it
     static constexpr int deepestList = 32;
 
     static constexpr qint64 failureSteps = 20; ///< what it costs to come back from an error

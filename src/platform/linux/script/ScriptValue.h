@@ -3,7 +3,9 @@
 #include <QList>
 #include <QString>
 
+#include <concepts>
 #include <memory>
+#include <utility>
 #include <variant>
 
 class ScriptObject;
@@ -26,5 +28,5 @@ struct ScriptValue {
 
     ScriptValue() = default;
     template<typename T>
-    requires std::constructible_from<Data, T> ScriptValue(T&& value) : data(std::forward<T>(value)) {}
+    requires std::constructible_from<Data, T> ScriptValue(T value) : data(std::move(value)) {}
 };
