@@ -23,9 +23,9 @@ protected:
 
     void keyPressEvent(QKeyEvent* event) override
     {
-        constexpr int firstModifier = Qt::Key_Shift;
-        constexpr int lastModifier = Qt::Key_Hyper_R;
-        if (event->isAutoRepeat() || (event->key() >= firstModifier && event->key() <= lastModifier)) {
+        constexpr int layoutSwitch = 0;
+        const bool isModifier = event->key() >= Qt::Key_Shift && event->key() <= Qt::Key_Hyper_R;
+        if (event->isAutoRepeat() || isModifier || event->key() == layoutSwitch) {
             return;
         }
         const QString typed = event->text();

@@ -20,8 +20,8 @@ public:
     xcb_window_t window();
     qint64 processId() const { return _program.processId(); }
 
-    /// The keys so far but for modifiers: with those that were held, and what the key types, as in
-    /// "Shift+N=N".
+    /// The keys so far but for modifiers and the switch of layouts: with the modifiers that were held, and
+    /// what the key types, as in "Shift+N=N".
     QStringList keys();
 
     static bool isCalled(int argc, char** argv);

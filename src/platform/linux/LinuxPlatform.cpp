@@ -1,18 +1,23 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include "platform/linux/mpris/MprisApplication.h"
+#include "platform/linux/x11/SystemEvents.h"
+#include "platform/linux/x11/X11Session.h"
 
 #include <QHash>
 
 namespace {
 
 /// The applications that scripts can address, by name in lower case.
-Interpreter::Applications scriptedApplications(PlayerRoster& roster)
+Interpreter::Applications scriptedApplications(PlayerRoster& roster, RunLoop& runLoop)
 {
-    const QHash<QString, std::shared_ptr<ScriptObject>> applications = {
+    QHash<QString, std::shared_ptr<ScriptObject>> applications = {
         {QStringLiteral("music"), std::make_shared<MprisApplication>(roster, PlayerRole::music)},
         {QStringLiteral("spotify"), std::make_shared<MprisApplication>(roster, PlayerRole::spotify)},
     };
+    if (X11Session::connection() != nullptr) {
+        applications.insert(QStringLiteral("system events"), std::make_shared<SystemEvents>(runLoop));
+    }
     return [applications](const QString& name) { return applications.value(name); };
 }
 
@@ -24,7 +29,7 @@ LinuxPlatform::LinuxPlatform(const UserDefaults& defaults)
     , _notifier(_roster, _distributedNotifications)
     , _workspace(_roster)
     , _automation(_roster)
-    , _interpreter(scriptedApplications(_roster))
+    , _interpreter(scriptedApplications(_roster, _runLoop))
     , _power(QDBusConnection::systemBus())
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,

@@ -171,9 +171,11 @@ void MprisPlayer::fetchAll()
 void MprisPlayer::fetchPosition()
 {
     if (_isFetchingPosition) {
+        _isPositionWanted = true; // what is on its way may be out of date
         return;
     }
     _isFetchingPosition = true;
+    _isPositionWanted = false;
     call(propertiesInterface, QStringLiteral("Get"), {playerInterface, QStringLiteral("Position")},
          [this](const QDBusMessage& reply) {
              _isFetchingPosition = false;
@@ -182,6 +184,9 @@ void MprisPlayer::fetchPosition()
              }
              const QVariant value = reply.arguments().constFirst().value<QDBusVariant>().variant();
              apply({{QStringLiteral("Position"), value}});
+             if (_isPositionWanted) {
+                 fetchPosition();
+             }
          });
 }
 

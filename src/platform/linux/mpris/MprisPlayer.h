@@ -55,7 +55,7 @@ public:
     /// Whether the bus forbids us to talk to it.
     bool isRefused() const { return _isRefused; }
 
-    /// Asks where the player is, unless that question is still open. The answer corrects the reckoning.
+    /// Asks where the player is; once more, if that question is still open. The answer corrects the reckoning.
     void synchronise();
 
     void playPause() { command(QStringLiteral("PlayPause")); }
@@ -112,6 +112,7 @@ private:
     bool _isSilent = false;
     bool _isFetchingAll = false;
     bool _isFetchingPosition = false;
+    bool _isPositionWanted = false;
     bool _isSettling = false;
     Date _settlingSince;
     int _settlingRound = 0;

@@ -1,28 +1,25 @@
 #include "platform/linux/x11/X11Session.h"
 
+#include "platform/linux/x11/X11Reply.h"
+
 #include <QGuiApplication>
 #include <QHash>
 
 #include <xcb/xtest.h>
-
-#include <cstdlib>
-#include <memory>
-
-namespace {
-
-struct Freed {
-    void operator()(void* reply) const { std::free(reply); } // NOLINT(cppcoreguidelines-no-malloc)
-};
-template<typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Freed>;
-
-} // namespace
 
 xcb_connection_t* X11Session::connection()
 {
     const auto* const native =
         qGuiApp != nullptr ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     return native != nullptr ? native->connection() : nullptr;
+}
+
+xcb_window_t X11Session::root()
+{
+    xcb_connection_t* const server = connection();
+    const auto screens =
+        server != nullptr ? xcb_setup_roots_iterator(xcb_get_setup(server)) : xcb_screen_iterator_t{};
+    return screens.rem > 0 ? screens.data->root : xcb_window_t{XCB_WINDOW_NONE};
 }
 
 xcb_atom_t X11Session::atom(const QString& name)
@@ -37,7 +34,7 @@ xcb_atom_t X11Session::atom(const QString& name)
     }
     const QByteArray text = name.toLatin1();
     const auto cookie = xcb_intern_atom(server, 0, static_cast<uint16_t>(text.size()), text.constData());
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(server, cookie, nullptr));
+    const X11Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(server, cookie, nullptr));
     if (!reply) {
         return XCB_ATOM_NONE;
     }
@@ -62,7 +59,7 @@ bool X11Session::isComposited()
     if (server == nullptr || manager == XCB_ATOM_NONE) {
         return false;
     }
-    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
+    const X11Reply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, manager), nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }

@@ -10,6 +10,9 @@ namespace X11Session {
 /// Null when the program runs on something else than X11.
 xcb_connection_t* connection();
 
+/// The window that covers the screen; XCB_WINDOW_NONE without a server.
+xcb_window_t root();
+
 /// The atom of a name; XCB_ATOM_NONE without a server. One round trip for each name, then from memory.
 xcb_atom_t atom(const QString& name);
 

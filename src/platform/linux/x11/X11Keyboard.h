@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/linux/x11/Keystroke.h"
+
+#include <optional>
+
+/// Types on behalf of the user, by key events that programs cannot tell from real ones.
+namespace X11Keyboard {
+
+/// Sends a keystroke to the window that has the focus: all of it or nothing. Modifiers and locks that the
+/// user holds do not count and are as before afterwards; other held keys are let go. The text may have up to
+/// 256 characters. Gives the reason, for people, when nothing was sent: no such keyboard, or a character that
+/// is not on it.
+std::optional<QString> press(const Keystroke& keystroke);
+
+/// Why the keystroke could not be sent as things are; none when it could.
+std::optional<QString> refusal(const Keystroke& keystroke);
+
+} // namespace X11Keyboard
