@@ -180,19 +180,21 @@ void DesktopTest::clearsWhenPlayerIsKilled()
 void DesktopTest::isDraggedAndRemembersIt()
 {
     const QRect before = pill();
-    const QPoint from = before.topLeft() + QPoint(120, 10);
-    for (const char* key : {"ctrl", "super"}) {
-        xdotool(QStringLiteral("mousemove %1 %2 keydown %3 mousedown 1 mousemove_relative --sync -- -30 0 "
-                               "mousemove_relative --sync -- -30 0 mouseup 1 keyup %3")
-                    .arg(pill().x() + 120)
-                    .arg(from.y())
-                    .arg(QString::fromLatin1(key)));
-    }
+    const auto drag = [this](int way, const QString& key) {
+        const QPoint from = pill().topLeft() + QPoint(120, 10);
+        xdotool(QStringLiteral("mousemove %1 %2").arg(from.x()).arg(from.y()));
+        xdotool(key.isEmpty() ? QStringLiteral("mousedown 1")
+                              : QStringLiteral("keydown %1 mousedown 1").arg(key));
+        xdotool(QStringLiteral("mousemove %1 %2").arg(from.x() + way / 2).arg(from.y()));
+        xdotool(QStringLiteral("mousemove %1 %2").arg(from.x() + way).arg(from.y() + 50));
+        xdotool(key.isEmpty() ? QStringLiteral("mouseup 1") : QStringLiteral("mouseup 1 keyup %1").arg(key));
+    };
+    drag(-60, QStringLiteral("ctrl"));
+    QTRY_COMPARE(pill().x(), before.x() - 60);
+    drag(-60, QStringLiteral("super"));
     QTRY_COMPARE(pill().x(), before.x() - 120);
     QCOMPARE(pill().y(), before.y());
-    xdotool(QStringLiteral("mousemove %1 %2 mousedown 1 mousemove_relative --sync -- 40 0 mouseup 1")
-                .arg(pill().x() + 120)
-                .arg(from.y())); // without the key: the pill's own
+    drag(40, QString()); // without the key it is the pill's own
     QCOMPARE(pill().x(), before.x() - 120);
     _program.terminate();
     QVERIFY(_program.waitForFinished());
