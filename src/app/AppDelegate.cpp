@@ -2,6 +2,7 @@
 
 #include "app/StatusHostingView.h"
 #include "app/StatusItem.h"
+#include "app/TrayIcon.h"
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
 #include "platform/Platform.h"
@@ -12,6 +13,16 @@
 
 #include <QCoreApplication>
 #include <QMenu>
+
+namespace {
+
+/// A text as a menu shows it: an ampersand is an ampersand, not a mnemonic.
+QString menuText(QString text)
+{
+    return text.replace(u'&', QStringLiteral("&&"));
+}
+
+} // namespace
 
 AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance)
     : _platform(platform)
@@ -44,11 +55,18 @@ void AppDelegate::setup()
     _hosting->setTitle(QStringLiteral("Pellar"));
     _hosting->setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(_pill.get())}});
     _hosting->setSource(QUrl(QStringLiteral("qrc:/Pellar/MenuBarPlayerView.qml")));
-    _hosting->contextMenuProvider = [this] { return buildMenu(); };
+    _hosting->contextMenuProvider = [this] {
+        auto menu = std::make_unique<QMenu>();
+        fillMenu(*menu);
+        return menu;
+    };
 
     _statusItem->setCornerRadius(_pill->cornerRadius());
     _statusItem->setView(_hosting.get());
     bindPillVisibilityToStatusItem();
+
+    _trayIcon = std::make_unique<TrayIcon>(_service, [this](QMenu& menu) { fillMenu(menu); });
+    connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
 }
 
 void AppDelegate::bindPillVisibilityToStatusItem()
@@ -57,18 +75,16 @@ void AppDelegate::bindPillVisibilityToStatusItem()
             [this] { _statusItem->setLength(_visibility.preferredPillWidth()); });
 }
 
-std::unique_ptr<QMenu> AppDelegate::buildMenu()
+void AppDelegate::fillMenu(QMenu& menu)
 {
-    auto menu = std::make_unique<QMenu>();
-    QAction* const header = menu->addAction(_service.title());
+    QAction* const header = menu.addAction(menuText(_service.title()));
     QFont bold = header->font();
     bold.setBold(true);
     header->setFont(bold);
     header->setEnabled(false);
     if (!_service.artist().isEmpty()) {
-        menu->addAction(_service.artist())->setEnabled(false);
+        menu.addAction(menuText(_service.artist()))->setEnabled(false);
     }
-    menu->addSeparator();
-    menu->addAction(tr("Quit Pellar"), qApp, &QCoreApplication::quit);
-    return menu;
+    menu.addSeparator();
+    menu.addAction(tr("Quit Pellar"), qApp, &QCoreApplication::quit);
 }

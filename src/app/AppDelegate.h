@@ -12,6 +12,7 @@ class PillVisibilityManager;
 class QMenu;
 class StatusHostingView;
 class StatusItem;
+class TrayIcon;
 class UserDefaults;
 struct Platform;
 
@@ -30,7 +31,7 @@ public:
 private:
     void setup();
     void bindPillVisibilityToStatusItem();
-    std::unique_ptr<QMenu> buildMenu();
+    void fillMenu(QMenu& menu);
 
     Platform& _platform;
     UserDefaults& _defaults;
@@ -40,4 +41,5 @@ private:
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;
+    std::unique_ptr<TrayIcon> _trayIcon;
 };

@@ -37,7 +37,7 @@ Item {
         Accessible.onPressAction: root.pill.tap(Qt.point(x + width / 2, y + height / 2))
 
         Rectangle {
-            anchors { fill: parent; margins: -3 }
+            anchors { fill: parent; margins: -2 }
             radius: 6
             color: root.pill.colors.highlight
             visible: root.pill.hoveredZone === control.zone

@@ -1,0 +1,63 @@
+#include "app/TrayIcon.h"
+
+#include "engine/NowPlayingService.h"
+#include "ui/PillColors.h"
+#include "ui/Symbol.h"
+
+#include <QPainter>
+#include <QPixmap>
+
+namespace {
+
+/// The play symbol on a small pill, so that it can be told on a light panel and on a dark one.
+QIcon pillIcon()
+{
+    const PillColors colors = PillColors::forDesktop(true);
+    QIcon icon;
+    for (const int side : {16, 22, 32, 48}) {
+        QPixmap picture(side, side);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colors.background);
+        painter.drawRoundedRect(QRectF(0, 0, side, side), side / 4.0, side / 4.0);
+        const double symbol = side * 0.6;
+        painter.translate((side - symbol) / 2, (side - symbol) / 2);
+        painter.fillPath(symbolOutline(QStringLiteral("play.fill"), symbol), colors.text);
+        icon.addPixmap(picture);
+    }
+    return icon;
+}
+
+} // namespace
+
+TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(QMenu&)> fillMenu)
+    : _service(service)
+    , _fillMenu(std::move(fillMenu))
+    , _icon(pillIcon())
+{
+    const auto fill = [this] {
+        _menu.clear();
+        _fillMenu(_menu);
+    };
+    fill();
+    connect(&_menu, &QMenu::aboutToShow, this, fill);
+    _icon.setContextMenu(&_menu);
+    connect(&_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger) {
+            Q_EMIT clicked();
+        }
+    });
+    connect(&_service, &NowPlayingService::titleChanged, this, &TrayIcon::describe);
+    connect(&_service, &NowPlayingService::artistChanged, this, &TrayIcon::describe);
+    describe();
+    _icon.show();
+}
+
+void TrayIcon::describe()
+{
+    const QString artist = _service.artist();
+    _icon.setToolTip(artist.isEmpty() ? _service.title()
+                                      : QStringLiteral("%1 — %2").arg(_service.title(), artist));
+}

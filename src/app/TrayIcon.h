@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QMenu>
+#include <QObject>
+#include <QSystemTrayIcon>
+
+#include <functional>
+
+class NowPlayingService;
+
+/// An icon in the desktop's tray, for desktops whose panel covers the status item: a click brings the item to
+/// the front, and the menu is the item's own. Where there is no tray there is no icon.
+class TrayIcon : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `fillMenu` puts the rows of the context menu into an empty menu; it is asked each time the menu opens.
+    TrayIcon(const NowPlayingService& service, std::function<void(QMenu&)> fillMenu);
+
+Q_SIGNALS:
+    void clicked();
+
+private:
+    void describe();
+
+    const NowPlayingService& _service;
+    std::function<void(QMenu&)> _fillMenu;
+    QMenu _menu;
+    QSystemTrayIcon _icon;
+};

@@ -1,0 +1,91 @@
+#include "support/MprisStandIn.h"
+
+#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusVariant>
+#include <QProcess>
+#include <QTest>
+
+namespace {
+
+/// A desktop's tray, as far as programs notice it.
+class Tray final : public QDBusVirtualObject
+{
+public:
+    Tray()
+    {
+        _bus.registerVirtualObject(QStringLiteral("/StatusNotifierWatcher"), this);
+        _bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+    }
+
+    QString introspect(const QString& /*path*/) const override
+    {
+        return QStringLiteral("<interface name=\"org.kde.StatusNotifierWatcher\">"
+                              "<property name=\"IsStatusNotifierHostRegistered\" type=\"b\" access=\"read\"/>"
+                              "</interface>");
+    }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
+    {
+        if (message.member() == QStringLiteral("Introspect")) {
+            return false; // answered with the text above
+        }
+        if (message.member() == QStringLiteral("RegisterStatusNotifierItem")) {
+            item = message.service();
+        }
+        const bool isQuestion = message.member() == QStringLiteral("Get");
+        bus.send(isQuestion ? message.createReply(QVariant::fromValue(QDBusVariant(true)))
+                            : message.createReply());
+        return true;
+    }
+
+    QString item; ///< the bus name of the program that has put an icon here
+
+private:
+    QDBusConnection _bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("tray"));
+};
+
+} // namespace
+
+class TrayTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsWhatPlays();
+};
+
+void TrayTest::tellsWhatPlays()
+{
+    Tray tray;
+    MprisStandIn player(QStringLiteral("standin"));
+    player.set(MprisStandIn::playing(MprisStandIn::metadata(
+        QStringLiteral("/t/1"), QStringLiteral("Rock & Roll"), QStringLiteral("Band"), QString(), 9)));
+    QProcess program;
+    const auto end = qScopeGuard([&program] {
+        program.terminate();
+        program.waitForFinished();
+    });
+    program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
+    QTRY_VERIFY(!tray.item.isEmpty());
+    const auto toolTip = [&tray] {
+        QDBusMessage ask = QDBusMessage::createMethodCall(tray.item, QStringLiteral("/StatusNotifierItem"),
+                                                          QStringLiteral("org.freedesktop.DBus.Properties"),
+                                                          QStringLiteral("Get"));
+        ask.setArguments({QStringLiteral("org.kde.StatusNotifierItem"), QStringLiteral("ToolTip")});
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(ask, QDBus::BlockWithGui, 2000);
+        const auto argument =
+            reply.arguments().value(0).value<QDBusVariant>().variant().value<QDBusArgument>();
+        QString icon;
+        QString title;
+        argument.beginStructure();
+        argument >> icon;
+        argument.asVariant(); // the pictures
+        argument >> title;
+        return title;
+    };
+    QTRY_COMPARE(toolTip(), QStringLiteral("Rock & Roll — Band"));
+}
+
+QTEST_GUILESS_MAIN(TrayTest)
+#include "tray_test.moc"
