@@ -5,10 +5,12 @@
 #include "app/TrayIcon.h"
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "platform/Appearance.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
+#include "ui/PillColors.h"
 #include "ui/PillModel.h"
 
 #include <QCoreApplication>
@@ -16,10 +18,20 @@
 
 namespace {
 
-/// A text as a menu shows it: an ampersand is an ampersand, not a mnemonic.
-QString menuText(QString text)
+/// A text as a menu shows it: in one line of some 300 points, and an ampersand is no mnemonic.
+QString menuText(const QString& text, const QMenu& menu)
 {
-    return text.replace(u'&', QStringLiteral("&&"));
+    constexpr int width = 300;
+    return menu.fontMetrics()
+        .elidedText(text.simplified(), Qt::ElideRight, width)
+        .replace(u'&', QStringLiteral("&&"));
+}
+
+/// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
+QPalette menuPalette(bool isDark)
+{
+    const QColor background = PillColors::forDesktop(isDark).background;
+    return {background, background};
 }
 
 } // namespace
@@ -77,13 +89,14 @@ void AppDelegate::bindPillVisibilityToStatusItem()
 
 void AppDelegate::fillMenu(QMenu& menu)
 {
-    QAction* const header = menu.addAction(menuText(_service.title()));
+    menu.setPalette(menuPalette(_appearance.isDark()));
+    QAction* const header = menu.addAction(menuText(_service.title(), menu));
     QFont bold = header->font();
     bold.setBold(true);
     header->setFont(bold);
     header->setEnabled(false);
     if (!_service.artist().isEmpty()) {
-        menu.addAction(menuText(_service.artist()))->setEnabled(false);
+        menu.addAction(menuText(_service.artist(), menu))->setEnabled(false);
     }
     menu.addSeparator();
     menu.addAction(tr("Quit Pellar"), qApp, &QCoreApplication::quit);

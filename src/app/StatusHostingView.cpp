@@ -22,6 +22,14 @@ StatusHostingView::StatusHostingView()
 
 StatusHostingView::~StatusHostingView() = default;
 
+void StatusHostingView::exposeEvent(QExposeEvent* event)
+{
+    QQuickView::exposeEvent(event);
+    if (isExposed()) {
+        Q_EMIT exposed();
+    }
+}
+
 void StatusHostingView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::RightButton) {
@@ -36,6 +44,7 @@ void StatusHostingView::mousePressEvent(QMouseEvent* event)
 
 void StatusHostingView::mouseMoveEvent(QMouseEvent* event)
 {
+    _isDragging = _isDragging && event->buttons().testFlag(Qt::LeftButton); // a release can get lost
     if (!_isDragging) {
         QQuickView::mouseMoveEvent(event);
         return;

@@ -46,6 +46,7 @@ void StatusItem::setView(StatusHostingView* view)
     _view = view;
     connect(_view, &StatusHostingView::itemDragged, this, &StatusItem::moveBy);
     connect(_view, &StatusHostingView::itemDropped, this, &StatusItem::savePlace);
+    connect(_view, &StatusHostingView::exposed, this, &StatusItem::cutCorners);
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &StatusItem::followScreen);
     _bar.adopt(*_view);
     followScreen(QGuiApplication::primaryScreen());
@@ -72,6 +73,7 @@ void StatusItem::moveBy(int dx)
 
 void StatusItem::savePlace()
 {
+    _rightInset = StatusItemPlacement::rightInset(_view->screen()->geometry(), _view->geometry());
     _defaults.setObject(_placeKey, _rightInset);
 }
 
@@ -100,7 +102,7 @@ void StatusItem::place()
 
 void StatusItem::cutCorners()
 {
-    if (_view != nullptr && !_bar.isComposited()) {
-        _view->setMask(roundedRegion(_view->size(), _cornerRadius));
+    if (_view != nullptr) {
+        _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(_view->size(), _cornerRadius));
     }
 }

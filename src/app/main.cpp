@@ -22,6 +22,14 @@ void chooseWindowSystem()
     }
 }
 
+/// Without an address the bus library would start a bus of its own, which nobody is on and nothing ends.
+void keepToRunningBus()
+{
+    if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) {
+        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + qgetenv("XDG_RUNTIME_DIR") + "/bus");
+    }
+}
+
 /// A pill needs no graphics card; the software renderer takes a third of the memory.
 void chooseRenderer()
 {
@@ -34,6 +42,7 @@ void chooseRenderer()
 
 int main(int argc, char** argv)
 {
+    keepToRunningBus();
     chooseWindowSystem();
     chooseRenderer();
     QApplication application(argc, argv);

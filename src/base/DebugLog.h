@@ -30,8 +30,8 @@ public:
     static QString line(const QDateTime& time, const QString& message);
 
 private:
+    QString _path; // outlives the queue, whose last lines still go there
     SerialQueue _queue{QStringLiteral("com.orvalen.pellar.dlog")};
-    QString _path;
 };
 
 /// Appends one line to the shared debug log. Any thread.

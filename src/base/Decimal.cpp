@@ -21,7 +21,12 @@ double parseDecimal(const QString& text)
 QString decimalText(double value)
 {
     std::array<char, 32> buffer{};
-    const auto [end, error] = std::to_chars(buffer.begin(), buffer.end(), value);
+    // Left to itself, to_chars writes 100000 as 1e+05, which is shorter.
+    const double size = std::abs(value);
+    const bool isPlain = size == 0 || (size >= 1e-4 && size < 1e16);
+    const auto [end, error] =
+        isPlain ? std::to_chars(buffer.begin(), buffer.end(), value, std::chars_format::fixed)
+                : std::to_chars(buffer.begin(), buffer.end(), value);
     QString text = QString::fromLatin1(buffer.data(), end - buffer.data());
     if (!std::isfinite(value) || text.contains(QLatin1Char('.'))) {
         return text;

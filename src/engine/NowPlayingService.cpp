@@ -2,7 +2,6 @@
 
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
-#include "base/DebugLog.h"
 #include "base/NotificationCenter.h"
 #include "platform/BundleId.h"
 #include "platform/Platform.h"
@@ -11,7 +10,6 @@
 #include "prefs/PowerModeManager.h"
 
 #include <algorithm>
-#include <cmath>
 
 NowPlayingService::NowPlayingService(const Dependencies& dependencies, EngineNeighbours neighbours,
                                      QObject* parent)

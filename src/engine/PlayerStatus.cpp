@@ -28,7 +28,7 @@ std::optional<PlayerStatus> parseStatusReply(const QString& reply, Player player
         .album = fields[2],
         .duration = parseDecimal(fields[3]) / (isSpotify ? 1000 : 1),
         .position = parseDecimal(fields[4]),
-        .isPlaying = fields[5] == boolText(true),
+        .isPlaying = fields[5] == QStringLiteral("true"),
         .artworkUrl = isSpotify ? artworkUrl(fields) : std::nullopt,
     };
 }

@@ -17,7 +17,8 @@ public:
     virtual int thickness() const = 0;
 
     /// Makes a window that is not shown yet a status item: above the others, on every desktop, in no task
-    /// list, never taking the keyboard from the window that has it.
+    /// list, never taking the keyboard from the window that has it. It lies on top of what is below and
+    /// keeps no room free.
     virtual void adopt(QWindow& window) = 0;
 
     /// Whether translucent windows are blended with what lies below them.

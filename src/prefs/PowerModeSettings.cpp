@@ -3,6 +3,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <limits>
+
 namespace {
 
 const QString enabledField = QStringLiteral("visualizerEnabled");
@@ -12,7 +14,8 @@ const QString refreshField = QStringLiteral("driftRefreshSeconds");
 std::optional<int> integer(const QJsonValue& value)
 {
     const double number = value.toDouble();
-    const auto whole = static_cast<int>(qBound<double>(INT_MIN, number, INT_MAX));
+    const auto whole = static_cast<int>(
+        qBound<double>(std::numeric_limits<int>::min(), number, std::numeric_limits<int>::max()));
     return value.isDouble() && whole == number ? std::optional(whole) : std::nullopt;
 }
 

@@ -7,7 +7,7 @@
 
 class UserDefaults;
 
-/// Which mode the context menu has.
+/// Which colour theme the pill has.
 class ThemeManager : public QObject
 {
     Q_OBJECT

@@ -100,7 +100,7 @@ void WidgetManager::setFrame(const QRectF& frame)
                                               {QStringLiteral("h"), frame.height()}});
 }
 
-void WidgetManager::resetFrame()
+void WidgetManager::resetPosition()
 {
     _defaults.removeObject(frameKey);
 }

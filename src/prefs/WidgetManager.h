@@ -70,7 +70,7 @@ public:
     void setFrame(const QRectF& frame);
 
     /// Forgets the frame: the next widget opens where a first one does.
-    void resetFrame();
+    void resetPosition();
 
 Q_SIGNALS:
     void isEnabledChanged();

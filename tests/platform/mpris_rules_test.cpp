@@ -119,7 +119,8 @@ void MprisRulesTest::disbelievesFrozenPositions()
 
 void MprisRulesTest::choosesPlayer_data()
 {
-    QTest::addColumn<QStringList>("players"); // suffix, ">": playing since, "<": last played
+    QTest::addColumn<QStringList>(
+        "players"); // ">": playing since, "<": last played, "!": has the role, "?": silent
     QTest::addColumn<QString>("preferred");
     QTest::addColumn<int>("music");
     QTest::addColumn<int>("spotify");
@@ -137,6 +138,9 @@ void MprisRulesTest::choosesPlayer_data()
     row("browsers and proxies are none",
         "firefox.instance_1_22>9 chromium.instance7>8 playerctld>9 plasma-browser-integration>9", "", -1, -1);
     row("both roles", "spotify>9 mpv<1", "", 1, 0);
+    row("the first of equals", "mpv<5 vlc<5", "", 0, -1);
+    row("unless another has the role", "mpv<5 vlc<5!", "", 1, -1);
+    row("one that answers before one that does not", "mpv?>9 vlc<1", "", 1, -1);
     row("two Spotify clients", "spotify<1 spotifyd.instance5>2", "", -1, 1);
     row("the user's choice", "mpv>9 rhythmbox<1", "rhythmbox", 1, -1);
     row("an instance of it", "mpv>9 vlc.instance77", "vlc", 1, -1);
@@ -149,8 +153,10 @@ void MprisRulesTest::choosesPlayer()
     QFETCH(QString, preferred);
     std::vector<PlayerCandidate> candidates;
     for (const QString& player : players) {
-        const QStringList parts = player.split(QRegularExpression(QStringLiteral("[<>]")));
+        const QStringList parts = player.split(QRegularExpression(QStringLiteral("[?<>!]+")));
         PlayerCandidate candidate{.suffixes = {parts[0]}, .isPlaying = player.contains(u'>')};
+        candidate.isReachable = !player.contains(u'?');
+        candidate.hasRole = player.contains(u'!');
         Date& time = candidate.isPlaying ? candidate.playingSince : candidate.lastPlayed;
         time = Date{parts.value(1).toDouble()};
         candidates.push_back(candidate);

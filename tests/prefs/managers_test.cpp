@@ -215,7 +215,7 @@ void ManagersTest::widgetFrame()
     manager.setFrame(moved);
     QCOMPARE(defaults.dictionary(key).value().value(QStringLiteral("h")), QVariant(144.0));
     QCOMPARE(WidgetManager(defaults).frame(), std::optional(moved));
-    manager.resetFrame();
+    manager.resetPosition();
     QVERIFY(!defaults.values.contains(key));
     QVERIFY(!manager.frame());
 }

@@ -116,7 +116,7 @@ void MprisBus::nameOwnerChanged(const QString& name, const QString& oldOwner, co
 
 void MprisBus::propertiesChanged(const QDBusMessage& signal)
 {
-    MprisPlayer* const player = _players.value(signal.service());
+    MprisPlayer* const player = withUniqueName(signal.service());
     const QVariantList arguments = signal.arguments();
     if (player == nullptr || arguments.size() < 3 ||
         arguments[0].toString() != QStringLiteral("org.mpris.MediaPlayer2.Player")) {
@@ -127,7 +127,7 @@ void MprisBus::propertiesChanged(const QDBusMessage& signal)
 
 void MprisBus::seeked(const QDBusMessage& signal)
 {
-    MprisPlayer* const player = _players.value(signal.service());
+    MprisPlayer* const player = withUniqueName(signal.service());
     bool isNumber = false;
     const qlonglong position = signal.arguments().value(0).toLongLong(&isNumber);
     if (player != nullptr && isNumber) {
@@ -138,7 +138,7 @@ void MprisBus::seeked(const QDBusMessage& signal)
 void MprisBus::disconnected()
 {
     qCWarning(log, "The session bus has gone; waiting for its return");
-    const auto players = _players.values();
+    const auto players = _players;
     for (MprisPlayer* const player : players) {
         remove(player);
     }
@@ -148,23 +148,23 @@ void MprisBus::disconnected()
 void MprisBus::addName(const QString& name, const QString& owner)
 {
     const QString suffix = name.mid(namePrefix.size());
-    MprisPlayer*& player = _players[owner];
+    MprisPlayer* player = withUniqueName(owner);
     const bool isNew = player == nullptr;
     if (isNew) {
         player = new MprisPlayer(_bus, owner, _runLoop, this);
+        _players.append(player);
     }
-    MprisPlayer* const added = player;
-    if (!added->suffixes.contains(suffix)) {
-        added->suffixes.append(suffix);
+    if (!player->suffixes.contains(suffix)) {
+        player->suffixes.append(suffix);
     }
     if (isNew) {
-        Q_EMIT playerAdded(added);
+        Q_EMIT playerAdded(player);
     }
 }
 
 void MprisBus::removeName(const QString& name, const QString& owner)
 {
-    MprisPlayer* const player = _players.value(owner);
+    MprisPlayer* const player = withUniqueName(owner);
     if (player == nullptr) {
         return;
     }
@@ -176,7 +176,15 @@ void MprisBus::removeName(const QString& name, const QString& owner)
 
 void MprisBus::remove(MprisPlayer* player)
 {
-    _players.removeIf([player](const auto& entry) { return entry.value() == player; });
+    _players.removeAll(player);
     Q_EMIT playerRemoved(player);
     player->deleteLater();
+}
+
+MprisPlayer* MprisBus::withUniqueName(const QString& name) const
+{
+    const auto found = std::find_if(_players.begin(), _players.end(), [&name](const MprisPlayer* player) {
+        return player->uniqueName() == name;
+    });
+    return found == _players.end() ? nullptr : *found;
 }

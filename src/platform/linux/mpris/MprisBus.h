@@ -2,11 +2,10 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QHash>
+#include <QList>
 #include <QObject>
 
 class MprisPlayer;
-
 class RunLoop;
 
 /// Every MPRIS player on the session bus. The connection is this object's own, so that it can be made anew
@@ -20,7 +19,8 @@ public:
     explicit MprisBus(RunLoop& runLoop, QString address = {});
     ~MprisBus() override;
 
-    QList<MprisPlayer*> players() const { return _players.values(); }
+    /// In the order in which they came.
+    QList<MprisPlayer*> players() const { return _players; }
 
 Q_SIGNALS:
     void playerAdded(MprisPlayer* player);
@@ -41,10 +41,11 @@ private:
     void addName(const QString& name, const QString& owner);
     void removeName(const QString& name, const QString& owner);
     void remove(MprisPlayer* player);
+    MprisPlayer* withUniqueName(const QString& name) const;
 
     RunLoop& _runLoop;
     QString _address;
     QString _connectionName;
     QDBusConnection _bus;
-    QHash<QString, MprisPlayer*> _players; ///< by unique name
+    QList<MprisPlayer*> _players;
 };

@@ -34,6 +34,8 @@ public:
     /// `uniqueName` is the player's own name on the bus (":1.42").
     MprisPlayer(QDBusConnection bus, QString uniqueName, RunLoop& runLoop, QObject* parent);
 
+    QString uniqueName() const { return _uniqueName; }
+
     /// Its well-known names without "org.mpris.MediaPlayer2.".
     QStringList suffixes;
 
@@ -55,7 +57,8 @@ public:
     /// Whether the bus forbids us to talk to it.
     bool isRefused() const { return _isRefused; }
 
-    /// Asks where the player is; once more, if that question is still open. The answer corrects the reckoning.
+    /// Asks where the player is; once more, if that question is still open. The answer corrects the
+    /// reckoning.
     void synchronise();
 
     void playPause() { command(QStringLiteral("PlayPause")); }

@@ -41,8 +41,8 @@ bool matchesRole(PlayerRole role, const QString& suffix, const QString& preferre
 
 auto rank(const PlayerCandidate& candidate)
 {
-    return std::tuple(candidate.isPlaying,
-                      candidate.isPlaying ? candidate.playingSince : candidate.lastPlayed);
+    const Date since = candidate.isPlaying ? candidate.playingSince : candidate.lastPlayed;
+    return std::tuple(candidate.isReachable, candidate.isPlaying, since, candidate.hasRole);
 }
 
 } // namespace

@@ -72,13 +72,17 @@ void PlayerRoster::playerChanged(MprisPlayer* player)
 void PlayerRoster::recast()
 {
     const auto players = _bus.players();
-    std::vector<PlayerCandidate> candidates;
-    for (const MprisPlayer* const player : players) {
-        candidates.push_back(
-            {player->suffixes, player->isPlaying(), player->playingSince(), player->lastPlayed()});
-    }
     const QString preferred = _defaults.string(musicPlayerKey).value_or(QString());
     for (const PlayerRole role : roles) {
+        std::vector<PlayerCandidate> candidates;
+        for (const MprisPlayer* const player : players) {
+            candidates.push_back({.suffixes = player->suffixes,
+                                  .isReachable = player->isReady() && !player->isRefused(),
+                                  .isPlaying = player->isPlaying(),
+                                  .playingSince = player->playingSince(),
+                                  .lastPlayed = player->lastPlayed(),
+                                  .hasRole = _cast.value(role) == player});
+        }
         const auto chosen = choosePlayer(role, candidates, preferred);
         _cast[role] = chosen ? players[static_cast<qsizetype>(*chosen)] : nullptr;
     }
