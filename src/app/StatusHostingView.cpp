@@ -22,14 +22,6 @@ StatusHostingView::StatusHostingView()
 
 StatusHostingView::~StatusHostingView() = default;
 
-void StatusHostingView::exposeEvent(QExposeEvent* event)
-{
-    QQuickView::exposeEvent(event);
-    if (isExposed()) {
-        Q_EMIT exposed();
-    }
-}
-
 void StatusHostingView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::RightButton) {

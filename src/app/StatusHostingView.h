@@ -28,11 +28,7 @@ Q_SIGNALS:
     void itemDragged(int dx);
     void itemDropped();
 
-    /// What is on screen has to be drawn anew, as when a compositing manager comes or goes.
-    void exposed();
-
 protected:
-    void exposeEvent(QExposeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;

@@ -46,7 +46,6 @@ void StatusItem::setView(StatusHostingView* view)
     _view = view;
     connect(_view, &StatusHostingView::itemDragged, this, &StatusItem::moveBy);
     connect(_view, &StatusHostingView::itemDropped, this, &StatusItem::savePlace);
-    connect(_view, &StatusHostingView::exposed, this, &StatusItem::cutCorners);
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &StatusItem::followScreen);
     _bar.adopt(*_view);
     followScreen(QGuiApplication::primaryScreen());

@@ -66,8 +66,8 @@ private Q_SLOTS:
 
     void followsPortal()
     {
-        Portal portal(1);
         const DesktopAppearance appearance;
+        Portal portal(1); // comes later
         QSignalSpy changed(&appearance, &Appearance::changed);
         QTRY_VERIFY(appearance.isDark());
         portal.change(2U, QStringLiteral("contrast")); // another setting

@@ -2,6 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QEvent>
 #include <QGuiApplication>
@@ -38,9 +39,17 @@ DesktopAppearance::DesktopAppearance()
     }
     bus.connect(QString(), portalPath, settings, QStringLiteral("SettingChanged"), this,
                 SLOT(settingChanged(QDBusMessage)));
+    auto* const portalWatcher =
+        new QDBusServiceWatcher(portal, bus, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::askPortal);
+    askPortal();
+}
+
+void DesktopAppearance::askPortal()
+{
     auto read = QDBusMessage::createMethodCall(portal, portalPath, settings, QStringLiteral("Read"));
     read.setArguments({appearanceGroup, colourSchemeKey});
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+    auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(read), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
         call->deleteLater();
         const QDBusMessage reply = call->reply();

@@ -24,6 +24,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void askPortal();
     void adopt(const QVariant& colourScheme);
 
     std::optional<bool> _portalIsDark;
