@@ -47,6 +47,7 @@ void StatusItem::setView(StatusHostingView* view)
     connect(_view, &StatusHostingView::itemDragged, this, &StatusItem::moveBy);
     connect(_view, &StatusHostingView::itemDropped, this, &StatusItem::savePlace);
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &StatusItem::followScreen);
+    connect(&_bar, &StatusBar::compositingChanged, this, &StatusItem::cutCorners);
     _bar.adopt(*_view);
     followScreen(QGuiApplication::primaryScreen());
     _view->show();

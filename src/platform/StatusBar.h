@@ -1,18 +1,15 @@
 #pragma once
 
-#include <QRect>
+#include <QObject>
 
 class QWindow;
 
 /// The strip at the top of the screen where status items live.
-class StatusBar
+class StatusBar : public QObject
 {
-public:
-    StatusBar() = default;
-    virtual ~StatusBar() = default;
-    StatusBar(const StatusBar&) = delete;
-    StatusBar& operator=(const StatusBar&) = delete;
+    Q_OBJECT
 
+public:
     /// Height of the strip, in points.
     virtual int thickness() const = 0;
 
@@ -23,4 +20,7 @@ public:
 
     /// Whether translucent windows are blended with what lies below them.
     virtual bool isComposited() const = 0;
+
+Q_SIGNALS:
+    void compositingChanged();
 };

@@ -76,6 +76,8 @@ public:
 
 class FakeStatusBar final : public StatusBar
 {
+    Q_OBJECT
+
 public:
     int thickness() const override { return 28; }
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }

@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QHash>
 
+#include <xcb/xfixes.h>
 #include <xcb/xtest.h>
 
 xcb_connection_t* X11Session::connection()
@@ -62,4 +63,22 @@ bool X11Session::isComposited()
     const X11Reply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, manager), nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+int X11Session::watchCompositing()
+{
+    xcb_connection_t* const server = connection();
+    const xcb_atom_t manager = atom(QStringLiteral("_NET_WM_CM_S0"));
+    const xcb_query_extension_reply_t* const fixes =
+        server != nullptr ? xcb_get_extension_data(server, &xcb_xfixes_id) : nullptr;
+    if (fixes == nullptr || fixes->present == 0 || manager == XCB_ATOM_NONE) {
+        return -1;
+    }
+    xcb_xfixes_query_version_unchecked(server, XCB_XFIXES_MAJOR_VERSION, XCB_XFIXES_MINOR_VERSION);
+    xcb_xfixes_select_selection_input(server, root(), manager,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    xcb_flush(server);
+    return fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY;
 }

@@ -22,4 +22,8 @@ bool hasXTest();
 /// Whether a compositing manager runs, so that translucent windows are blended.
 bool isComposited();
 
+/// Has the server tell when a compositing manager comes or goes, by the event whose number is given; -1 when
+/// it cannot.
+int watchCompositing();
+
 } // namespace X11Session

@@ -2,11 +2,23 @@
 
 #include "platform/StatusBar.h"
 
+#include <QAbstractNativeEventFilter>
+
 /// Status items as X11 dock windows. On another window system the portable window flags have to do.
-class X11StatusBar final : public StatusBar
+class X11StatusBar final : public StatusBar, private QAbstractNativeEventFilter
 {
+    Q_OBJECT
+
 public:
+    X11StatusBar();
+    ~X11StatusBar() override;
+
     int thickness() const override;
     void adopt(QWindow& window) override;
     bool isComposited() const override;
+
+private:
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+
+    int _selectionEvent = -1; ///< the number of the event that tells of compositing managers
 };
