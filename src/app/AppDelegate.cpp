@@ -31,7 +31,10 @@ QString menuText(const QString& text, const QMenu& menu)
 QPalette menuPalette(bool isDark)
 {
     const QColor background = PillColors::forDesktop(isDark).background;
-    return {background, background};
+    QPalette palette(background, background);
+    palette.setColor(QPalette::Base, background);
+    palette.setColor(QPalette::Light, background); // no shine behind disabled rows
+    return palette;
 }
 
 } // namespace
