@@ -13,7 +13,7 @@ constexpr int pillThickness = 28;
 constexpr uint32_t everyDesktop = 0xFFFFFFFF;
 
 void setWindowProperty(xcb_window_t window, const QString& name, xcb_atom_t type,
-                 const std::vector<uint32_t>& values)
+                       const std::vector<uint32_t>& values)
 {
     xcb_change_property(X11Session::connection(), XCB_PROP_MODE_REPLACE, window, X11Session::atom(name), type,
                         32, static_cast<uint32_t>(values.size()), values.data());
@@ -51,12 +51,12 @@ void X11StatusBar::adopt(QWindow& window)
     }
     const auto id = static_cast<xcb_window_t>(window.winId());
     setWindowProperty(id, QStringLiteral("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
-                {X11Session::atom(QStringLiteral("_NET_WM_WINDOW_TYPE_DOCK"))});
+                      {X11Session::atom(QStringLiteral("_NET_WM_WINDOW_TYPE_DOCK"))});
     setWindowProperty(id, QStringLiteral("_NET_WM_STATE"), XCB_ATOM_ATOM,
-                {X11Session::atom(QStringLiteral("_NET_WM_STATE_ABOVE")),
-                 X11Session::atom(QStringLiteral("_NET_WM_STATE_STICKY")),
-                 X11Session::atom(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
-                 X11Session::atom(QStringLiteral("_NET_WM_STATE_SKIP_PAGER"))});
+                      {X11Session::atom(QStringLiteral("_NET_WM_STATE_ABOVE")),
+                       X11Session::atom(QStringLiteral("_NET_WM_STATE_STICKY")),
+                       X11Session::atom(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
+                       X11Session::atom(QStringLiteral("_NET_WM_STATE_SKIP_PAGER"))});
     setWindowProperty(id, QStringLiteral("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, {everyDesktop});
 }
 
