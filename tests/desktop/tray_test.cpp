@@ -78,10 +78,12 @@ void TrayTest::tellsWhatPlays()
             reply.arguments().value(0).value<QDBusVariant>().variant().value<QDBusArgument>();
         QString icon;
         QString title;
+        QString description;
         argument.beginStructure();
         argument >> icon;
         argument.asVariant(); // the pictures
-        argument >> title;
+        argument >> title >> description;
+        argument.endStructure();
         return title;
     };
     QTRY_COMPARE(toolTip(), QStringLiteral("Rock & Roll — Band"));
