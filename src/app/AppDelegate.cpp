@@ -5,6 +5,7 @@
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
 #include "platform/Platform.h"
+#include "platform/PowerState.h"
 #include "platform/StatusBar.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
@@ -12,6 +13,12 @@
 
 #include <QCoreApplication>
 #include <QMenu>
+
+namespace {
+
+constexpr double audioRetryInterval = 30; // seconds
+
+} // namespace
 
 AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance)
     : _platform(platform)
@@ -30,7 +37,37 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    startAudioCapture();
     setup();
+}
+
+/// Capture follows playback and the power mode. One that has failed, as for want of permission, is tried again
+/// while music plays.
+void AppDelegate::startAudioCapture()
+{
+    const auto applySoon = [this] {
+        _platform.runLoop.after(0, this, [this] { applyPowerModeToAudioCapture(); });
+    };
+    applySoon();
+    connect(&_service, &NowPlayingService::isPlayingChanged, this, applySoon);
+    connect(&_platform.power, &PowerState::changed, this, applySoon);
+    const PowerModeManager& power = PowerModeManager::shared();
+    connect(&power, &PowerModeManager::manualModeChanged, this, applySoon);
+    connect(&power, &PowerModeManager::settingsChanged, this, applySoon);
+    _audioRetryTimer = _platform.runLoop.every(audioRetryInterval, this, [this] {
+        if (_service.isPlaying()) {
+            applyPowerModeToAudioCapture();
+        }
+    });
+}
+
+void AppDelegate::applyPowerModeToAudioCapture()
+{
+    if (_service.isPlaying() && PowerModeManager::shared().audioCaptureAllowed()) {
+        AudioBridge::shared().start();
+    } else {
+        AudioBridge::shared().stop();
+    }
 }
 
 void AppDelegate::setup()

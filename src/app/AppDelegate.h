@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/RunLoop.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -28,6 +29,8 @@ public:
     void applicationDidFinishLaunching();
 
 private:
+    void startAudioCapture();
+    void applyPowerModeToAudioCapture();
     void setup();
     void bindPillVisibilityToStatusItem();
     std::unique_ptr<QMenu> buildMenu();
@@ -37,6 +40,7 @@ private:
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
     NowPlayingService _service;
+    std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;
