@@ -41,8 +41,8 @@ void AppDelegate::applicationDidFinishLaunching()
     setup();
 }
 
-/// Capture follows playback and the power mode. One that has failed, as for want of permission, is tried again
-/// while music plays.
+/// Capture follows playback and the power mode. One that has failed, as for want of permission, is tried
+/// again while music plays.
 void AppDelegate::startAudioCapture()
 {
     const auto applySoon = [this] {

@@ -81,8 +81,9 @@ void AudioCaptureService::start()
     case AudioHardware::restricted:
     case AudioHardware::denied:
         trace(QStringLiteral("start: denied/restricted"));
-        qCCritical(audioLog, "Audio permission denied/restricted - open System Settings → Privacy & Security → "
-                             "Microphone → enable Pellar Dev");
+        qCCritical(audioLog,
+                   "Audio permission denied/restricted - open System Settings → Privacy & Security → "
+                   "Microphone → enable Pellar Dev");
         return;
     case AudioHardware::notDetermined:
         trace(QStringLiteral("start: notDetermined → requestAccess"));
@@ -126,7 +127,11 @@ void AudioCaptureService::stop()
     }
     tearDown();
     QMetaObject::invokeMethod(
-        this, [this] { publish({0, 0, 0, 0}, false); }, Qt::QueuedConnection);
+        this,
+        [this] {
+            publish({0, 0, 0, 0}, false);
+        },
+        Qt::QueuedConnection);
 }
 
 void AudioCaptureService::beginCapture()
@@ -147,8 +152,8 @@ void AudioCaptureService::beginCapture()
         return;
     }
     _lastTapTargetIDs = excluded;
-    trace(
-        QStringLiteral("beginCapture: ✓ global tap active sampleRate=%1").arg(decimalText(double{_sampleRate})));
+    trace(QStringLiteral("beginCapture: ✓ global tap active sampleRate=%1")
+              .arg(decimalText(double{_sampleRate})));
     qCInfo(audioLog, "✓ Audio tap active (sampleRate=%f)", double{_sampleRate});
     _isRunning = true;
     startSampler();

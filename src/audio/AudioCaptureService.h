@@ -26,8 +26,8 @@ public:
     AudioCaptureService(AudioHardware& hardware, RunLoop& runLoop);
     ~AudioCaptureService() override;
 
-    /// Asks for permission if need be and begins to capture; while running, sees to it that the processes left
-    /// out are still the right ones. Any thread.
+    /// Asks for permission if need be and begins to capture; while running, sees to it that the processes
+    /// left out are still the right ones. Any thread.
     void start() override;
 
     /// Ends the capture and publishes silence, behind the frames that are under way. Any thread.

@@ -18,7 +18,7 @@ constexpr std::array<Edges, SpectrumAnalyzer::bandCount> bandEdges = {
 
 constexpr int lastBin = 511;
 constexpr float energyLimit = 1e30F; // beyond it, magnitudes could not be squared
-constexpr float transformGain = 2; // the levels are tuned to a transform that gives twice the sum
+constexpr float transformGain = 2;   // the levels are tuned to a transform that gives twice the sum
 constexpr float magnitudeScale = 1.0F / 512;
 constexpr float peakDecay = 0.992F; // per frame
 constexpr float peakFloor = 0.01F;

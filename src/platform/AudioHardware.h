@@ -7,8 +7,8 @@
 #include <functional>
 #include <optional>
 
-using AudioObjectId = quint32; ///< a process, a tap or a device; 0 is none
-using AudioIOProcId = quint64; ///< a registered IO procedure; 0 is none
+using AudioObjectId = quint32;  ///< a process, a tap or a device; 0 is none
+using AudioIOProcId = quint64;  ///< a registered IO procedure; 0 is none
 using AudioTimeStamp = quint64; ///< nanoseconds on the hardware's own clock
 
 struct AudioBuffer {
@@ -41,7 +41,8 @@ class AudioHardware
 public:
     enum Authorization { notDetermined = 0, restricted = 1, denied = 2, authorized = 3 };
 
-    template <typename Id> struct Created {
+    template<typename Id>
+    struct Created {
         int status = 0;
         Id id = 0;
         bool isUsable() const { return status == 0 && id != 0; }

@@ -82,7 +82,8 @@ public:
     QStringList calls;
 
 private:
-    template <typename Id> Created<Id> created(const char* call, Id id)
+    template<typename Id>
+    Created<Id> created(const char* call, Id id)
     {
         const QString name = QString::fromUtf8(call);
         calls.append(name);

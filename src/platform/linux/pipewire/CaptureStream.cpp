@@ -28,14 +28,13 @@ void CaptureStream::Destroy::operator()(pw_filter* filter) const
 CaptureStream::CaptureStream(PipewireLoop& loop, pw_core* core, std::shared_ptr<IOProcSlot> slot,
                              std::function<void()> changed)
     : _slot(std::move(slot))
-    , _changed(std::move(changed))
     // Without a media class it is no recording, to the session manager or to the desktop's microphone sign.
     // Passive, and in no need of a driver: sinks without sound go to sleep as if it were not there.
-    , _filter(pw_filter_new(
-          core, "Pellar",
-          pw_properties_new(PW_KEY_NODE_NAME, "pellar.capture", PW_KEY_NODE_DESCRIPTION, "Pellar visualizer",
-                            PW_KEY_MEDIA_TYPE, "Audio", PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_PASSIVE,
-                            "true", PW_KEY_NODE_WANT_DRIVER, "false", nullptr)))
+    , _filter(pw_filter_new(core, "Pellar",
+                            pw_properties_new(PW_KEY_NODE_NAME, "pellar.capture", PW_KEY_NODE_DESCRIPTION,
+                                              "Pellar visualizer", PW_KEY_MEDIA_TYPE, "Audio",
+                                              PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_PASSIVE, "true",
+                                              PW_KEY_NODE_WANT_DRIVER, "false", nullptr)))
     , _silenceTimer(loop, [this] { fillSilence(); })
 {
     fillSilence();
@@ -44,6 +43,7 @@ CaptureStream::CaptureStream(PipewireLoop& loop, pw_core* core, std::shared_ptr<
         qCWarning(pipewireLog, "the capture node could not be made");
         _filter.reset();
     }
+    _changed = std::move(changed); // not before: nobody has this object yet
 }
 
 CaptureStream::~CaptureStream()
@@ -88,9 +88,8 @@ bool CaptureStream::connect()
 
 void* CaptureStream::addInput(const char* name, const char* channel)
 {
-    auto* const properties =
-        pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME, name,
-                          PW_KEY_AUDIO_CHANNEL, channel, nullptr);
+    auto* const properties = pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME,
+                                               name, PW_KEY_AUDIO_CHANNEL, channel, nullptr);
     // The one byte is not used; without data of its own a port could not be told from none.
     return pw_filter_add_port(_filter.get(), PW_DIRECTION_INPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, 1,
                               properties, nullptr, 0);

@@ -43,7 +43,7 @@ private:
     void deliverSilence();
 
     std::shared_ptr<IOProcSlot> _slot;
-    std::function<void()> _changed;
+    std::function<void()> _changed = [] {};
     std::unique_ptr<pw_filter, Destroy> _filter;
     spa_hook _listener{};
     void* _left = nullptr;

@@ -18,8 +18,8 @@ pw_proxy* makeLink(pw_core* core, CaptureGraph::Link ports)
         {PW_KEY_OBJECT_LINGER, "false"},
     };
     const spa_dict properties{.flags = 0, .n_items = std::size(items), .items = items};
-    return static_cast<pw_proxy*>(pw_core_create_object(core, "link-factory", PW_TYPE_INTERFACE_Link,
-                                                        PW_VERSION_LINK, &properties, 0));
+    return static_cast<pw_proxy*>(
+        pw_core_create_object(core, "link-factory", PW_TYPE_INTERFACE_Link, PW_VERSION_LINK, &properties, 0));
 }
 
 } // namespace

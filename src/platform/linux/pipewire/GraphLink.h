@@ -5,8 +5,8 @@
 #include <pipewire/pipewire.h>
 
 /// A link between two ports, there as long as this object is. It is passive: it does not keep what it hears
-/// awake. One that is refused, or that somebody else removes, is not made again. Lives on the PipeWire thread,
-/// no longer than the connection.
+/// awake. One that is refused, or that somebody else removes, is not made again. Lives on the PipeWire
+/// thread, no longer than the connection.
 class GraphLink
 {
 public:

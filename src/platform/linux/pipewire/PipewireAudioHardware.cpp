@@ -122,8 +122,8 @@ std::optional<double> PipewireAudioHardware::nominalSampleRate(AudioObjectId dev
     return _session && _devices.contains(device) ? _session->sampleRate() : std::nullopt;
 }
 
-AudioHardware::Created<AudioIOProcId>
-PipewireAudioHardware::createIOProc(AudioObjectId device, AudioIOProc proc, void* clientData)
+AudioHardware::Created<AudioIOProcId> PipewireAudioHardware::createIOProc(AudioObjectId device,
+                                                                          AudioIOProc proc, void* clientData)
 {
     const auto found = _devices.find(device);
     if (found == _devices.end() || proc == nullptr) {

@@ -25,7 +25,8 @@ public:
     /// Null when the system had no resources for one.
     pw_loop* loop() const;
 
-    /// Runs work on the thread, in the order given, without waiting for it. False when it never will run. Any thread.
+    /// Runs work on the thread, in the order given, without waiting for it. False when it never will run. Any
+    /// thread.
     bool post(Work work);
 
     /// Ends the thread; what it was given and has not run yet is dropped. Its objects may then be destroyed

@@ -13,7 +13,7 @@ Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire")
 
 using GraphProperties::text;
 
-constexpr double connectTimeout = 5; // seconds
+constexpr double connectTimeout = 5;  // seconds
 constexpr double retryInterval = 0.5; // seconds
 
 QString errorText(int error)
@@ -105,8 +105,8 @@ void PipewireSession::open()
 {
     if (_context == nullptr) {
         _context = pw_context_new(
-            _loop.loop(), pw_properties_new(PW_KEY_APP_NAME, "Pellar", PW_KEY_APP_ID, "com.orvalen.pellar", nullptr),
-            0);
+            _loop.loop(),
+            pw_properties_new(PW_KEY_APP_NAME, "Pellar", PW_KEY_APP_ID, "com.orvalen.pellar", nullptr), 0);
     }
     if (_context != nullptr) {
         _core = pw_context_connect(_context, nullptr, 0);
@@ -139,10 +139,11 @@ void PipewireSession::listen()
     }();
     static const pw_registry_events registryEvents = {
         .version = PW_VERSION_REGISTRY_EVENTS,
-        .global = [](void* data, Id id, Id /*permissions*/, const char* type, Id /*version*/,
-                     const spa_dict* properties) {
-            static_cast<PipewireSession*>(data)->globalAdded(id, type, properties);
-        },
+        .global =
+            [](void* data, Id id, Id /*permissions*/, const char* type, Id /*version*/,
+               const spa_dict* properties) {
+                static_cast<PipewireSession*>(data)->globalAdded(id, type, properties);
+            },
         .global_remove = [](void* data, Id id) { static_cast<PipewireSession*>(data)->globalRemoved(id); },
     };
     pw_core_add_listener(_core, &_coreListener, &coreEvents, this);
@@ -178,7 +179,10 @@ void PipewireSession::close()
 /// Not to be called from a listener of the connection, which it destroys.
 void PipewireSession::lose(const QString& reason, AudioHardware::Authorization authorization)
 {
-    qCWarning(pipewireLog, "no connection with PipeWire: %s", qUtf8Printable(reason));
+    if (!_isLossLogged || !_completions.empty()) {
+        qCWarning(pipewireLog, "no connection with PipeWire: %s", qUtf8Printable(reason));
+    }
+    _isLossLogged = true;
     close();
     conclude(authorization);
     retryWhileWanted();
@@ -196,6 +200,7 @@ void PipewireSession::roundTripped()
         return;
     }
     _timer.cancel();
+    _isLossLogged = false;
     publishProcesses();
     conclude(_canLink ? AudioHardware::authorized : AudioHardware::restricted);
     updateLinks();
@@ -270,7 +275,7 @@ void PipewireSession::coreError(Id id, int result, const char* message)
             }
         });
     } else {
-        qCWarning(pipewireLog, "PipeWire: %s", qUtf8Printable(reason));
+        qCDebug(pipewireLog, "PipeWire: %s", qUtf8Printable(reason)); // of a link that its port took along
     }
 }
 
@@ -278,27 +283,24 @@ void PipewireSession::globalAdded(Id id, const char* type, const spa_dict* prope
 {
     const auto isType = [type](const char* name) { return std::strcmp(type, name) == 0; };
     if (isType(PW_TYPE_INTERFACE_Client)) {
-        _clients[id] = std::make_unique<ClientWatch>(_registry, id, [this, id](const spa_dict* client) {
-            clientChanged(id, client);
-        });
+        _clients[id] = std::make_unique<ClientWatch>(
+            _registry, id, [this, id](const spa_dict* client) { clientChanged(id, client); });
     } else if (isType(PW_TYPE_INTERFACE_Node)) {
         if (text(properties, PW_KEY_MEDIA_CLASS) == QStringLiteral("Stream/Output/Audio")) {
             _graph.addStream(id, GraphProperties::number(properties, PW_KEY_CLIENT_ID));
         }
     } else if (isType(PW_TYPE_INTERFACE_Port)) {
         const auto node = GraphProperties::number(properties, PW_KEY_NODE_ID);
-        const bool isSound = text(properties, PW_KEY_FORMAT_DSP) ==
-                                 QStringLiteral("32 bit float mono audio") &&
-                             text(properties, PW_KEY_PORT_MONITOR) != QStringLiteral("true");
+        const bool isSound =
+            text(properties, PW_KEY_FORMAT_DSP) == QStringLiteral("32 bit float mono audio") &&
+            text(properties, PW_KEY_PORT_MONITOR) != QStringLiteral("true");
         if (node && isSound) {
-            _graph.addPort(id, *node,
-                           text(properties, PW_KEY_PORT_DIRECTION) == QStringLiteral("in"),
+            _graph.addPort(id, *node, text(properties, PW_KEY_PORT_DIRECTION) == QStringLiteral("in"),
                            text(properties, PW_KEY_AUDIO_CHANNEL));
             updateLinks();
         }
     } else if (isType(PW_TYPE_INTERFACE_Factory)) {
-        _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) ==
-                    QString::fromUtf8(PW_TYPE_INTERFACE_Link);
+        _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);
     }
 }
 
@@ -338,7 +340,8 @@ void PipewireSession::updateLinks()
         }
     }
     const std::optional<Id> node = _stream->nodeId();
-    const auto wanted = node ? _graph.links(*node, _capture->excludedProcesses) : std::set<CaptureGraph::Link>();
+    const auto wanted =
+        node ? _graph.links(*node, _capture->excludedProcesses) : std::set<CaptureGraph::Link>();
     std::erase_if(_links, [&](const auto& entry) { return !wanted.contains(entry.first); });
     for (const CaptureGraph::Link& link : wanted) {
         if (!_links.contains(link)) {

@@ -88,6 +88,7 @@ private:
     int _sequence = 0;
     int _roundTrips = 0; ///< still to be made until the graph is known
     bool _canLink = false;
+    bool _isLossLogged = false; ///< once an outage, however often it is tried again
     std::vector<Completion> _completions;
     std::optional<Capture> _capture;
     std::unique_ptr<CaptureStream> _stream;
