@@ -184,8 +184,11 @@ void CaptureTest::followsMovedStream()
     const QString input = pactl(QStringLiteral("list short sink-inputs")).section(u'\t', 0, 0);
     const auto sinks = pactl(QStringLiteral("list short sinks")).split(u'\n');
     const QString headphones = sinks.filter(QStringLiteral("headphones")).value(0).section(u'\t', 0, 0);
-    pactl(QStringLiteral("move-sink-input %1 headphones").arg(input));
-    QTRY_COMPARE(pactl(QStringLiteral("list short sink-inputs")).section(u'\t', 1, 1), headphones);
+    const auto sinkOfStream = [] {
+        return pactl(QStringLiteral("list short sink-inputs")).section(u'\t', 1, 1);
+    };
+    QTRY_COMPARE((pactl(QStringLiteral("move-sink-input %1 headphones").arg(input)), sinkOfStream()),
+                 headphones);
     QTest::qWait(500); // by now, what was heard before has left the analysis
     QTRY_VERIFY(isHeard(1));
     const Player other(_high); // on the other sink

@@ -12,30 +12,31 @@ timespec asTimespec(double seconds)
     return {.tv_sec = static_cast<time_t>(whole), .tv_nsec = std::lround((seconds - whole) * 1e9)};
 }
 
-int runPosted(spa_loop* /*loop*/, bool /*isAsync*/, std::uint32_t /*sequence*/, const void* data,
-              std::size_t /*size*/, void* /*userData*/)
-{
-    const std::unique_ptr<PipewireLoop::Work> work(*static_cast<PipewireLoop::Work* const*>(data));
-    (*work)();
-    return 0;
-}
-
 } // namespace
 
 PipewireLoop::PipewireLoop()
 {
     pw_init(nullptr, nullptr);
     _thread = pw_thread_loop_new("pellar-pipewire", nullptr);
+    if (_thread != nullptr) {
+        const auto run = [](void* data, std::uint64_t /*count*/) {
+            static_cast<PipewireLoop*>(data)->runPosted();
+        };
+        _wakeUp = pw_loop_add_event(loop(), run, this);
+    }
 }
 
 bool PipewireLoop::start()
 {
-    _isRunning = _thread != nullptr && pw_thread_loop_start(_thread) == 0;
+    _isRunning = _wakeUp != nullptr && pw_thread_loop_start(_thread) == 0;
     return _isRunning;
 }
 
 PipewireLoop::~PipewireLoop()
 {
+    if (_wakeUp != nullptr) {
+        pw_loop_destroy_source(loop(), _wakeUp);
+    }
     if (_thread != nullptr) {
         pw_thread_loop_destroy(_thread);
     }
@@ -52,12 +53,26 @@ bool PipewireLoop::post(Work work)
     if (!_isRunning) {
         return false;
     }
-    auto* const pointer = new Work(std::move(work));
-    if (pw_loop_invoke(loop(), runPosted, 0, &pointer, sizeof pointer, false, nullptr) < 0) {
-        delete pointer;
-        return false;
+    {
+        const std::lock_guard guard(_lock);
+        _posted.push_back(std::move(work));
     }
+    pw_loop_signal_event(loop(), _wakeUp);
     return true;
+}
+
+// PipeWire's own way of handing work to a loop runs it at once, on the caller's thread, as long as the new
+// thread has not come to the loop, and within whatever calls it on the loop's own.
+void PipewireLoop::runPosted()
+{
+    std::vector<Work> posted;
+    {
+        const std::lock_guard guard(_lock);
+        posted.swap(_posted);
+    }
+    for (const Work& work : posted) {
+        work();
+    }
 }
 
 void PipewireLoop::stop()

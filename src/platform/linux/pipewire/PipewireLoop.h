@@ -2,7 +2,8 @@
 
 #include <atomic>
 #include <functional>
-#include <memory>
+#include <mutex>
+#include <vector>
 
 struct pw_loop;
 struct pw_thread_loop;
@@ -25,8 +26,8 @@ public:
     /// Null when the system had no resources for one.
     pw_loop* loop() const;
 
-    /// Runs work on the thread, in the order given, without waiting for it. False when it never will run. Any
-    /// thread.
+    /// Runs work on the thread, in the order given, never inside this call, without waiting for it. False
+    /// when it never will run. Any thread.
     bool post(Work work);
 
     /// Ends the thread; what it was given and has not run yet is dropped. Its objects may then be destroyed
@@ -56,6 +57,11 @@ public:
     };
 
 private:
+    void runPosted();
+
     pw_thread_loop* _thread;
+    spa_source* _wakeUp = nullptr;
+    std::mutex _lock;
+    std::vector<Work> _posted;
     std::atomic<bool> _isRunning = false;
 };
