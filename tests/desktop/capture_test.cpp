@@ -260,6 +260,7 @@ void CaptureTest::survivesRestarts()
     QTRY_VERIFY(_service->isRunning());
     for (int i = 0; i < restarts; ++i) {
         _server.kill();
+        QTRY_VERIFY(isUnheard(1));
         if (i % 2 == 1) {
             _service->start(); // as the half-minute retry may, with no server there
         }
