@@ -33,7 +33,10 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
 {
 }
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate()
+{
+    AudioBridge::shared().stop(); // it outlives the platform that it listens on
+}
 
 void AppDelegate::applicationDidFinishLaunching()
 {
