@@ -4,6 +4,7 @@
 
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "audio/SpectrumAnalyzer.h"
 #include "base/DebugLog.h"
 #include "engine/NowPlayingService.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -20,6 +21,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace {
@@ -46,6 +48,25 @@ void stop(QProcess& program)
 {
     program.terminate();
     program.waitForFinished();
+}
+
+void measureAnalysisFrame()
+{
+    SpectrumAnalyzer analyzer;
+    SpectrumAnalyzer::Samples samples;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        samples[i] = static_cast<float>(std::sin(static_cast<double>(i * i) * 1e-3));
+    }
+    constexpr int frames = 20000;
+    float sum = 0;
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < frames; ++i) {
+        sum += analyzer.analyze(samples, 48000).bands[1];
+    }
+    const double frame = static_cast<double>(timer.nsecsElapsed()) / 1e3 / frames;
+    Table::row(QStringLiteral("one analysis frame"), figure(frame, "µs", 2), QStringLiteral("15 µs"),
+               sum > 0 ? QString() : QStringLiteral("it heard nothing"));
 }
 
 void measureStatusPoll()
@@ -210,6 +231,7 @@ int main(int argc, char** argv)
         return 1;
     }
     Table::begin();
+    measureAnalysisFrame();
     measureStatusPoll();
     const PillWatch pill;
     measureStart(pill);

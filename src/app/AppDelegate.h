@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/RunLoop.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -29,6 +30,8 @@ public:
     void applicationDidFinishLaunching();
 
 private:
+    void startAudioCapture();
+    void applyPowerModeToAudioCapture();
     void setup();
     void bindPillVisibilityToStatusItem();
     void fillMenu(QMenu& menu);
@@ -38,6 +41,7 @@ private:
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
     NowPlayingService _service;
+    std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;

@@ -1,5 +1,6 @@
 #include "audio/AudioBridge.h"
 
+#include "audio/AudioCaptureService.h"
 #include "base/RunLoop.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
@@ -29,8 +30,12 @@ AudioBridge::~AudioBridge() = default;
 
 AudioBridge& AudioBridge::shared()
 {
-    static auto* const instance =
-        new AudioBridge(Platform::current().runLoop, UserDefaults::standard(), nullptr);
+    static auto* const instance = [] {
+        const Platform& platform = Platform::current();
+        return new AudioBridge(
+            platform.runLoop, UserDefaults::standard(),
+            std::make_unique<AudioCaptureService>(platform.audioHardware, platform.runLoop));
+    }();
     return *instance;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+class AudioHardware;
 class Automation;
 class NotificationCenter;
 class Pasteboard;
@@ -18,6 +19,7 @@ struct Platform {
     PowerState& power;
     Pasteboard& pasteboard;
     StatusBar& statusBar;
+    AudioHardware& audioHardware;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and
     /// "com.spotify.client.PlaybackStateChanged".

@@ -8,6 +8,7 @@
 #include "platform/ScriptRunner.h"
 #include "platform/StatusBar.h"
 #include "platform/Workspace.h"
+#include "support/FakeAudioHardware.h"
 #include "support/ManualRunLoop.h"
 
 #include <QMap>
@@ -93,6 +94,7 @@ struct FakePlatform {
     FakePower power;
     FakePasteboard pasteboard;
     FakeStatusBar statusBar;
+    FakeAudioHardware audioHardware;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -102,6 +104,7 @@ struct FakePlatform {
                    .power = power,
                    .pasteboard = pasteboard,
                    .statusBar = statusBar,
+                   .audioHardware = audioHardware,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };

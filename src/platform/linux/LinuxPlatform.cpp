@@ -38,6 +38,7 @@ LinuxPlatform::LinuxPlatform(const UserDefaults& defaults)
              .power = _power,
              .pasteboard = _pasteboard,
              .statusBar = _statusBar,
+             .audioHardware = _audioHardware,
              .distributedNotifications = _distributedNotifications,
              .notifications = _notifications}
 {

@@ -11,6 +11,7 @@
 #include "platform/linux/mpris/MprisWorkspace.h"
 #include "platform/linux/mpris/PlayerNotifier.h"
 #include "platform/linux/mpris/PlayerRoster.h"
+#include "platform/linux/pipewire/PipewireAudioHardware.h"
 #include "platform/linux/script/Interpreter.h"
 #include "platform/linux/x11/X11StatusBar.h"
 
@@ -39,5 +40,6 @@ private:
     DesktopAppearance _appearance;
     ClipboardPasteboard _pasteboard;
     X11StatusBar _statusBar;
+    PipewireAudioHardware _audioHardware;
     Platform _ports;
 };

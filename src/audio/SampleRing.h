@@ -1,0 +1,28 @@
+#pragma once
+
+#include "audio/SpectrumAnalyzer.h"
+
+#include <array>
+#include <mutex>
+
+struct AudioBufferList;
+
+/// The newest samples of what is captured, folded to mono. Written by the real-time thread, read by another;
+/// the lock between them is held for a copy only.
+class SampleRing
+{
+public:
+    static constexpr int capacity = 2048; ///< samples
+
+    /// Takes the first buffer of a list: one channel as it is, of several the mean of every two samples.
+    /// A list without samples changes nothing. Allocates nothing.
+    void write(const AudioBufferList& input);
+
+    /// The samples just before the write position, oldest first.
+    void copyNewest(SpectrumAnalyzer::Samples& samples) const;
+
+private:
+    mutable std::mutex _lock;
+    std::array<float, capacity> _samples{};
+    int _write = 0;
+};

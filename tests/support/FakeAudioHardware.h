@@ -1,0 +1,97 @@
+#pragma once
+
+#include "platform/AudioHardware.h"
+
+#include <QMap>
+#include <QStringList>
+
+#include <array>
+#include <utility>
+
+/// Audio hardware that makes the sound that a test plays on it, fails where a test wants it to, and remembers
+/// what it was told.
+class FakeAudioHardware final : public AudioHardware
+{
+public:
+    int authorizationStatus() override { return authorization; }
+    void requestAccess(std::function<void(bool)> completion) override { request = std::move(completion); }
+
+    QList<AudioObjectId> processObjects() const override { return processes.keys(); }
+    std::optional<QString> bundleId(AudioObjectId process) const override { return processes.value(process); }
+
+    Created<AudioObjectId> createProcessTap(const ProcessTapDescription& description) override
+    {
+        tap = description;
+        return created("tap", tapId);
+    }
+    int destroyProcessTap(AudioObjectId id) override { return note("-tap", id); }
+    std::optional<QString> tapUid(AudioObjectId /*tap*/) const override { return uid; }
+    std::optional<QString> deviceUid(AudioObjectId /*device*/) const override { return otherUid; }
+
+    Created<AudioObjectId> createAggregateDevice(const QVariantMap& description) override
+    {
+        aggregate = description;
+        return created("device", deviceId);
+    }
+    int destroyAggregateDevice(AudioObjectId device) override { return note("-device", device); }
+    std::optional<double> nominalSampleRate(AudioObjectId /*device*/) const override { return rate; }
+
+    Created<AudioIOProcId> createIOProc(AudioObjectId /*device*/, AudioIOProc newProc, void* data) override
+    {
+        proc = newProc;
+        client = data;
+        return created("proc", AudioIOProcId{procId});
+    }
+    int destroyIOProc(AudioObjectId device, AudioIOProcId /*id*/) override { return note("-proc", device); }
+    int start(AudioObjectId device, AudioIOProcId /*id*/) override
+    {
+        note("start", device);
+        return failing == QStringLiteral("start") ? failure : 0;
+    }
+    int stop(AudioObjectId device, AudioIOProcId /*id*/) override { return note("stop", device); }
+
+    /// Hands over interleaved samples as the real-time thread would.
+    void play(const QList<float>& samples, quint32 channels) const
+    {
+        const AudioBuffer buffer{.channels = channels,
+                                 .byteSize = static_cast<quint32>(samples.size() * sizeof(float)),
+                                 .data = samples.constData()};
+        const AudioBufferList list{.count = 1, .buffers = &buffer};
+        proc(deviceId, nullptr, &list, nullptr, nullptr, nullptr, client);
+    }
+
+    /// What was called since the last time.
+    QString takeCalls() { return std::exchange(calls, {}).join(u' '); }
+
+    static constexpr AudioObjectId tapId = 7;
+    static constexpr AudioObjectId deviceId = 8;
+    static constexpr AudioIOProcId procId = 9;
+    static constexpr int failure = -50;
+
+    int authorization = authorized;
+    std::function<void(bool)> request;
+    QMap<AudioObjectId, std::optional<QString>> processes;
+    QString failing; ///< the call that answers with `failure`; with a "0" behind it, with nothing made
+    std::optional<QString> uid = QStringLiteral("tap-uid");
+    std::optional<QString> otherUid;
+    std::optional<double> rate = 44100;
+    ProcessTapDescription tap;
+    QVariantMap aggregate;
+    AudioIOProc proc = nullptr;
+    void* client = nullptr;
+    QStringList calls;
+
+private:
+    template<typename Id>
+    Created<Id> created(const char* call, Id id)
+    {
+        const QString name = QString::fromUtf8(call);
+        calls.append(name);
+        return {.status = failing == name ? failure : 0, .id = failing.startsWith(name) ? Id{0} : id};
+    }
+    int note(const char* call, AudioObjectId /*object*/)
+    {
+        calls.append(QString::fromUtf8(call));
+        return 0;
+    }
+};
