@@ -104,7 +104,7 @@ void AudioCaptureService::requestAccess()
     qCInfo(audioLog, "Audio permission undetermined - requesting…");
     const auto granted = [service = QPointer(this), request = ++_request] {
         // Not when capture has been stopped while the user was being asked.
-        if (service && service->_request == request) {
+        if (!service.isNull() && service->_request == request) {
             service->beginCapture();
         }
     };

@@ -16,8 +16,8 @@ struct Date {
 
     constexpr double sinceUnixEpoch() const { return sinceReference + unixOffset; }
 
-    friend constexpr auto
-    operator<=>(const Date&, const Date&) = default; // NOLINT(modernize-use-nullptr): of clang-tidy 14
+    // NOLINTNEXTLINE(modernize-use-nullptr): of clang-tidy 14
+    friend constexpr auto operator<=>(const Date&, const Date&) = default;
     friend constexpr Date operator+(Date date, double seconds) { return {date.sinceReference + seconds}; }
     friend constexpr double operator-(Date later, Date earlier)
     {

@@ -33,24 +33,27 @@ public:
     bool appear() { return _bus.registerService(_name); }
     bool disappear() { return _bus.unregisterService(_name); }
 
-    void announce(const QString& interface, const QVariantMap& values, const QStringList& invalidated = {})
+    void announce(const QVariantMap& values, const QStringList& invalidated)
     {
-        QDBusMessage signal =
-            QDBusMessage::createSignal(_path, properties, QStringLiteral("PropertiesChanged"));
-        signal << interface << values << invalidated;
+        auto signal = QDBusMessage::createSignal(_path, properties, QStringLiteral("PropertiesChanged"));
+        signal << _name << values << invalidated;
         _bus.send(signal);
     }
     void change(const QVariant& value)
     {
         profile = value;
-        announce(_name, {{activeProfile, value}});
+        announce({{activeProfile, value}}, {});
+    }
+    void invalidate(const QVariant& value)
+    {
+        profile = value;
+        announce({}, {activeProfile});
     }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
     {
         const QVariantList expected = {_name, activeProfile};
-        if (message.member() != QStringLiteral("Get") || message.arguments() != expected ||
-            !profile.isValid()) {
+        if (message.arguments() != expected || !profile.isValid()) {
             return false;
         }
         ++answers;
@@ -80,11 +83,8 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
     void followsTheDaemon_data();
     void followsTheDaemon();
-    void oddAnswers_data();
     void oddAnswers();
     void bothNamesAtOnce();
-    void othersAreNotHeard();
-    void noBus();
 };
 
 void PowerTest::followsTheDaemon_data()
@@ -99,65 +99,46 @@ void PowerTest::followsTheDaemon()
     QFETCH(QString, name);
     Daemon daemon(name);
     PowerProfiles power(QDBusConnection::sessionBus());
-    const QSignalSpy changes(&power, &PowerState::changed);
-
+    int changes = 0;
+    connect(&power, &PowerState::changed, this, [&] { ++changes; });
+    const auto becomes = [&](bool isLowPower) {
+        const int before = changes;
+        return QTest::qWaitFor([&] { return changes > before; }) && changes == before + 1 &&
+               power.isLowPowerModeEnabled() == isLowPower;
+    };
     daemon.profile = saver;
     QVERIFY(daemon.appear());
     QVERIFY(!power.isLowPowerModeEnabled());
-    QTRY_COMPARE(changes.count(), 1);
-    QVERIFY(power.isLowPowerModeEnabled());
-
+    QVERIFY(becomes(true));
     daemon.change(QStringLiteral("performance"));
-    QTRY_COMPARE(changes.count(), 2);
-    QVERIFY(!power.isLowPowerModeEnabled());
-
-    daemon.profile = saver;
-    daemon.announce(name, {}, {activeProfile});
-    QTRY_COMPARE(changes.count(), 3);
-    QVERIFY(power.isLowPowerModeEnabled());
-
+    QVERIFY(becomes(false));
+    daemon.invalidate(saver);
+    QVERIFY(becomes(true));
     QVERIFY(daemon.disappear());
-    QTRY_COMPARE(changes.count(), 4);
-    QVERIFY(!power.isLowPowerModeEnabled());
-
+    QVERIFY(becomes(false));
     QVERIFY(daemon.appear());
-    QTRY_COMPARE(changes.count(), 5);
+    QVERIFY(becomes(true));
     const PowerProfiles latecomer(QDBusConnection::sessionBus());
     QTRY_VERIFY(latecomer.isLowPowerModeEnabled());
 }
 
-void PowerTest::oddAnswers_data()
-{
-    QTest::addColumn<QVariant>("profile");
-    QTest::addColumn<bool>("isLogged");
-
-    QTest::newRow("unknown profile") << QVariant(QStringLiteral("Power-Saver")) << false;
-    QTest::newRow("number") << QVariant(1) << true;
-    QTest::newRow("truth value") << QVariant(true) << true;
-    QTest::newRow("list") << QVariant(QStringList{saver}) << true;
-    QTest::newRow("an error") << QVariant() << true;
-}
-
 void PowerTest::oddAnswers()
 {
-    QFETCH(QVariant, profile);
-    QFETCH(bool, isLogged);
     Daemon daemon(olderName);
     PowerProfiles power(QDBusConnection::sessionBus());
-    const QSignalSpy changes(&power, &PowerState::changed);
     daemon.profile = saver;
     QVERIFY(daemon.appear());
-    QTRY_VERIFY(power.isLowPowerModeEnabled());
-
-    if (isLogged) {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("net.hadess.PowerProfiles")));
+    for (const QVariant& odd :
+         {QVariant(QStringLiteral("Power-Saver")), QVariant(QStringList{saver}), QVariant()}) {
+        QTRY_VERIFY(power.isLowPowerModeEnabled());
+        if (odd.typeId() != QMetaType::QString) { // nothing is answered with an error
+            QTest::ignoreMessage(QtWarningMsg,
+                                 QRegularExpression(QStringLiteral("net.hadess.PowerProfiles")));
+        }
+        daemon.invalidate(odd);
+        QTRY_VERIFY(!power.isLowPowerModeEnabled());
+        daemon.change(saver);
     }
-    daemon.profile = profile;
-    daemon.announce(olderName, {}, {activeProfile});
-    QTRY_COMPARE(changes.count(), 2);
-    QVERIFY(!power.isLowPowerModeEnabled());
-    daemon.change(saver);
-    QTRY_COMPARE(changes.count(), 3);
 }
 
 void PowerTest::bothNamesAtOnce()
@@ -170,47 +151,11 @@ void PowerTest::bothNamesAtOnce()
     const QSignalSpy changes(&power, &PowerState::changed);
     QTRY_COMPARE(today.answers + older.answers, 2);
     QTRY_VERIFY(power.isLowPowerModeEnabled());
-
     // One name after the other, on and off: only the answer as a whole counts.
     today.change(balanced);
     older.change(balanced);
     QTRY_VERIFY(!power.isLowPowerModeEnabled());
     QCOMPARE(changes.count(), 2);
-    older.change(saver);
-    QTRY_VERIFY(power.isLowPowerModeEnabled());
-    QCOMPARE(changes.count(), 3);
-}
-
-void PowerTest::othersAreNotHeard()
-{
-    Daemon daemon(todaysName);
-    QVERIFY(daemon.appear());
-    PowerProfiles power(QDBusConnection::sessionBus());
-    const QSignalSpy changes(&power, &PowerState::changed);
-    QTRY_COMPARE(daemon.answers, 1);
-
-    daemon.announce(olderName, {{activeProfile, saver}});
-    auto stranger = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("stranger"));
-    QDBusMessage claim = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/UPower/PowerProfiles"),
-                                                    properties, QStringLiteral("PropertiesChanged"));
-    claim << todaysName << QVariantMap{{activeProfile, saver}} << QStringList();
-    stranger.send(claim);
-    // When this question of the stranger is answered, the bus has passed its claim on.
-    stranger.call(QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
-                                                 QStringLiteral("org.freedesktop.DBus.Peer"),
-                                                 QStringLiteral("Ping")));
-    daemon.profile = balanced;
-    daemon.announce(todaysName, {}, {activeProfile});
-    QTRY_COMPARE(daemon.answers, 2);
-    QCOMPARE(changes.count(), 0);
-    QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
-}
-
-void PowerTest::noBus()
-{
-    const PowerProfiles power(QDBusConnection(QStringLiteral("no such connection")));
-    QCoreApplication::processEvents();
-    QVERIFY(!power.isLowPowerModeEnabled());
 }
 
 QTEST_GUILESS_MAIN(PowerTest)

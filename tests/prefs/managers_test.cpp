@@ -14,16 +14,6 @@
 using Make = std::function<std::unique_ptr<QObject>(UserDefaults&)>;
 Q_DECLARE_METATYPE(Make)
 
-namespace {
-
-template<typename Manager>
-Make make()
-{
-    return [](UserDefaults& defaults) { return std::make_unique<Manager>(defaults); };
-}
-
-} // namespace
-
 class ManagersTest : public QObject
 {
     Q_OBJECT
@@ -31,13 +21,24 @@ class ManagersTest : public QObject
 private Q_SLOTS:
     void flag_data();
     void flag();
-    void pillWidth_data();
     void pillWidth();
-    void choice_data();
     void choice();
-    void widgetFrame_data();
     void widgetFrame();
 };
+
+/// Adds rows for the flags of a manager: "showTitle", "showRecentlyPlayed=recent" where the key has another
+/// name, "-showLyric" where the default is off.
+template<typename Manager>
+void addFlags(const QString& prefix, const char* flags)
+{
+    const Make make = [](UserDefaults& defaults) { return std::make_unique<Manager>(defaults); };
+    for (QString each : QString::fromLatin1(flags).split(u' ')) {
+        const bool fallback = !each.startsWith(u'-');
+        each.remove(u'-');
+        const QString key = prefix + each.section(u'=', -1);
+        QTest::newRow(qPrintable(key)) << make << each.section(u'=', 0, 0).toLatin1() << key << fallback;
+    }
+}
 
 void ManagersTest::flag_data()
 {
@@ -45,32 +46,15 @@ void ManagersTest::flag_data()
     QTest::addColumn<QByteArray>("property");
     QTest::addColumn<QString>("key");
     QTest::addColumn<bool>("fallback");
-
-    const auto add = [](const Make& make, const char* property, const char* key, bool fallback) {
-        QTest::newRow(key) << make << QByteArray(property) << QString::fromLatin1(key) << fallback;
-    };
-    const Make pill = make<PillVisibilityManager>();
-    add(pill, "showAlbumArt", "pellar.pill.showAlbumArt", true);
-    add(pill, "showVisualizer", "pellar.pill.showVisualizer", true);
-    add(pill, "showTitle", "pellar.pill.showTitle", true);
-    add(pill, "showPrevButton", "pellar.pill.showPrevButton", true);
-    add(pill, "showNextButton", "pellar.pill.showNextButton", true);
-    const Make menu = make<MenuVisibilityManager>();
-    add(menu, "showUpNext", "pellar.menu.show.upNext", true);
-    add(menu, "showReactions", "pellar.menu.show.reactions", true);
-    add(menu, "showPowerMode", "pellar.menu.show.powerMode", true);
-    add(menu, "showAudioSources", "pellar.menu.show.audioSources", true);
-    add(menu, "showListeningStats", "pellar.menu.show.stats", true);
-    add(menu, "showRecentlyPlayed", "pellar.menu.show.recent", true);
-    const Make widget = make<WidgetManager>();
-    add(widget, "isEnabled", "pellar.widget.enabled", false);
-    add(widget, "showArtwork", "pellar.widget.showArtwork", true);
-    add(widget, "showTitle", "pellar.widget.showTitle", true);
-    add(widget, "showArtist", "pellar.widget.showArtist", true);
-    add(widget, "showProgress", "pellar.widget.showProgress", true);
-    add(widget, "showTransport", "pellar.widget.showTransport", true);
-    add(widget, "showLyric", "pellar.widget.showLyric", false);
-    add(widget, "alwaysOnTop", "pellar.widget.alwaysOnTop", true);
+    addFlags<PillVisibilityManager>(QStringLiteral("pellar.pill."),
+                                    "showAlbumArt showVisualizer showTitle showPrevButton showNextButton");
+    addFlags<MenuVisibilityManager>(
+        QStringLiteral("pellar.menu.show."),
+        "showUpNext=upNext showReactions=reactions showPowerMode=powerMode showAudioSources=audioSources "
+        "showListeningStats=stats showRecentlyPlayed=recent");
+    addFlags<WidgetManager>(QStringLiteral("pellar.widget."),
+                            "-isEnabled=enabled showArtwork showTitle showArtist showProgress showTransport "
+                            "-showLyric alwaysOnTop");
 }
 
 void ManagersTest::flag()
@@ -79,16 +63,13 @@ void ManagersTest::flag()
     QFETCH(QByteArray, property);
     QFETCH(QString, key);
     QFETCH(bool, fallback);
-
     MemoryDefaults defaults;
     const auto read = [&] { return make(defaults)->property(property.constData()); };
     QCOMPARE(read(), QVariant(fallback));
     QVERIFY(defaults.values.isEmpty());
-
-    const QVariantList noBooleans = {QStringLiteral("no"), QStringLiteral("true"), qlonglong{0},
-                                     qlonglong{1},         QByteArray("1"),        0.0};
-    for (const QVariant& stored : noBooleans) {
-        defaults.values = {{key, stored}};
+    for (const QVariant& noBoolean :
+         {QVariant(fallback ? QString() : QStringLiteral("true")), QVariant(qlonglong{fallback ? 0 : 1})}) {
+        defaults.values = {{key, noBoolean}};
         QCOMPARE(read(), QVariant(fallback));
     }
 
@@ -103,121 +84,73 @@ void ManagersTest::flag()
     QCOMPARE(read(), QVariant(!fallback));
 }
 
-void ManagersTest::pillWidth_data()
-{
-    QTest::addColumn<double>("width"); ///< with only the flags shown that the row is named after
-
-    QTest::newRow("") << 40.0;
-    QTest::newRow("showAlbumArt") << 58.0;
-    QTest::newRow("showVisualizer") << 58.0;
-    QTest::newRow("showTitle") << 101.0;
-    QTest::newRow("showPrevButton") << 64.0;
-    QTest::newRow("showNextButton") << 64.0;
-    QTest::newRow("showAlbumArt showVisualizer showTitle showPrevButton showNextButton") << 185.0;
-}
-
 void ManagersTest::pillWidth()
 {
-    QFETCH(double, width);
-    const QList<QByteArray> shown = QByteArray(QTest::currentDataTag()).split(' ');
     MemoryDefaults defaults;
     PillVisibilityManager manager(defaults);
-    QProperty<double> follower([&] { return manager.preferredPillWidth(); });
-    double announced = manager.preferredPillWidth();
+    QList<double> widths = {manager.preferredPillWidth()};
     connect(&manager, &PillVisibilityManager::preferredPillWidthChanged, &manager,
-            [&] { announced = manager.preferredPillWidth(); });
-    for (const char* flag :
-         {"showAlbumArt", "showVisualizer", "showTitle", "showPrevButton", "showNextButton"}) {
-        manager.setProperty(flag, shown.contains(flag));
-    }
-    QCOMPARE(manager.preferredPillWidth(), width);
-    QCOMPARE(announced, width);
-    QCOMPARE(follower.value(), width);
-    QCOMPARE(PillVisibilityManager(defaults).preferredPillWidth(), width);
-}
-
-void ManagersTest::choice_data()
-{
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<QString>("style");
-    QTest::addColumn<QString>("theme");
-
-    const auto add = [](const QVariant& stored, const char* style, const char* theme) {
-        QTest::addRow("%s %s", stored.typeName(), qPrintable(stored.toString()))
-            << stored << QString::fromLatin1(style) << QString::fromLatin1(theme);
-    };
-    add(QVariant(), "Classic", "Album Art");
-    add(QStringLiteral("liquidGlass"), "Liquid Glass", "Album Art");
-    add(QStringLiteral("Liquid Glass"), "Classic", "Album Art");
-    add(QByteArray("liquidGlass"), "Classic", "Album Art");
-    add(QStringLiteral("classic"), "Classic", "Classic");
-    add(QStringLiteral("midnight"), "Classic", "Midnight");
-    add(QStringLiteral("warmth"), "Classic", "Warmth");
-    add(QStringLiteral("tide"), "Classic", "Tide");
-    add(QStringLiteral("dusk"), "Classic", "Dusk");
-    add(QStringLiteral("Dusk"), "Classic", "Album Art");
+            [&] { widths.append(manager.preferredPillWidth()); });
+    manager.setShowAlbumArt(false);
+    manager.setShowVisualizer(false);
+    manager.setShowTitle(false);
+    manager.setShowPrevButton(false);
+    manager.setShowNextButton(false);
+    QCOMPARE(widths, (QList<double>{185, 167, 149, 88, 64, 40}));
+    QCOMPARE(PillVisibilityManager(defaults).preferredPillWidth(), 40);
 }
 
 void ManagersTest::choice()
 {
-    QFETCH(QVariant, stored);
     const auto styleKey = QStringLiteral("pellar.menu.style");
     const auto themeKey = QStringLiteral("pellar.theme.mode");
     MemoryDefaults defaults;
-    defaults.values = {{styleKey, stored}, {themeKey, stored}};
-    MenuStyleManager style(defaults);
-    ThemeManager theme(defaults);
-    QTEST(displayName(style.style()), "style");
-    QTEST(displayName(theme.mode()), "theme");
-
-    for (const PellarTheme mode : allThemes()) {
-        theme.setMode(mode);
-        QCOMPARE(ThemeManager(defaults).mode(), mode);
+    QStringList read;
+    for (const QVariant& stored :
+         {QVariant(), QVariant(QByteArray("liquidGlass")), QVariant(QStringLiteral("Dusk"))}) {
+        defaults.values = {{styleKey, stored}, {themeKey, stored}};
+        QCOMPARE(displayName(MenuStyleManager(defaults).style()), QStringLiteral("Classic"));
+        QCOMPARE(displayName(ThemeManager(defaults).mode()), QStringLiteral("Album Art"));
     }
-    QCOMPARE(defaults.string(themeKey), std::optional(QStringLiteral("dusk")));
-    for (const PellarMenuStyle other : allMenuStyles()) {
-        style.setStyle(other);
-        QCOMPARE(MenuStyleManager(defaults).style(), other);
+    for (const char* const name : {"classic", "liquidGlass"}) {
+        defaults.setObject(styleKey, QString::fromLatin1(name));
+        read.append(displayName(MenuStyleManager(defaults).style()));
     }
-    QCOMPARE(defaults.string(styleKey), std::optional(QStringLiteral("classic")));
-}
+    for (const char* const name : {"albumArt", "classic", "midnight", "warmth", "tide", "dusk"}) {
+        defaults.setObject(themeKey, QString::fromLatin1(name));
+        read.append(displayName(ThemeManager(defaults).mode()));
+    }
+    QCOMPARE(read.join(u','),
+             QStringLiteral("Classic,Liquid Glass,Album Art,Classic,Midnight,Warmth,Tide,Dusk"));
 
-void ManagersTest::widgetFrame_data()
-{
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<std::optional<QRectF>>("frame");
-
-    const auto add = [](const char* name, const QVariant& x, const QVariant& h,
-                        const std::optional<QRectF>& frame) {
-        QTest::newRow(name) << QVariant(QVariantMap{{QStringLiteral("x"), x},
-                                                    {QStringLiteral("y"), 20.0},
-                                                    {QStringLiteral("w"), 300.0},
-                                                    {QStringLiteral("h"), h}})
-                            << frame;
-    };
-    add("doubles", -10.5, 140.0, QRectF(-10.5, 20, 300, 140));
-    add("integers", qlonglong{1}, qlonglong{2}, QRectF(1, 20, 300, 2));
-    add("missing", 1.0, QVariant(), std::nullopt);
-    add("a text", QStringLiteral("1"), 140.0, std::nullopt);
-    QTest::newRow("no dictionary") << QVariant(QVariantList{1.0, 2.0}) << std::optional<QRectF>();
+    ThemeManager(defaults).setMode(PellarTheme::warmth);
+    MenuStyleManager(defaults).setStyle(PellarMenuStyle::liquidGlass);
+    QCOMPARE(defaults.string(themeKey), std::optional(QStringLiteral("warmth")));
+    QCOMPARE(defaults.string(styleKey), std::optional(QStringLiteral("liquidGlass")));
 }
 
 void ManagersTest::widgetFrame()
 {
-    QFETCH(QVariant, stored);
     const auto key = QStringLiteral("pellar.widget.frame");
+    QVariantMap stored = {
+        {QStringLiteral("x"), 1.0}, {QStringLiteral("y"), 20.0}, {QStringLiteral("w"), 300.0}};
     MemoryDefaults defaults;
-    defaults.values.insert(key, stored);
     WidgetManager manager(defaults);
-    QTEST(manager.frame(), "frame");
-
-    const QRectF moved(1.25, -2, 333, 144);
-    manager.setFrame(moved);
-    QCOMPARE(defaults.dictionary(key).value().value(QStringLiteral("h")), QVariant(144.0));
-    QCOMPARE(WidgetManager(defaults).frame(), std::optional(moved));
+    for (const QVariant& noNumber : {QVariant(), QVariant(QStringLiteral("140"))}) {
+        stored.insert(QStringLiteral("h"), noNumber);
+        defaults.values = {{key, stored}};
+        QCOMPARE(manager.frame(), std::nullopt);
+    }
+    const QRectF frame(1, 20, 300, 140);
+    stored.insert(QStringLiteral("h"), qlonglong{140});
+    defaults.values = {{key, stored}};
+    QCOMPARE(manager.frame(), std::optional(frame));
+    manager.setFrame(frame);
+    stored.insert(QStringLiteral("h"), 140.0);
+    QCOMPARE(defaults.dictionary(key), std::optional(stored));
+    QCOMPARE(manager.frame(), std::optional(frame));
     manager.resetPosition();
-    QVERIFY(!defaults.values.contains(key));
-    QVERIFY(!manager.frame());
+    QVERIFY(!defaults.values.contains(key) && !manager.frame());
 }
 
 QTEST_GUILESS_MAIN(ManagersTest)

@@ -18,6 +18,7 @@ public:
     struct Link {
         Id outputPort;
         Id inputPort;
+        // NOLINTNEXTLINE(modernize-use-nullptr): of clang-tidy 14
         friend auto operator<=>(const Link&, const Link&) = default;
     };
 

@@ -123,7 +123,7 @@ void CaptureStream::process(const spa_io_position& position)
     const float* const right = samplesOf(_right, frames);
     for (quint32 done = 0; done < frames; done += chunkFrames) {
         const quint32 count = std::min(chunkFrames, frames - done);
-        for (quint32 i = 0; i < count; ++i) {
+        for (size_t i = 0; i < count; ++i) {
             _chunk[2 * i] = left != nullptr ? left[done + i] : 0;
             _chunk[2 * i + 1] = right != nullptr ? right[done + i] : 0;
         }

@@ -22,7 +22,7 @@ void IOProcSlot::deliver(const float* samples, quint32 frames, AudioTimeStamp no
     }
     constexpr quint32 channels = 2;
     const AudioBuffer buffer{.channels = channels,
-                             .byteSize = static_cast<quint32>(frames * channels * sizeof(float)),
+                             .byteSize = static_cast<quint32>(sizeof(float) * frames * channels),
                              .data = samples};
     const AudioBufferList input{.count = 1, .buffers = &buffer};
     _proc(_device, &now, &input, &now, nullptr, nullptr, _clientData);
