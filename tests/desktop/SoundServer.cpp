@@ -29,10 +29,11 @@ void killProcess(QProcess& process)
     process.waitForFinished();
 }
 
-bool succeeds(const QString& command)
+/// pw-cli's answer; "?" when it fails, or hangs, as it may while the server is starting.
+QString pwCli(const QStringList& words)
 {
-    const QStringList words = command.split(u' ');
-    return output(words.first(), words.mid(1)) != QStringLiteral("?");
+    constexpr int limit = 1000; // milliseconds
+    return output(QStringLiteral("pw-cli"), words, limit);
 }
 
 } // namespace
@@ -48,19 +49,22 @@ void SoundServer::kill()
 
 bool SoundServer::start()
 {
+    constexpr int limit = 15'000; // milliseconds
+    const QString failed = QStringLiteral("?");
     _pipewire.start(QStringLiteral("pipewire"), QStringList());
-    if (!QTest::qWaitFor([] { return succeeds(QStringLiteral("pw-cli info 0")); }, 10000)) {
+    const auto isUp = [&] { return pwCli({QStringLiteral("info"), QStringLiteral("0")}) != failed; };
+    if (!QTest::qWaitFor(isUp, limit)) {
         return false;
     }
     _manager.start(QStringLiteral("wireplumber"), QStringList());
-    output(QStringLiteral("pw-cli"),
-           {QStringLiteral("create-node"), QStringLiteral("adapter"),
-            QStringLiteral("{ factory.name=support.null-audio-sink node.name=speakers media.class=Audio/Sink "
-                           "object.linger=true audio.position=[FL FR] }")});
-    return QTest::qWaitFor(
-        [] {
-            return output(QStringLiteral("pw-cli"), {QStringLiteral("list-objects"), QStringLiteral("Port")})
-                .contains(QStringLiteral("playback_FL"));
-        },
-        10000);
+    const QString sink = QStringLiteral("{ factory.name=support.null-audio-sink node.name=speakers "
+                                        "media.class=Audio/Sink object.linger=true audio.position=[FL FR] }");
+    const auto isMade = [&] {
+        return pwCli({QStringLiteral("create-node"), QStringLiteral("adapter"), sink}) != failed;
+    };
+    const auto hasPorts = [] {
+        return pwCli({QStringLiteral("list-objects"), QStringLiteral("Port")})
+            .contains(QStringLiteral("playback_FL"));
+    };
+    return QTest::qWaitFor(isMade, limit) && QTest::qWaitFor(hasPorts, limit);
 }

@@ -9,7 +9,7 @@ public:
     /// Ends the one that the session came with, or was started last, as a crash would.
     void kill();
 
-    /// Starts it with one sink, "speakers". False when it does not come up within 10 s each.
+    /// Starts it with one sink, "speakers". False when it does not come up within some seconds.
     bool start();
 
 private:

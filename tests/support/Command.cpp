@@ -3,12 +3,14 @@
 #include <QDebug>
 #include <QProcess>
 
-QString output(const QString& program, const QStringList& arguments)
+QString output(const QString& program, const QStringList& arguments, int limit)
 {
     QProcess process;
     process.start(program, arguments);
-    if (!process.waitForFinished(10000)) {
+    if (!process.waitForFinished(limit)) {
         qWarning().noquote() << program << arguments.join(u' ') << "does not end";
+        process.kill();
+        process.waitForFinished();
         return QStringLiteral("?");
     }
     if (process.exitCode() != 0) {

@@ -3,5 +3,6 @@
 #include <QString>
 #include <QStringList>
 
-/// Runs a program to its end (10 s at the most) and gives what it printed, trimmed; "?" if it failed.
-QString output(const QString& program, const QStringList& arguments);
+/// Runs a program to its end and gives what it printed, trimmed; "?" if it failed. One that is not done after
+/// the limit, in milliseconds, is ended and has failed.
+QString output(const QString& program, const QStringList& arguments, int limit = 10'000);
