@@ -18,6 +18,12 @@ if(PELLAR_SANITIZE)
     target_link_options(pellar_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(PELLAR_FUZZ)
+    target_compile_options(pellar_flags INTERFACE
+        -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=undefined)
+    target_link_options(pellar_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
 # pellar_room(NAME [FOLDER folder below src] [LINKS targets…]): the library of one room, from all its sources.
 function(pellar_room name)
     cmake_parse_arguments(ARG "" "FOLDER" "LINKS" ${ARGN})

@@ -5,17 +5,38 @@
 #include <cmath>
 #include <string_view>
 
-double parseDecimal(const QString& text)
+namespace {
+
+template<typename Number>
+std::optional<Number> read(QStringView text)
 {
     const QByteArray bytes = text.toUtf8();
     std::string_view digits(bytes.constData(), static_cast<size_t>(bytes.size()));
     if (digits.starts_with('+') && !digits.starts_with("+-")) {
         digits.remove_prefix(1);
     }
-    double value = 0;
+    Number value = 0;
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, value);
-    return error == std::errc() && stop == end && std::isfinite(value) ? value : 0;
+    return error == std::errc() && stop == end ? std::optional(value) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<qint64> readInteger(QStringView text)
+{
+    return read<qint64>(text);
+}
+
+std::optional<double> readDecimal(QStringView text)
+{
+    const auto value = read<double>(text);
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+double parseDecimal(const QString& text)
+{
+    return readDecimal(text).value_or(0);
 }
 
 QString decimalText(double value)
