@@ -70,24 +70,25 @@ void HttpCall::start()
     connect(_reply, &QNetworkReply::finished, this, &HttpCall::readEnd);
 }
 
-void HttpCall::read()
+/// False when it was too much: the call has ended then, and may be gone.
+bool HttpCall::read()
 {
     // No more than is wanted: a small answer may decompress to a huge one.
     while (_body.size() <= _request.byteLimit) {
         const QByteArray piece = _reply->read(_request.byteLimit + 1 - _body.size());
         if (piece.isEmpty()) {
-            return;
+            return true;
         }
         _body += piece;
     }
     fail(QStringLiteral("more than %1 bytes").arg(_request.byteLimit));
+    return false;
 }
 
 void HttpCall::readEnd()
 {
-    read();
-    if (!_reply) {
-        return; // it was too long
+    if (!read()) {
+        return;
     }
     const int status = _reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const QUrl target = _reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();

@@ -27,7 +27,7 @@ public:
 
 private:
     void start();
-    void read();
+    bool read();
     void readEnd();
     void redirect(int status, const QUrl& target);
     void fail(const QString& failure);

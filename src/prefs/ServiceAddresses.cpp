@@ -16,5 +16,6 @@ ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
           address(defaults, QStringLiteral("spotifyWebPlayer"), QStringLiteral("https://open.spotify.com")))
     , appleMusicWeb(
           address(defaults, QStringLiteral("appleMusicWeb"), QStringLiteral("https://music.apple.com")))
+    , lyrics(address(defaults, QStringLiteral("lyrics"), QStringLiteral("https://lrclib.net")))
 {
 }

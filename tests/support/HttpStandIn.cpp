@@ -2,6 +2,8 @@
 
 #include <QTcpSocket>
 
+#include <algorithm>
+
 namespace {
 
 /// Takes a whole request off the front of what was received; none while it is not all there.
@@ -64,8 +66,15 @@ void HttpStandIn::release()
         if (socket) {
             answer.manner = Manner::whole;
             respond(socket, answer);
+            socket->flush();
         }
     }
+}
+
+bool HttpStandIn::wasAsked(const QByteArray& path) const
+{
+    return std::any_of(_requests.begin(), _requests.end(),
+                       [&](const Request& request) { return request.path == path; });
 }
 
 qsizetype HttpStandIn::connectionCount() const

@@ -50,6 +50,7 @@ public:
     /// The requests since the last call.
     QList<Request> take() { return std::exchange(_requests, {}); }
     qsizetype requestCount() const { return _requests.size(); }
+    bool wasAsked(const QByteArray& path) const;
 
     /// How many connections the other side has open.
     qsizetype connectionCount() const;

@@ -1,0 +1,241 @@
+#include "base/Decimal.h"
+#include "fuzz/Properties.h"
+#include "lyrics/AppleMusicLyricsService.h"
+#include "lyrics/LrcParser.h"
+#include "lyrics/Lyrics.h"
+#include "support/LogFile.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+
+namespace {
+
+/// "1.5 Hel lo {1.5-2.0 Hel} {2.0-3.0 lo}", lines by "|".
+QString written(const QList<SyncedLyric>& lines)
+{
+    QStringList result;
+    for (const SyncedLyric& line : lines) {
+        QString text = decimalText(line.time) + u' ' + line.text;
+        for (const LyricWord& word : line.words.value_or(QList<LyricWord>())) {
+            text +=
+                QStringLiteral(" {%1-%2 %3}").arg(decimalText(word.start), decimalText(word.end), word.text);
+        }
+        result << text;
+    }
+    return result.join(u'|');
+}
+
+void addRows(std::initializer_list<std::array<const char*, 3>> rows)
+{
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QString>("lines");
+    for (const auto& [name, input, lines] : rows) {
+        QTest::newRow(name) << QString::fromUtf8(input) << QString::fromUtf8(lines);
+    }
+}
+
+} // namespace
+
+class ParsersTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsLrc_data();
+    void readsLrc();
+    void readsTTML_data();
+    void readsTTML();
+    void refusesBadXml_data();
+    void refusesBadXml();
+    void replaysCorpus();
+    void findsActiveLine_data();
+    void findsActiveLine();
+    void showsPlaceholder();
+
+private:
+    LogFile _log;
+};
+
+void ParsersTest::readsLrc_data()
+{
+    addRows({
+        {"empty", "", ""},
+        {"fraction", "[00:12.34]Hello", "12.34 Hello"},
+        {"no fraction", "[01:02]x", "62.0 x"},
+        {"digits of a fraction", "[00:01.5]a\n[00:02.50]b\n[00:03.005]c", "1.5 a|2.5 b|3.005 c"},
+        {"fraction that is no number", "[00:01.x]a\n[00:02.]b\n[00:03.99999999999999999999]c",
+         "1.0 a|2.0 b|3.0 c"},
+        {"further pieces of the seconds", "[00:01.5.9]a\n[00:.7]b\n[00:.]c", "1.5 a|7.0 b"},
+        {"several tags", "[00:10.5][00:20.5] \tChorus ", "10.5 Chorus|20.5 Chorus"},
+        {"empty text", "[00:05.00]\n[00:06]  ", "5.0 |6.0 "},
+        {"metadata, plain, empty", "[ar:Someone]\nplain\n\n[la:en]x", ""},
+        {"unknown tag stays", "[00:10.00][xx]Text", "10.0 [xx]Text"},
+        {"tag behind text stays", "[00:10]a[00:20]b", "10.0 a[00:20]b"},
+        {"unclosed tag stays", "[00:10][00:20 b\n[00:30", "10.0 [00:20 b"},
+        {"out of order, equal ones as they come", "[02:00]c\n[01:00]a\n[01:00]b\n[00:30]z",
+         "30.0 z|60.0 a|60.0 b|120.0 c"},
+        {"CR LF ends no line", "[00:01][00:02]a\r\n[00:03]b", "1.0 a\r\n[00:03]b|2.0 a\r\n[00:03]b"},
+        {"CR LF beside LF", "[00:01]a\r\n[00:02]b\n[00:03]c", "1.0 a\r\n[00:02]b|3.0 c"},
+        {"a bracket with an accent is another character",
+         "[\u030100:01]a\n[00:02]\u0301b\n[00:03][\u030100:04]c", "3.0 [\u030100:04]c"},
+        {"so is one behind a joining mark", "\u0600[00:01]a\n[00:02][00\u0600:03]b", "2.0 [00\u0600:03]b"},
+        {"white space is no number", "[00: 1]a\n[ 0:01]b\n [00:02]c", ""},
+        {"digits of other scripts", "[00:\u0661]a\n[００:01]b", ""},
+        {"empty parts of a tag", "[00::12]a\n[:]b\n[]c\n[0:0:1]d", "12.0 a"},
+        {"signs", "[-1:30]a\n[+1:+2]b\n[1:-2]c", "-30.0 a|58.0 c|62.0 b"},
+        {"out of range", "[9223372036854775807:00]a\n[153722867280912930:60]b\n[00:9223372036854775808]c",
+         ""},
+        {"large", "[100000000:00]a", "6000000000.0 a"},
+        {"spaces of any width around", "[00:01]\u3000夜 の\u00a0", "1.0 夜 の"},
+    });
+}
+
+void ParsersTest::readsLrc()
+{
+    QFETCH(QString, input);
+    QTEST(written(parseSynced(input)), "lines");
+}
+
+void ParsersTest::readsTTML_data()
+{
+    addRows({
+        {"words",
+         "<tt><p begin='1:02.5'><span begin='1' end='2s'>Hel</span><span begin='2' "
+         "end='3'>lo</span></p></tt>",
+         "62.5 Hello {1.0-2.0 Hel} {2.0-3.0 lo}"},
+        {"spaces between and in words",
+         "<tt><p begin='1'><span begin='1' end='2'>a\n</span> <span begin='2' end='3'> b</span>\n<span "
+         "begin='3' "
+         "end='4'> </span></p></tt>",
+         "1.0 a   b {1.0-2.0 a} {2.0-3.0 b}"},
+        {"times",
+         "<tt><p begin='0:01:02.5'>a</p><p begin='62.5s'>b</p><p begin='1:2:3.5'>c</p><p begin='1::2'>d</p>"
+         "<p begin='-1.5'>e</p></tt>",
+         "62.5 a|62.5 b|3723.5 c|62.0 d|-1.5 e"},
+        {"no times",
+         "<tt><p>a</p><p begin=''>b</p><p begin='s'>c</p><p begin='1ss'>d</p><p begin='1.5:2'>e</p>"
+         "<p begin='1:2:3:4'>f</p><p begin=':5'>g</p><p begin='nan'>h</p><p begin=' 1'>i</p>"
+         "<p begin='9223372036854775808:0'>j</p></tt>",
+         "0.0 a|0.0 b|0.0 c|0.0 d|0.0 e|0.0 f|0.0 g|0.0 h|0.0 i|0.0 j"},
+        {"document order", "<tt><p begin='2'>b</p><p begin='1'>a</p></tt>", "2.0 b|1.0 a"},
+        {"white space only", "<tt><p begin='1'> \n\t</p></tt>", ""},
+        {"background vocals",
+         "<tt xmlns:m='u'><p begin='1'><span begin='1' end='2'>a</span><span m:role='x-bg'> "
+         "<span begin='2' end='3'>(b)</span></span></p></tt>",
+         "1.0 a (b) {1.0-2.0 a} {2.0-3.0 (b)}"},
+        {"translation without times",
+         "<tt><p begin='1'><span begin='1' end='2'>夜</span><span>night</span><span "
+         "begin='1'>yoru</span></p></tt>",
+         "1.0 夜nightyoru {1.0-2.0 夜}"},
+        {"word in a word",
+         "<tt><p begin='1'><span begin='1' end='2'>a<span begin='3' end='4'>b</span>c</span></p></tt>",
+         "1.0 bc {3.0-4.0 b}"},
+        {"text outside lines", "<tt>x<head>y</head><p begin='1'>a</p>z<P begin='2'>w</P></tt>", "1.0 a"},
+        {"prefixes, declared or not", "<t:tt><t:p t:begin='1' begin='2'>a<t:br/>b</t:p></t:tt>", "2.0 ab"},
+        {"entities of XML", "<tt><p begin='&#49;'>&lt;&amp;&#x266a;<![CDATA[<p>]]><!--c--></p></tt>",
+         "1.0 <&♪<p>"},
+        {"entity of the document", "<!DOCTYPE tt [<!ENTITY e 'hi'>]><tt><p>&e; you</p></tt>", "0.0 hi you"},
+        {"entity of a file", "<!DOCTYPE tt [<!ENTITY e SYSTEM 'file:///etc/passwd'>]><tt><p>a&e;b</p></tt>",
+         "0.0 ab"},
+        {"another encoding by name", "<?xml version='1.0' encoding='UTF-16'?><tt><p>ä</p></tt>", "0.0 ä"},
+    });
+}
+
+void ParsersTest::readsTTML()
+{
+    QFETCH(QString, input);
+    const auto lines = AppleMusicLyricsService::parseTTML(input);
+    QTEST(written(lines.value_or(QList<SyncedLyric>())), "lines");
+    QVERIFY(!lines || !lines->isEmpty());
+    QCOMPARE(_log.take(), QStringList());
+}
+
+void ParsersTest::refusesBadXml_data()
+{
+    QTest::addColumn<QString>("document");
+    const QString line = QStringLiteral("<p begin='1'>a</p>");
+    QTest::newRow("empty") << QString();
+    QTest::newRow("cut off") << QStringLiteral("<tt>") + line;
+    QTest::newRow("crossed") << QStringLiteral("<tt>") + line + QStringLiteral("<p></tt></p>");
+    QTest::newRow("unknown entity") << QStringLiteral("<tt><p>&e;</p></tt>");
+    QTest::newRow("deep") << QStringLiteral("<p>").repeated(300'000);
+    QString bomb = QStringLiteral("<!DOCTYPE tt [<!ENTITY e0 'lol'>");
+    for (int i = 1; i < 12; ++i) {
+        bomb +=
+            QStringLiteral("<!ENTITY e%1 '%2'>").arg(i).arg(QStringLiteral("&e%1;").arg(i - 1).repeated(10));
+    }
+    QTest::newRow("entity bomb") << bomb + QStringLiteral("]><tt><p>&e11;</p></tt>");
+    QTest::newRow("entity bomb in a time") << bomb + QStringLiteral("]><tt><p begin='&e11;'>a</p></tt>");
+    QTest::newRow("flat entity bomb")
+        << QStringLiteral("<!DOCTYPE tt [<!ENTITY e '%1'>]><tt><p>%2</p></tt>")
+               .arg(QString(5000, u'x'), QStringLiteral("&e;").repeated(300'000));
+}
+
+void ParsersTest::refusesBadXml()
+{
+    QFETCH(QString, document);
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!AppleMusicLyricsService::parseTTML(document));
+    QVERIFY2(timer.elapsed() < 3000, "it took its time");
+    const QStringList log = _log.take();
+    QCOMPARE(log.size(), 1);
+    QVERIFY(log[0].startsWith(QStringLiteral("Lyrics: XMLParser failed: ")));
+}
+
+void ParsersTest::replaysCorpus()
+{
+    const auto replay = [](const QString& folder, bool (*holds)(const QByteArray&)) {
+        const QFileInfoList files =
+            QDir(QStringLiteral(PELLAR_CORPUS "/") + folder).entryInfoList(QDir::Files);
+        QVERIFY(!files.isEmpty());
+        for (const QFileInfo& info : files) {
+            QFile file(info.filePath());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QVERIFY2(holds(file.readAll()), qPrintable(info.filePath()));
+        }
+    };
+    replay(QStringLiteral("lrc"), Properties::holdForLrc);
+    replay(QStringLiteral("ttml"), Properties::holdForTTML);
+    _log.take();
+}
+
+void ParsersTest::findsActiveLine_data()
+{
+    QTest::addColumn<double>("elapsed");
+    QTest::addColumn<int>("index");
+    QTest::newRow("before the first") << 0.9 << -1;
+    QTest::newRow("at the first") << 1.0 << 0;
+    QTest::newRow("between") << 1.9 << 0;
+    QTest::newRow("at two that begin at once") << 2.0 << 2;
+    QTest::newRow("after the last") << 1e9 << 3;
+}
+
+void ParsersTest::findsActiveLine()
+{
+    QFETCH(double, elapsed);
+    const auto lines = parseSynced(QStringLiteral("[0:1]a\n[0:2]b\n[0:2]c\n[0:3]d"));
+    QTEST(static_cast<int>(activeLine(lines, elapsed).value_or(-1)), "index");
+    QVERIFY(!activeLine({}, elapsed));
+}
+
+void ParsersTest::showsPlaceholder()
+{
+    const QString loading = QStringLiteral("Loading lyrics…");
+    const QString none = QStringLiteral("No lyrics available");
+    const Lyrics empty;
+    const Lyrics blank{.trackTitle = {}, .artist = {}, .plain = QString()};
+    const Lyrics plain{.trackTitle = {}, .artist = {}, .plain = QStringLiteral("la")};
+    const Lyrics synced{.trackTitle = {}, .artist = {}, .synced = {{.time = 1, .text = {}}}};
+    QCOMPARE(lyricsPlaceholder(std::nullopt, true), loading);
+    QCOMPARE(lyricsPlaceholder(std::nullopt, false), none);
+    QCOMPARE(lyricsPlaceholder(empty, false), none);
+    QCOMPARE(lyricsPlaceholder(blank, false), none);
+    QCOMPARE(lyricsPlaceholder(plain, false), QStringLiteral("Lyrics not synced"));
+    QCOMPARE(lyricsPlaceholder(synced, false), std::nullopt);
+    QCOMPARE(shownText(synced.synced[0]), QStringLiteral("♪"));
+}
+
+QTEST_GUILESS_MAIN(ParsersTest)
+#include "parsers_test.moc"
