@@ -1,3 +1,4 @@
+#include "LyricsMeasures.h"
 #include "PillWatch.h"
 #include "ProcessMeter.h"
 #include "Table.h"
@@ -232,6 +233,8 @@ int main(int argc, char** argv)
     }
     Table::begin();
     measureAnalysisFrame();
+    LyricsMeasures::measureParsers();
+    LyricsMeasures::measureActiveLine();
     measureStatusPoll();
     const PillWatch pill;
     measureStart(pill);
