@@ -22,9 +22,7 @@ private Q_SLOTS:
     void ends_data();
     void ends();
     void boundsTime();
-    void followsNoUnsafeRedirect_data();
     void followsNoUnsafeRedirect();
-    void dropsWhatIsCancelled_data();
     void dropsWhatIsCancelled();
 
 private:
@@ -86,7 +84,6 @@ void HttpTest::ends_data()
     };
     const QByteArray atLimit(1000, 'x');
     row("at the limit", {.body = atLimit}, 200, atLimit);
-    row("over the limit", {.body = atLimit + 'x'}, 0);
     row("endless", {.body = atLimit, .manner = Manner::endless}, 0);
     row("small, but huge decompressed",
         {.body = qCompress(QByteArray(100'000'000, 0)).mid(4), .headers = {"Content-Encoding: deflate"}}, 0);
@@ -94,7 +91,6 @@ void HttpTest::ends_data()
     row("unauthorised", {.status = 401, .body = "who", .headers = {"WWW-Authenticate: Basic realm=x"}}, 401,
         "who");
     row("not found", {.status = 404, .body = "what"}, 404, "what");
-    row("server error", {.status = 503}, 503);
     row("cut off", {.body = "0123456789", .manner = Manner::cutOff}, 0);
     row("not found, cut off", {.status = 404, .body = "0123", .manner = Manner::cutOff}, 0);
     row("redirected", {.status = 302, .headers = {"Location: /end"}}, 200, "the end");
@@ -147,70 +143,47 @@ void HttpTest::boundsTime()
     QTRY_COMPARE(_server.connectionCount(), 0);
 }
 
-void HttpTest::followsNoUnsafeRedirect_data()
-{
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("to");
-    QTest::addColumn<bool>("plain");
-    QTest::addColumn<bool>("authorised");
-    const auto row = [](const char* from, const char* to, bool plain, bool authorised) {
-        QTest::addRow("%s to %s", from, to)
-            << QString::fromLatin1(from) << QString::fromLatin1(to) << plain << authorised;
-    };
-    row("http://a", "http://a/b", true, true);
-    row("http://a", "https://a", true, true);
-    row("https://a", "https://a/b", true, true);
-    row("https://a", "https://b", true, false);
-    row("http://a:1", "http://a:2", true, false);
-    row("https://a", "http://a", false, false);
-    row("http://a", "ftp://a", false, false);
-    row("http://a", "data:text/plain,x", false, false);
-}
-
 void HttpTest::followsNoUnsafeRedirect()
 {
-    QFETCH(QString, from);
-    QFETCH(QString, to);
-    QFETCH(bool, plain);
-    QFETCH(bool, authorised);
     HttpRequest post;
     post.method = Method::post;
     HttpRequest token;
     token.headers = {{"authorization", "Bearer x"}};
-    QCOMPARE(HttpRequest().mayFollow(QUrl(from), QUrl(to)), plain);
-    QCOMPARE(post.mayFollow(QUrl(from), QUrl(to)), authorised);
-    QCOMPARE(token.mayFollow(QUrl(from), QUrl(to)), authorised);
-}
-
-void HttpTest::dropsWhatIsCancelled_data()
-{
-    QTest::addColumn<QString>("end");
-    for (const char* end : {"handle", "context", "client"}) {
-        QTest::newRow(end) << QString::fromLatin1(end);
+    struct Case {
+        const char* from;
+        const char* to;
+        bool isFollowed;
+        bool isFollowedWithSecrets;
+    };
+    for (const auto& [from, to, isFollowed, isFollowedWithSecrets] :
+         {Case{"http://a", "http://a/b", true, true}, Case{"https://a", "https://a/b", true, true},
+          Case{"http://a", "https://a", true, true}, Case{"https://a", "https://b", true, false},
+          Case{"http://a:1", "http://a:2", true, false}, Case{"https://a", "http://a", false, false},
+          Case{"http://a", "ftp://a", false, false}, Case{"http://a", "data:text/plain,x", false, false}}) {
+        const QUrl source(QString::fromLatin1(from));
+        const QUrl target(QString::fromLatin1(to));
+        QVERIFY2(HttpRequest().mayFollow(source, target) == isFollowed, to);
+        QVERIFY2(post.mayFollow(source, target) == isFollowedWithSecrets, to);
+        QVERIFY2(token.mayFollow(source, target) == isFollowedWithSecrets, to);
     }
 }
 
 void HttpTest::dropsWhatIsCancelled()
 {
-    QFETCH(QString, end);
     _server.answer("/held", {.body = "late", .manner = Manner::held});
     _server.answer("/other", {.body = "other"});
     _server.take();
-    auto client = std::make_unique<HttpClient>(_runLoop);
+    HttpClient client(_runLoop);
     auto context = std::make_unique<QObject>();
     QByteArrayList heard;
     const auto hear = [&](const HttpReply& reply) { heard << reply.body; };
-    auto call = client->send(request(QStringLiteral("/held")), context.get(), hear);
-    QTRY_COMPARE(_server.requestCount(), 1);
-    if (end == QStringLiteral("handle")) {
-        call.reset();
-    } else if (end == QStringLiteral("context")) {
-        context.reset();
-    } else {
-        client = std::make_unique<HttpClient>(_runLoop);
-    }
+    auto dropped = client.send(request(QStringLiteral("/held")), this, hear);
+    const auto orphaned = client.send(request(QStringLiteral("/held")), context.get(), hear);
+    QTRY_COMPARE(_server.requestCount(), 2);
     _server.release();
-    const auto other = client->send(request(QStringLiteral("/other")), this, hear);
+    dropped.reset();
+    context.reset();
+    const auto other = client.send(request(QStringLiteral("/other")), this, hear);
     QTRY_VERIFY(heard.contains("other"));
     QCOMPARE(heard.size(), 1);
 }

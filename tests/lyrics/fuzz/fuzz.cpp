@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    if (!Properties::holdForLrc(
+    if (!Properties::PELLAR_FUZZ_PROPERTY(
             QByteArray(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)))) {
         std::abort();
     }
