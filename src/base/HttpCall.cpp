@@ -12,7 +12,7 @@ constexpr int maximumRedirects = 5;
 // The two redirects that repeat a post; after the others the new address is got.
 constexpr int temporaryRedirect = 307;
 constexpr int permanentRedirect = 308;
-constexpr qint64 readBufferBytes = 256 * 1024;
+constexpr qint64 readBufferBytes = 262'144;
 
 QNetworkRequest networkRequest(const HttpRequest& request)
 {

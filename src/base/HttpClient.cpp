@@ -12,7 +12,7 @@ std::unique_ptr<HttpCall> HttpClient::send(HttpRequest request, QObject* context
     return std::make_unique<HttpCall>(
         _network, _runLoop, std::move(request),
         [guard = QPointer(context), completion = std::move(completion)](const HttpReply& reply) {
-            if (guard) {
+            if (!guard.isNull()) {
                 completion(reply);
             }
         });

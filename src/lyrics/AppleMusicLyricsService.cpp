@@ -16,7 +16,7 @@
 namespace {
 
 // Where the text that entities expand to is that much longer than the document, it is not to be read.
-constexpr unsigned long long entityThresholdBytes = 64 * 1024;
+constexpr unsigned long long entityThresholdBytes = 65'536;
 constexpr float maximumAmplification = 4;
 
 /// An element's or an attribute's name without its namespace prefix.

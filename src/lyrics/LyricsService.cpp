@@ -107,7 +107,7 @@ void LyricsService::lookUp(const LyricsRequest& request)
 {
     _lookup = std::make_unique<QObject>();
     _appleMusic(request, _lookup.get(), [this, lookup = QPointer(_lookup.get()), request](const auto& lines) {
-        if (!lookup) {
+        if (lookup.isNull()) {
             return;
         }
         if (!lines || lines->isEmpty()) {
