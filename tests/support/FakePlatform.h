@@ -38,6 +38,11 @@ class FakeWorkspace final : public Workspace
 
 public:
     bool isRunning(const QString& bundleId) const override { return running.contains(bundleId); }
+    QString artworkAddress(const QString& bundleId) const override
+    {
+        ++artworkQuestions;
+        return artworks.value(bundleId);
+    }
     bool open(const QUrl& url) override
     {
         opened.append(url.toString());
@@ -45,6 +50,8 @@ public:
     }
 
     QSet<QString> running;
+    QMap<QString, QString> artworks;
+    mutable int artworkQuestions = 0;
     QStringList opened;
 };
 

@@ -33,6 +33,13 @@ bool MprisWorkspace::isRunning(const QString& bundleId) const
     return role && _roster.player(*role) != nullptr;
 }
 
+QString MprisWorkspace::artworkAddress(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    const MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    return player == nullptr ? QString() : player->state().track.artworkUrl;
+}
+
 bool MprisWorkspace::open(const QUrl& url)
 {
     const auto role = roleWithScheme(url.scheme());

@@ -13,6 +13,7 @@ public:
     explicit MprisWorkspace(PlayerRoster& roster);
 
     bool isRunning(const QString& bundleId) const override;
+    QString artworkAddress(const QString& bundleId) const override;
 
     /// "music://" and "spotify://" bring the running player to the front; any other address, and that of a
     /// player that does not run, goes to the desktop.
