@@ -11,6 +11,8 @@
 #include "platform/StatusBar.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "prefs/ThemeManager.h"
 #include "ui/PillColors.h"
 #include "ui/PillModel.h"
 
@@ -51,7 +53,9 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                 .defaults = defaults,
                 .sources = AudioSourceManager::shared(),
                 .audio = AudioBridge::shared(),
-                .power = PowerModeManager::shared()})
+                .power = PowerModeManager::shared(),
+                .theme = ThemeManager::shared(),
+                .recentlyPlayed = RecentlyPlayedManager::shared()})
 {
 }
 
