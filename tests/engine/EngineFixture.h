@@ -27,7 +27,7 @@ public:
 
 /// An engine on a desktop of fakes. Players are set by what their status scripts reply.
 struct EngineFixture {
-    explicit EngineFixture(int sources = 7) : capture(new FakeCapture)
+    explicit EngineFixture(int sources = 7)
     {
         defaults.setObject(QStringLiteral("pellar.audio.sources"), qlonglong(sources));
         defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"), nobody);
@@ -41,8 +41,7 @@ struct EngineFixture {
                             track.source;
             }
         });
-        bridge =
-            std::make_unique<AudioBridge>(desktop.runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
+        bridge = std::make_unique<AudioBridge>(desktop.runLoop, defaults, std::move(unplugged));
         manager = std::make_unique<AudioSourceManager>(defaults, desktop.notifications, *bridge);
         power = std::make_unique<PowerModeManager>(defaults, desktop.power);
         service = std::make_unique<NowPlayingService>(
@@ -127,7 +126,8 @@ struct EngineFixture {
     LogFile log;
     FakePlatform desktop;
     MemoryDefaults defaults;
-    FakeCapture* capture;
+    std::unique_ptr<FakeCapture> unplugged = std::make_unique<FakeCapture>();
+    FakeCapture* capture = unplugged.get();
     std::unique_ptr<AudioBridge> bridge;
     std::unique_ptr<AudioSourceManager> manager;
     std::unique_ptr<PowerModeManager> power;
