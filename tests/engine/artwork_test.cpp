@@ -264,9 +264,11 @@ void ArtworkTest::loadsForSpotify()
     info[QStringLiteral("Name")] = QStringLiteral("Late");
     _engine->notifySpotify(info);
     QTRY_COMPARE(_server->requestCount(), 1);
+    QList<QColor> seen;
+    const auto watch = _engine->service->bindableArtwork().onValueChanged([&] { seen << shown(); });
     playMusic(QStringLiteral("Song|||Band|||Album"));
     _server->release();
-    QTRY_COMPARE(shown(), QColor(Qt::blue));
+    QTRY_COMPARE(seen, QList{QColor(Qt::blue)});
 }
 
 void ArtworkTest::doesNotHoldUpTheEnd()

@@ -62,7 +62,7 @@ void ThemeTest::average_data()
         stripes.setPixel(x, 1, 1);
     }
     QTest::newRow("palette") << stripes << QColor(128, 0, 128);
-    QImage large(4000, 4000, QImage::Format_RGB32);
+    QImage large(4200, 4200, QImage::Format_RGB32);
     large.fill(QColor(255, 254, 1));
     QTest::newRow("sums beyond 32 bits") << large << QColor(255, 254, 1);
 }
