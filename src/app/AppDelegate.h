@@ -1,6 +1,8 @@
 #pragma once
 
-#include "base/RunLoop.h"
+#include "app/AudioCaptureSupervision.h"
+#include "audio/AudioDeviceManager.h"
+#include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -30,8 +32,6 @@ public:
     void applicationDidFinishLaunching();
 
 private:
-    void startAudioCapture();
-    void applyPowerModeToAudioCapture();
     void setup();
     void bindPillVisibilityToStatusItem();
     void fillMenu(QMenu& menu);
@@ -40,8 +40,10 @@ private:
     UserDefaults& _defaults;
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
+    MediaKeys _mediaKeys;
+    AudioDeviceManager _audioManager;
     NowPlayingService _service;
-    std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
+    AudioCaptureSupervision _audioCapture;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;

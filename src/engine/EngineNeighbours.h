@@ -1,17 +1,15 @@
 #pragma once
 
-#include <functional>
+#include "audio/MediaKeys.h"
 
-/// The media keys that a command becomes when the source is whatever the computer sounds like. The values are
-/// the auxiliary-control key codes.
-enum class MediaKey { playPause = 16, next = 17, previous = 18 };
+#include <functional>
 
 /// What the engine tells the facilities around it. None of its decisions waits on them; an empty function is
 /// a facility that is not there.
 struct EngineNeighbours {
     /// Spotify has become the active player.
-    std::function<void()> refreshSpotifyQueue;
+    std::function<void()> refreshSpotifyQueue = {};
 
     /// Delivers a key to what makes the sound.
-    std::function<void(MediaKey key)> sendMediaKey;
+    std::function<void(MediaKeys::Key key)> sendMediaKey = {};
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RunningApplication.h"
+
 #include <QObject>
 #include <QUrl>
 
@@ -15,6 +17,9 @@ public:
     /// Where a running player says the cover of its current track is: a web address, a file's, or one that
     /// holds the image itself. Empty when the player says nothing of it.
     virtual QString artworkAddress(const QString& bundleId) const = 0;
+
+    /// The application that has the keyboard; none when none has.
+    virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
     /// Opens an address with what the desktop has for it. False when nothing could be started.
     virtual bool open(const QUrl& url) = 0;

@@ -51,7 +51,7 @@ struct Session {
                                             .power = power,
                                             .theme = theme,
                                             .recentlyPlayed = recentlyPlayed},
-            EngineNeighbours{.refreshSpotifyQueue = {}, .sendMediaKey = [this](MediaKey) { ++keys; }});
+            EngineNeighbours{.sendMediaKey = [this](MediaKeys::Key) { ++keys; }});
     }
 
     QString active() const { return playerName(service->activePlayer()); }

@@ -18,11 +18,15 @@ class FakeCapture final : public AudioCapture
     Q_OBJECT
 
 public:
-    void start() override { ++starts; }
-    void stop() override { ++stops; }
+    void start() override
+    {
+        ++starts;
+        isRunning = true;
+    }
+    void stop() override { isRunning = false; }
 
     int starts = 0;
-    int stops = 0;
+    bool isRunning = false;
 };
 
 /// An engine on a desktop of fakes. Players are set by what their status scripts reply.
@@ -53,7 +57,7 @@ struct EngineFixture {
                                             .theme = theme,
                                             .recentlyPlayed = recentlyPlayed},
             EngineNeighbours{.refreshSpotifyQueue = [this] { told << QStringLiteral("queue"); },
-                             .sendMediaKey = [this](MediaKey key) { keys << static_cast<int>(key); }});
+                             .sendMediaKey = [this](MediaKeys::Key key) { keys << static_cast<int>(key); }});
     }
 
     static QString bundle(Player player)

@@ -2,11 +2,13 @@
 
 #include "base/NotificationCenter.h"
 #include "platform/Automation.h"
+#include "platform/EventTaps.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/PowerState.h"
 #include "platform/ScriptRunner.h"
 #include "platform/StatusBar.h"
+#include "platform/SystemDefinedEvent.h"
 #include "platform/Workspace.h"
 #include "support/FakeAudioHardware.h"
 #include "support/ManualRunLoop.h"
@@ -43,6 +45,7 @@ public:
         ++artworkQuestions;
         return artworks.value(bundleId);
     }
+    std::optional<RunningApplication> frontmostApplication() const override { return front; }
     bool open(const QUrl& url) override
     {
         opened.append(url.toString());
@@ -53,6 +56,15 @@ public:
     QMap<QString, QString> artworks;
     mutable int artworkQuestions = 0;
     QStringList opened;
+    std::optional<RunningApplication> front;
+};
+
+class FakeEventTaps final : public EventTaps
+{
+public:
+    void post(const SystemDefinedEvent& event, Tap tap) override { posted.append({event, tap}); }
+
+    QList<std::pair<SystemDefinedEvent, Tap>> posted;
 };
 
 class FakePower final : public PowerState
@@ -102,6 +114,7 @@ struct FakePlatform {
     FakePasteboard pasteboard;
     FakeStatusBar statusBar;
     FakeAudioHardware audioHardware;
+    FakeEventTaps eventTaps;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -112,6 +125,7 @@ struct FakePlatform {
                    .pasteboard = pasteboard,
                    .statusBar = statusBar,
                    .audioHardware = audioHardware,
+                   .eventTaps = eventTaps,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };
