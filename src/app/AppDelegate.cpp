@@ -10,6 +10,8 @@
 #include "platform/StatusBar.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "prefs/ThemeManager.h"
 #include "ui/PillColors.h"
 #include "ui/PillModel.h"
 
@@ -50,7 +52,9 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                 .defaults = defaults,
                 .sources = AudioSourceManager::shared(),
                 .audio = AudioBridge::shared(),
-                .power = PowerModeManager::shared()},
+                .power = PowerModeManager::shared(),
+                .theme = ThemeManager::shared(),
+                .recentlyPlayed = RecentlyPlayedManager::shared()},
                {.sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
     , _audioCapture(platform, _service, AudioSourceManager::shared(), PowerModeManager::shared(),
                     AudioBridge::shared())

@@ -16,5 +16,7 @@ ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
           address(defaults, QStringLiteral("spotifyWebPlayer"), QStringLiteral("https://open.spotify.com")))
     , appleMusicWeb(
           address(defaults, QStringLiteral("appleMusicWeb"), QStringLiteral("https://music.apple.com")))
+    , artworkSearch(
+          address(defaults, QStringLiteral("artworkSearch"), QStringLiteral("https://itunes.apple.com")))
 {
 }

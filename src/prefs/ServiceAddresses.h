@@ -11,4 +11,5 @@ struct ServiceAddresses {
 
     QString spotifyWebPlayer;
     QString appleMusicWeb;
+    QString artworkSearch;
 };

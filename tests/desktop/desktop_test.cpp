@@ -1,4 +1,5 @@
 #include "support/Command.h"
+#include "support/LoopbackServices.h"
 #include "support/RealPlayer.h"
 #include "ui/PillLayout.h"
 
@@ -61,6 +62,7 @@ private:
 
 void DesktopTest::initTestCase()
 {
+    keepServicesToLoopback();
     QVERIFY(startProgram());
     _idle = pillPicture();
     QVERIFY2(_idle != QImage(_idle.size(), _idle.format()), "nothing is drawn");

@@ -40,6 +40,11 @@ class FakeWorkspace final : public Workspace
 
 public:
     bool isRunning(const QString& bundleId) const override { return running.contains(bundleId); }
+    QString artworkAddress(const QString& bundleId) const override
+    {
+        ++artworkQuestions;
+        return artworks.value(bundleId);
+    }
     std::optional<RunningApplication> frontmostApplication() const override { return front; }
     bool open(const QUrl& url) override
     {
@@ -48,6 +53,8 @@ public:
     }
 
     QSet<QString> running;
+    QMap<QString, QString> artworks;
+    mutable int artworkQuestions = 0;
     QStringList opened;
     std::optional<RunningApplication> front;
 };

@@ -1,0 +1,143 @@
+#include "base/HttpCall.h"
+
+#include "base/RunLoop.h"
+#include "base/WebAddress.h"
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+
+namespace {
+
+constexpr int maximumRedirects = 5;
+// The two redirects that repeat a post; after the others the new address is got.
+constexpr int temporaryRedirect = 307;
+constexpr int permanentRedirect = 308;
+constexpr qint64 readBufferBytes = 256 * 1024;
+
+QNetworkRequest networkRequest(const HttpRequest& request)
+{
+    QNetworkRequest result(request.url);
+    for (const auto& [name, value] : request.headers) {
+        result.setRawHeader(name, value);
+    }
+    result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    result.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+    result.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
+    result.setAttribute(QNetworkRequest::CacheSaveControlAttribute, false);
+    return result;
+}
+
+/// An answer such as "404 Not Found" is an error to Qt, too, but not to us.
+bool isWholeAnswer(const QNetworkReply& reply, int status)
+{
+    const auto error = reply.error();
+    const bool isOfStatus = status >= 400 && (error >= QNetworkReply::ContentAccessDenied ||
+                                              error == QNetworkReply::ProxyAuthenticationRequiredError);
+    return status >= 200 && (error == QNetworkReply::NoError || isOfStatus);
+}
+
+} // namespace
+
+HttpCall::HttpCall(QNetworkAccessManager& network, RunLoop& runLoop, HttpRequest request,
+                   Completion completion)
+    : _network(network)
+    , _request(std::move(request))
+    , _completion(std::move(completion))
+{
+    if (!isWebAddress(_request.url)) {
+        runLoop.after(0, this, [this] { fail(QStringLiteral("not a web address")); });
+        return;
+    }
+    start();
+    runLoop.after(_request.timeout, this,
+                  [this] { fail(QStringLiteral("no answer within %1 seconds").arg(_request.timeout)); });
+}
+
+HttpCall::~HttpCall()
+{
+    drop();
+}
+
+void HttpCall::start()
+{
+    const QNetworkRequest outgoing = networkRequest(_request);
+    const bool isPost = _request.method == HttpRequest::Method::post;
+    _reply = isPost ? _network.post(outgoing, _request.body) : _network.get(outgoing);
+    _reply->setReadBufferSize(readBufferBytes);
+    connect(_reply, &QNetworkReply::readyRead, this, &HttpCall::read);
+    connect(_reply, &QNetworkReply::finished, this, &HttpCall::readEnd);
+}
+
+void HttpCall::read()
+{
+    // No more than is wanted: a small answer may decompress to a huge one.
+    while (_body.size() <= _request.byteLimit) {
+        const QByteArray piece = _reply->read(_request.byteLimit + 1 - _body.size());
+        if (piece.isEmpty()) {
+            return;
+        }
+        _body += piece;
+    }
+    fail(QStringLiteral("more than %1 bytes").arg(_request.byteLimit));
+}
+
+void HttpCall::readEnd()
+{
+    read();
+    if (!_reply) {
+        return; // it was too long
+    }
+    const int status = _reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const QUrl target = _reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    if (!isWholeAnswer(*_reply, status)) {
+        fail(_reply->errorString());
+    } else if (target.isEmpty()) {
+        finish({.status = status, .body = _body, .failure = {}});
+    } else {
+        redirect(status, _request.url.resolved(target));
+    }
+}
+
+void HttpCall::redirect(int status, const QUrl& target)
+{
+    if (!_request.mayFollow(_request.url, target)) {
+        fail(QStringLiteral("redirected to %1").arg(target.toString(QUrl::RemoveUserInfo)));
+        return;
+    }
+    if (++_redirects > maximumRedirects) {
+        fail(QStringLiteral("redirected more than %1 times").arg(maximumRedirects));
+        return;
+    }
+    drop();
+    _body.clear();
+    _request.url = target;
+    if (status != temporaryRedirect && status != permanentRedirect) {
+        _request.method = HttpRequest::Method::get;
+    }
+    start();
+}
+
+void HttpCall::fail(const QString& failure)
+{
+    finish({.status = 0, .body = {}, .failure = failure});
+}
+
+void HttpCall::finish(const HttpReply& result)
+{
+    drop();
+    if (const Completion completion = std::exchange(_completion, {})) {
+        completion(result); // may have destroyed this call
+    }
+}
+
+void HttpCall::drop()
+{
+    if (QNetworkReply* const reply = _reply.data()) {
+        _reply.clear();
+        reply->disconnect(this);
+        reply->abort();
+        reply->deleteLater();
+    }
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "base/HttpReply.h"
+#include "base/HttpRequest.h"
+
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+
+class QNetworkAccessManager;
+class QNetworkReply;
+class RunLoop;
+
+/// One request under way. Destroying it cancels the request: nothing is delivered from then on.
+class HttpCall final : public QObject
+{
+public:
+    using Completion = std::function<void(const HttpReply&)>;
+
+    /// Sends at once. `completion` runs once, from the event loop of this thread and never inside this call;
+    /// it may destroy the call.
+    HttpCall(QNetworkAccessManager& network, RunLoop& runLoop, HttpRequest request, Completion completion);
+    ~HttpCall() override;
+    HttpCall(const HttpCall&) = delete;
+    HttpCall& operator=(const HttpCall&) = delete;
+
+private:
+    void start();
+    void read();
+    void readEnd();
+    void redirect(int status, const QUrl& target);
+    void fail(const QString& failure);
+    void finish(const HttpReply& result);
+    void drop();
+
+    QNetworkAccessManager& _network; ///< while there is a reply of it
+    HttpRequest _request;            ///< its address is that of the last redirect followed
+    Completion _completion;
+    QPointer<QNetworkReply> _reply; ///< belongs to the network manager
+    QByteArray _body;
+    int _redirects = 0; ///< followed so far
+};
