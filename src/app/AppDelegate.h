@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/ContextMenu.h"
 #include "base/RunLoop.h"
 #include "engine/NowPlayingService.h"
 
@@ -8,9 +9,12 @@
 #include <memory>
 
 class Appearance;
+class ClassicMenu;
+class PellarMenuPanel;
 class PillModel;
 class PillVisibilityManager;
 class QMenu;
+class QMouseEvent;
 class StatusHostingView;
 class StatusItem;
 class TrayIcon;
@@ -34,16 +38,21 @@ private:
     void applyPowerModeToAudioCapture();
     void setup();
     void bindPillVisibilityToStatusItem();
-    void fillMenu(QMenu& menu);
+    void buildMenu(ClassicMenu& menu) const;
+    void presentRightClickMenu(const QMouseEvent& event);
+    void presentGlassMenu();
 
     Platform& _platform;
     UserDefaults& _defaults;
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
     NowPlayingService _service;
+    ContextMenu _contextMenu;
     std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;
     std::unique_ptr<TrayIcon> _trayIcon;
+    std::unique_ptr<QMenu> _classicMenu;
+    std::unique_ptr<PellarMenuPanel> _liveMenuPanel; ///< while it exists
 };

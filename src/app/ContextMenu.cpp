@@ -1,0 +1,58 @@
+#include "app/ContextMenu.h"
+
+#include "audio/AudioSourceManager.h"
+#include "engine/NowPlayingService.h"
+#include "platform/Pasteboard.h"
+#include "prefs/MenuVisibilityManager.h"
+#include "prefs/PowerModeManager.h"
+#include "prefs/WidgetManager.h"
+#include "ui/menu/ContextMenuRows.h"
+
+#include <QCoreApplication>
+
+ContextMenu::ContextMenu(const Sources& sources) : _from(sources)
+{
+    NowPlayingService& service = _from.service;
+    commands.openInApp = [&service] { service.openInApp(); };
+    commands.copySongLink = [&service] { service.copySongLink(); };
+    commands.loveTrack = [&service] { service.loveCurrentTrack(); };
+    commands.dislikeTrack = [&service] { service.dislikeCurrentTrack(); };
+    commands.setSleepTimer = [&service](int minutes) { service.setSleepTimer(minutes); };
+    commands.cancelSleepTimer = [&service] { service.cancelSleepTimer(); };
+    commands.copyText = [this](const QString& text) { _from.pasteboard.setText(text); };
+    commands.setPowerMode = [this](PowerMode mode) { _from.power.setManualMode(mode); };
+    commands.toggleSource = [this](AudioSource source) { _from.audioSources.toggle(source); };
+    commands.quit = [] { QCoreApplication::quit(); };
+}
+
+std::vector<PellarMenuItem> ContextMenu::items() const
+{
+    return contextMenuRows(state(), commands);
+}
+
+ContextMenuState ContextMenu::state() const
+{
+    const MenuVisibilityManager& visibility = _from.visibility;
+    NowPlayingService& service = _from.service;
+    ContextMenuState state;
+    state.title = service.title();
+    state.artist = service.artist();
+    state.activePlayer = service.activePlayer();
+    state.supportsLove = service.supportsLoveAction();
+    state.supportsDislike = service.supportsDislikeAction();
+    state.sleepTimerRemaining = service.sleepTimerRemaining();
+    state.powerMode = _from.power.effectiveMode();
+    state.isSystemLowPower = _from.power.systemLowPowerEnabled();
+    state.enabledSources = _from.audioSources.enabledSources();
+    state.isWidgetShown = _from.widget.isEnabled();
+    state.showUpNext = visibility.showUpNext();
+    state.showReactions = visibility.showReactions();
+    state.showPowerMode = visibility.showPowerMode();
+    state.showAudioSources = visibility.showAudioSources();
+    state.showListeningStats = visibility.showListeningStats();
+    state.showRecentlyPlayed = visibility.showRecentlyPlayed();
+    if (state.showReactions) { // asking the player is not free
+        state.reaction = service.currentTrackReaction();
+    }
+    return state;
+}
