@@ -7,11 +7,11 @@
 
 namespace {
 
-/// In one line, and an ampersand is no mnemonic.
+/// Not too long, and an ampersand is no mnemonic.
 QString menuText(const QString& title, const QFontMetrics& metrics)
 {
     constexpr int width = 300;
-    return metrics.elidedText(title.simplified(), Qt::ElideRight, width).replace(u'&', QStringLiteral("&&"));
+    return metrics.elidedText(title, Qt::ElideRight, width).replace(u'&', QStringLiteral("&&"));
 }
 
 /// The colours of a menu on a desktop that says light or dark where the palette does not follow it.

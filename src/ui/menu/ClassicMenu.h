@@ -12,7 +12,7 @@ class ClassicMenu : public QMenu
 public:
     using QMenu::QMenu;
 
-    /// Replaces all rows. A title is shown in one line of some 300 points at most.
+    /// Replaces all rows. Of a title some 300 points are shown.
     void setItems(const std::vector<PellarMenuItem>& items, bool isDark);
 
 protected:

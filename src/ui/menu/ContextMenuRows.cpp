@@ -51,9 +51,10 @@ std::function<void()> with(const std::function<void(Value)>& command, const std:
     return command ? std::function<void()>([command, value] { command(value); }) : nullptr;
 }
 
+/// Names come from players and devices, and may hold line breaks.
 QString trackText(const QString& title, const QString& artist)
 {
-    return artist.isEmpty() ? title : QStringLiteral("%1 — %2").arg(title, artist);
+    return (artist.isEmpty() ? title : QStringLiteral("%1 — %2").arg(title, artist)).simplified();
 }
 
 /// As "14:07".
@@ -68,9 +69,9 @@ QString minutesAndSeconds(double seconds)
 
 Items RowBuilder::rows()
 {
-    add(Item::header(_state.title));
+    add(Item::header(_state.title.simplified()));
     if (!_state.artist.isEmpty()) {
-        add(Item::info(_state.artist));
+        add(Item::info(_state.artist.simplified()));
     }
     addSeparator();
     if (_state.title != QStringLiteral("Not Playing")) {
@@ -165,7 +166,7 @@ void RowBuilder::addOutputs()
 {
     Items devices;
     for (const ContextMenuState::Output& output : _state.outputs) {
-        devices.push_back(Item::toggle(output.name, output.id == _state.currentOutput,
+        devices.push_back(Item::toggle(output.name.simplified(), output.id == _state.currentOutput,
                                        with(_commands.setOutput, output.id)));
     }
     add(Item::submenu(tr("Audio Output"), std::move(devices)));
@@ -185,7 +186,8 @@ void RowBuilder::addListening()
         Item::separator(), Item::header(tr("Top Artists"))};
     for (qsizetype i = 0; i < std::min(limit, listening.topArtists.size()); ++i) {
         const auto& [name, time] = listening.topArtists[i];
-        rows.push_back(Item::info(QStringLiteral("  %1. %2 (%3)").arg(QString::number(i + 1), name, time)));
+        rows.push_back(
+            Item::info(QStringLiteral("  %1. %2 (%3)").arg(QString::number(i + 1), name.simplified(), time)));
     }
     add(Item::submenu(tr("Listening Stats"), std::move(rows)));
 }

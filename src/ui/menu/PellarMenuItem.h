@@ -14,7 +14,7 @@ struct PellarMenuItem {
     enum class Kind { header, info, action, toggle, submenu, separator };
 
     Kind kind = Kind::separator;
-    QString title;               ///< empty for a separator
+    QString title;               ///< one line; empty for a separator
     std::optional<QString> icon; ///< name of a symbol
     bool isOn = false;           ///< whether a toggle has its check mark
     QKeySequence keyEquivalent;  ///< chooses the row while the menu is open; empty for none
