@@ -7,7 +7,6 @@
 #include "audio/AudioSourceManager.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
-#include "platform/PowerState.h"
 #include "platform/StatusBar.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
@@ -19,12 +18,6 @@
 #include "ui/menu/PellarMenuPanel.h"
 
 #include <QMouseEvent>
-
-namespace {
-
-constexpr double audioRetryInterval = 30; // seconds
-
-} // namespace
 
 AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance)
     : _platform(platform)
@@ -42,47 +35,17 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                     .power = PowerModeManager::shared(),
                     .visibility = MenuVisibilityManager::shared(),
                     .widget = WidgetManager::shared()})
+    , _audioCapture(platform, _service, AudioSourceManager::shared(), PowerModeManager::shared(),
+                    AudioBridge::shared())
 {
 }
 
-AppDelegate::~AppDelegate()
-{
-    AudioBridge::shared().stop(); // it outlives the platform that it listens on
-}
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    startAudioCapture();
+    _audioCapture.startAudioCapture();
     setup();
-}
-
-/// Capture follows playback and the power mode. One that has failed, as for want of permission, is tried
-/// again while music plays.
-void AppDelegate::startAudioCapture()
-{
-    const auto applySoon = [this] {
-        _platform.runLoop.after(0, this, [this] { applyPowerModeToAudioCapture(); });
-    };
-    applySoon();
-    connect(&_service, &NowPlayingService::isPlayingChanged, this, applySoon);
-    connect(&_platform.power, &PowerState::changed, this, applySoon);
-    const PowerModeManager& power = PowerModeManager::shared();
-    connect(&power, &PowerModeManager::manualModeChanged, this, applySoon);
-    connect(&power, &PowerModeManager::settingsChanged, this, applySoon);
-    _audioRetryTimer = _platform.runLoop.every(audioRetryInterval, this, [this] {
-        if (_service.isPlaying()) {
-            applyPowerModeToAudioCapture();
-        }
-    });
-}
-
-void AppDelegate::applyPowerModeToAudioCapture()
-{
-    if (_service.isPlaying() && PowerModeManager::shared().audioCaptureAllowed()) {
-        AudioBridge::shared().start();
-    } else {
-        AudioBridge::shared().stop();
-    }
 }
 
 void AppDelegate::setup()

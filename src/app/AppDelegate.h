@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/AudioCaptureSupervision.h"
 #include "app/ContextMenu.h"
-#include "base/RunLoop.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -34,8 +34,6 @@ public:
     void applicationDidFinishLaunching();
 
 private:
-    void startAudioCapture();
-    void applyPowerModeToAudioCapture();
     void setup();
     void bindPillVisibilityToStatusItem();
     void buildMenu(ClassicMenu& menu) const;
@@ -48,7 +46,7 @@ private:
     PillVisibilityManager& _visibility;
     NowPlayingService _service;
     ContextMenu _contextMenu;
-    std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
+    AudioCaptureSupervision _audioCapture;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;

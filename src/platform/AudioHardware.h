@@ -77,7 +77,11 @@ public:
     virtual Created<AudioIOProcId> createIOProc(AudioObjectId device, AudioIOProc proc, void* clientData) = 0;
     virtual int destroyIOProc(AudioObjectId device, AudioIOProcId proc) = 0;
 
-    /// While it is started, a device goes on delivering, silence too.
+    /// Tells, on any thread, when the system begins and ceases to play what the device carries. One that is
+    /// not running delivers at most silence. Nothing is told once `stop` has returned; a device of which
+    /// nothing is ever told counts as running.
+    virtual void observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed) = 0;
+
     virtual int start(AudioObjectId device, AudioIOProcId proc) = 0;
     virtual int stop(AudioObjectId device, AudioIOProcId proc) = 0;
 };

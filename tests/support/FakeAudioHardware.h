@@ -43,6 +43,10 @@ public:
         return created("proc", AudioIOProcId{procId});
     }
     int destroyIOProc(AudioObjectId device, AudioIOProcId /*id*/) override { return note("-proc", device); }
+    void observeRunning(AudioObjectId /*device*/, std::function<void(bool)> changed) override
+    {
+        runningChanged = std::move(changed);
+    }
     int start(AudioObjectId device, AudioIOProcId /*id*/) override
     {
         note("start", device);
@@ -79,6 +83,7 @@ public:
     QVariantMap aggregate;
     AudioIOProc proc = nullptr;
     void* client = nullptr;
+    std::function<void(bool)> runningChanged;
     QStringList calls;
 
 private:

@@ -149,6 +149,13 @@ int PipewireAudioHardware::destroyIOProc(AudioObjectId device, AudioIOProcId pro
     return 0;
 }
 
+void PipewireAudioHardware::observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed)
+{
+    if (const auto found = _devices.find(device); found != _devices.end()) {
+        found->runningChanged = std::move(changed);
+    }
+}
+
 int PipewireAudioHardware::start(AudioObjectId device, AudioIOProcId proc)
 {
     const Device* const found = find(device, proc);
@@ -163,7 +170,7 @@ int PipewireAudioHardware::start(AudioObjectId device, AudioIOProcId proc)
     }
     const QList<AudioObjectId> excluded = _taps.value(found->tap).excludedProcesses;
     _startedDevice = device;
-    _slot->open(device, found->proc, found->clientData);
+    _slot->open(device, found->proc, found->clientData, found->runningChanged);
     _session->startCapture(QSet<AudioObjectId>(excluded.begin(), excluded.end()), _slot);
     return 0;
 }
