@@ -17,10 +17,13 @@ QString menuText(const QString& title, const QFontMetrics& metrics)
 /// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
 QPalette menuPalette(bool isDark)
 {
-    const QColor background = PillColors::forDesktop(isDark).background;
+    const PillColors colors = PillColors::forDesktop(isDark);
+    const QColor background = colors.background;
     QPalette palette(background, background);
     palette.setColor(QPalette::Base, background);
     palette.setColor(QPalette::Light, background); // no shine behind disabled rows
+    palette.setColor(QPalette::Disabled, QPalette::Text, colors.dimmedText);
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, colors.dimmedText);
     return palette;
 }
 

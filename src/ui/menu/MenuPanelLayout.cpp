@@ -15,7 +15,8 @@ constexpr double rowPadding = 8; // between a row's edges and what it shows
 constexpr double rowHeight = 26;
 constexpr double infoHeight = 22;
 constexpr double separatorHeight = 11;
-constexpr double indentWidth = 12; // of what is below a submenu
+constexpr double indentWidth = 14; // of the titles below a submenu
+constexpr double groupPadding = 4; // below the rows of an open submenu
 constexpr double checkWidth = 12;
 constexpr double symbolWidth = 15;
 constexpr double columnGap = 6;
@@ -46,16 +47,11 @@ double trailingWidth(const PellarMenuItem& item, const QFont& font)
                                               item.keyEquivalent.toString(QKeySequence::NativeText)));
 }
 
-bool hasChecks(const Items& items)
+/// Where titles without a symbol begin, from the left edge of their row; the column of check marks is left
+/// of it.
+double titleLeft(int level)
 {
-    return std::any_of(items.begin(), items.end(),
-                       [](const PellarMenuItem& item) { return item.kind == Kind::toggle; });
-}
-
-/// Where the titles of a list begin, from the left edge of its rows.
-double titleLeft(const Items& items, int level)
-{
-    return rowPadding + level * indentWidth + (hasChecks(items) ? checkWidth + columnGap : 0);
+    return rowPadding + checkWidth + columnGap + level * indentWidth;
 }
 
 double widestRow(const Items& items, int level, const QFont& font)
@@ -66,7 +62,7 @@ double widestRow(const Items& items, int level, const QFont& font)
     for (const PellarMenuItem& item : items) {
         const double trailing = trailingWidth(item, font);
         const double width =
-            titleLeft(items, level) + (item.icon ? symbolWidth + columnGap : 0) +
+            titleLeft(level) + (item.icon ? symbolWidth + columnGap : 0) +
             QFontMetricsF(item.kind == Kind::header ? bold : font).horizontalAdvance(item.title) +
             (trailing > 0 ? trailingGap + trailing : 0) + rowPadding;
         widest = std::max({widest, std::ceil(width) + 1, widestRow(item.items, level + 1, font)});
@@ -92,7 +88,7 @@ public:
             const QString number = QString::number(i);
             const QString key = parentKey.isEmpty() ? number : QStringLiteral("%1.%2").arg(parentKey, number);
             const bool isExpanded = items[i].kind == Kind::submenu && key == _expandedKey;
-            MenuPanelRow row = place(items[i], titleLeft(items, level), level);
+            MenuPanelRow row = place(items[i], titleLeft(level));
             row.key = key;
             row.parentKey = parentKey;
             row.isExpanded = isExpanded;
@@ -100,6 +96,8 @@ public:
             _layout.rows.append(row);
             if (isExpanded) {
                 add(items[i].items, level + 1, key);
+                _y += groupPadding;
+                _layout.expandedFrame = QRectF(row.frame.topLeft(), QPointF(row.frame.right(), _y));
             }
         }
     }
@@ -107,7 +105,7 @@ public:
     double bottom() const { return _y; }
 
 private:
-    MenuPanelRow place(const PellarMenuItem& item, double left, int level)
+    MenuPanelRow place(const PellarMenuItem& item, double left)
     {
         MenuPanelRow row;
         row.item = item;
@@ -117,7 +115,7 @@ private:
         const auto box = [height](double x, double width) {
             return QRectF(x, std::round((height - width) / 2), width, width);
         };
-        row.checkFrame = box(rowPadding + level * indentWidth, checkWidth);
+        row.checkFrame = box(left - columnGap - checkWidth, checkWidth);
         double right = _width - rowPadding;
         if (const double trailing = trailingWidth(item, _font); trailing > 0) {
             row.trailingFrame = QRectF(right - trailing, 0, trailing, height);

@@ -9,7 +9,8 @@
 /// The rows of the glass panel one below the other, those of the open submenu in line below theirs.
 struct MenuPanelLayout {
     QList<MenuPanelRow> rows;
-    QSizeF size; ///< of the list with its paddings, in points
+    QRectF expandedFrame; ///< around the open submenu and its rows; empty when none is open
+    QSizeF size;          ///< of the list with its paddings, in points
 
     /// The width is that of the widest row, be its submenu open or not, within limits. `font` is that of the
     /// titles; headings are bold.

@@ -16,6 +16,7 @@ class PellarMenuModel : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(QVariantList rows READ rows NOTIFY layoutChanged)
+    Q_PROPERTY(QRectF expandedFrame READ expandedFrame NOTIFY layoutChanged)
     Q_PROPERTY(QString hoveredKey READ hoveredKey NOTIFY hoveredKeyChanged)
     Q_PROPERTY(QString pressedKey READ pressedKey NOTIFY pressedKeyChanged)
     Q_PROPERTY(double scroll READ scroll NOTIFY scrollChanged)
@@ -31,6 +32,7 @@ public:
 
     const MenuPanelLayout& layout() const { return _layout; }
     QVariantList rows() const;
+    QRectF expandedFrame() const { return _layout.expandedFrame; }
     /// Keys of rows; empty for none.
     QString hoveredKey() const { return _hoveredKey; }
     QString pressedKey() const { return _pressedKey; }

@@ -9,53 +9,42 @@ Item {
     Accessible.role: Accessible.PopupMenu
     Accessible.name: qsTr("Pellar")
 
-    PanelShadow {
+    GlassPane {
         anchors.fill: parent
-        extent: root.menu.shadowExtent
+        colors: root.menu.colors.glass
+        shadowExtent: root.menu.shadowExtent
         radius: root.menu.cornerRadius
-        visible: extent > 0
-    }
-    Rectangle {
-        id: glass
-
-        anchors { fill: parent; margins: root.menu.shadowExtent }
-        radius: root.menu.cornerRadius
-        gradient: Gradient {
-            GradientStop { position: 0; color: root.menu.colors.top }
-            GradientStop { position: 1; color: root.menu.colors.bottom }
-        }
     }
     Item {
-        anchors { fill: glass; margins: 1 }
+        id: list
+
+        anchors { fill: parent; margins: root.menu.shadowExtent + 1 }
         clip: true
 
         Item {
             x: -1
             y: -1 - root.menu.scroll
 
+            Rectangle {
+                x: root.menu.expandedFrame.x
+                y: root.menu.expandedFrame.y
+                width: root.menu.expandedFrame.width
+                height: root.menu.expandedFrame.height
+                radius: 8
+                color: root.menu.colors.expanded
+                visible: height > 0
+            }
             Repeater {
                 model: root.menu.rows
                 delegate: MenuRow {}
             }
         }
     }
-    Rectangle {
-        anchors { fill: glass; margins: 1 }
-        radius: glass.radius - 1
-        color: "transparent"
-        border { width: 1; color: root.menu.colors.sheen }
-    }
-    Rectangle {
-        anchors.fill: glass
-        radius: glass.radius
-        color: "transparent"
-        border { width: 1; color: root.menu.colors.border }
-    }
     Rectangle { // how much of the list can be seen
-        readonly property real way: glass.height - 2 * glass.radius
+        readonly property real way: list.height - 2 * root.menu.cornerRadius
 
-        anchors { right: glass.right; rightMargin: 3 }
-        y: glass.y + glass.radius + (way - height) * root.menu.scrollShare
+        anchors { right: list.right; rightMargin: 2 }
+        y: list.y + root.menu.cornerRadius + (way - height) * root.menu.scrollShare
         width: 3
         height: way * root.menu.visibleShare
         radius: 1.5
@@ -85,11 +74,11 @@ Item {
             anchors.fill: parent
             radius: 8
             color: root.menu.pressedKey === row.modelData.key ? root.menu.colors.pressed
-                 : root.menu.hoveredKey === row.modelData.key ? root.menu.colors.hovered
-                 : row.modelData.isExpanded ? root.menu.colors.expanded : "transparent"
+                 : root.menu.hoveredKey === row.modelData.key ? root.menu.colors.hovered : "transparent"
         }
         Rectangle {
-            anchors { left: parent.left; right: parent.right; margins: 8 }
+            x: row.modelData.checkFrame.x
+            width: parent.width - x - 8
             y: Math.floor(parent.height / 2)
             height: 1
             color: root.menu.colors.separator
