@@ -29,8 +29,10 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                 .sources = AudioSourceManager::shared(),
                 .audio = AudioBridge::shared(),
                 .power = PowerModeManager::shared()})
+    , _audioManager(platform.audioHardware)
     , _contextMenu({.service = _service,
                     .pasteboard = platform.pasteboard,
+                    .audioDevices = _audioManager,
                     .audioSources = AudioSourceManager::shared(),
                     .power = PowerModeManager::shared(),
                     .visibility = MenuVisibilityManager::shared(),

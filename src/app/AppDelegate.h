@@ -2,6 +2,7 @@
 
 #include "app/AudioCaptureSupervision.h"
 #include "app/ContextMenu.h"
+#include "audio/AudioDeviceManager.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -45,6 +46,7 @@ private:
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
     NowPlayingService _service;
+    AudioDeviceManager _audioManager;
     ContextMenu _contextMenu;
     AudioCaptureSupervision _audioCapture;
     std::unique_ptr<PillModel> _pill;

@@ -1,5 +1,6 @@
 #include "app/ContextMenu.h"
 
+#include "audio/AudioDeviceManager.h"
 #include "audio/AudioSourceManager.h"
 #include "engine/NowPlayingService.h"
 #include "platform/Pasteboard.h"
@@ -19,6 +20,7 @@ ContextMenu::ContextMenu(const Sources& sources) : _from(sources)
     commands.dislikeTrack = [&service] { service.dislikeCurrentTrack(); };
     commands.setSleepTimer = [&service](int minutes) { service.setSleepTimer(minutes); };
     commands.cancelSleepTimer = [&service] { service.cancelSleepTimer(); };
+    commands.setOutput = [this](quint32 id) { _from.audioDevices.setOutput(id); };
     commands.copyText = [this](const QString& text) { _from.pasteboard.setText(text); };
     commands.setPowerMode = [this](PowerMode mode) { _from.power.setManualMode(mode); };
     commands.toggleSource = [this](AudioSource source) { _from.audioSources.toggle(source); };
@@ -41,6 +43,8 @@ ContextMenuState ContextMenu::state() const
     state.supportsLove = service.supportsLoveAction();
     state.supportsDislike = service.supportsDislikeAction();
     state.sleepTimerRemaining = service.sleepTimerRemaining();
+    state.outputs = _from.audioDevices.outputDevices();
+    state.currentOutput = _from.audioDevices.currentOutput();
     state.powerMode = _from.power.effectiveMode();
     state.isSystemLowPower = _from.power.systemLowPowerEnabled();
     state.enabledSources = _from.audioSources.enabledSources();

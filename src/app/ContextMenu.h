@@ -4,6 +4,7 @@
 #include "ui/menu/ContextMenuState.h"
 #include "ui/menu/PellarMenuItem.h"
 
+class AudioDeviceManager;
 class AudioSourceManager;
 class MenuVisibilityManager;
 class NowPlayingService;
@@ -20,6 +21,7 @@ public:
     struct Sources {
         NowPlayingService& service;
         Pasteboard& pasteboard;
+        AudioDeviceManager& audioDevices;
         AudioSourceManager& audioSources;
         PowerModeManager& power;
         MenuVisibilityManager& visibility;

@@ -35,7 +35,7 @@ struct ProcessTapDescription {
 };
 
 /// The system's audio devices and the taps on what processes play. Called on the main thread, which it never
-/// holds up. A status is 0 on success.
+/// holds up. A status is 0 on success; what cannot be read is none.
 class AudioHardware
 {
 public:
@@ -58,6 +58,19 @@ public:
 
     /// Asks for leave to capture. Calls back once, on any thread.
     virtual void requestAccess(std::function<void(bool isGranted)> completion) = 0;
+
+    /// Every device, in the system's order. None when that cannot be told.
+    virtual std::optional<QList<AudioObjectId>> devices() const = 0;
+
+    /// How many streams a device can play; 0 for one that only records.
+    virtual std::optional<int> outputStreamCount(AudioObjectId device) const = 0;
+    virtual std::optional<QString> deviceName(AudioObjectId device) const = 0;
+
+    virtual std::optional<AudioObjectId> defaultOutputDevice() const = 0;
+    virtual int setDefaultOutputDevice(AudioObjectId device) = 0;
+
+    /// Tells, on any thread, when a device has come or gone or another one has become the default.
+    virtual void observeDevices(std::function<void()> changed) = 0;
 
     /// Every process that can make sound, in a steady order.
     virtual QList<AudioObjectId> processObjects() const = 0;

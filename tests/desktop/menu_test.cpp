@@ -222,6 +222,11 @@ void MenuTest::rowsDoWhatTheySay()
     QTRY_VERIFY(settings().contains(
         QStringLiteral("<key>com.orvalen.pellar.power.manualMode</key><string>powerUser</string>")));
 
+    run(QStringLiteral("pactl"), {QStringLiteral("set-default-sink"), QStringLiteral("speakers")});
+    choose({QStringLiteral("Audio Output"), QStringLiteral("Headphones")});
+    QTRY_COMPARE(run(QStringLiteral("pactl"), {QStringLiteral("get-default-sink")}),
+                 QStringLiteral("headphones"));
+
     choose({QStringLiteral("Sleep Timer"), QStringLiteral("15 minutes")});
     open();
     click(*rowNamed(QStringLiteral("Sleep Timer")));

@@ -165,7 +165,7 @@ void RowBuilder::addSleepTimer()
 void RowBuilder::addOutputs()
 {
     Items devices;
-    for (const ContextMenuState::Output& output : _state.outputs) {
+    for (const AudioOutputDevice& output : _state.outputs) {
         devices.push_back(Item::toggle(output.name.simplified(), output.id == _state.currentOutput,
                                        with(_commands.setOutput, output.id)));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/AudioOutputDevice.h"
 #include "audio/AudioSources.h"
 #include "engine/Player.h"
 #include "engine/TrackReaction.h"
@@ -13,12 +14,6 @@
 
 /// Everything that the context menu shows, at the time it opens.
 struct ContextMenuState {
-    /// A device that can play sound.
-    struct Output {
-        quint32 id = 0;
-        QString name;
-    };
-
     /// The listening statistics; times as they are shown, "42m" or "2h 5m".
     struct Listening {
         struct Artist {
@@ -50,7 +45,7 @@ struct ContextMenuState {
 
     std::optional<double> sleepTimerRemaining; ///< seconds; none when no timer runs
 
-    QList<Output> outputs;
+    QList<AudioOutputDevice> outputs;
     quint32 currentOutput = 0; ///< 0 when it is not known
 
     std::optional<Listening> listening;               ///< none when nobody counts
