@@ -90,7 +90,6 @@ void StatusItem::place()
 void StatusItem::cutCorners()
 {
     if (_view != nullptr) {
-        _view->setMask(_bar.isComposited() ? QRegion()
-                                           : roundedRegion(QRect(QPoint(), _view->size()), _cornerRadius));
+        _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(_view->size(), _cornerRadius));
     }
 }

@@ -49,7 +49,7 @@ void GlassPane::paint(QPainter* painter)
 void GlassPane::paintShadow(QPainter& painter, const QRectF& pane, double paneRadius) const
 {
     constexpr double drop = 0.2;      // how much lower the shadow lies, as a share of the extent
-    constexpr double darkness = 0.34; // at the pane's edge
+    constexpr double darkness = 0.26; // at the pane's edge
     painter.save();
     QPainterPath around;
     around.addRect(boundingRect());

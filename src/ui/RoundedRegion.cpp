@@ -3,14 +3,14 @@
 #include <QBitmap>
 #include <QPainter>
 
-QRegion roundedRegion(const QRect& frame, double radius)
+QRegion roundedRegion(QSize size, double radius)
 {
-    QBitmap shape(frame.size());
+    QBitmap shape(size);
     shape.fill(Qt::color0);
     QPainter painter(&shape);
     painter.setPen(Qt::NoPen);
     painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRectF(QPointF(), frame.size()), radius, radius);
+    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
     painter.end();
-    return QRegion(shape).translated(frame.topLeft());
+    return QRegion(shape);
 }

@@ -3,4 +3,4 @@
 #include <QRegion>
 
 /// The pixels of a rectangle with round corners, for windows that are not blended with what is below them.
-QRegion roundedRegion(const QRect& frame, double radius);
+QRegion roundedRegion(QSize size, double radius);

@@ -15,7 +15,8 @@ struct MenuFixture {
         state.supportsDislike = true;
         state.upNext = {{QStringLiteral("Tide"), QStringLiteral("Shore"), 7},
                         {QStringLiteral("Solo"), {}, 8}};
-        state.outputs = {{41, QStringLiteral("Speakers"), QString()}, {52, QStringLiteral("Headphones"), QString()}};
+        state.outputs = {{41, QStringLiteral("Speakers"), QString()},
+                         {52, QStringLiteral("Headphones"), QString()}};
         state.currentOutput = 52;
         state.listening = {QStringLiteral("42m"),
                            QStringLiteral("2h 5m"),

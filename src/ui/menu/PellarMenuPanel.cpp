@@ -188,9 +188,8 @@ void PellarMenuPanel::setFrame(const MenuPanelFrame& frame)
                       std::max(1, static_cast<int>(std::lround(frame.rect.height()))));
     _view->setGeometry(panel.adjusted(-margin, -margin, margin, margin));
     _view->setOpacity(frame.opacity);
-    _view->setMask(_desktop.bar.isComposited()
-                       ? QRegion()
-                       : roundedRegion(QRect(QPoint(), panel.size()), _model->cornerRadius()));
+    _view->setMask(_desktop.bar.isComposited() ? QRegion()
+                                               : roundedRegion(panel.size(), _model->cornerRadius()));
 }
 
 void PellarMenuPanel::resize()
