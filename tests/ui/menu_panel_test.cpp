@@ -5,6 +5,7 @@
 #include "ui/menu/PellarMenuModel.h"
 #include "ui/menu/PellarMenuPanel.h"
 
+#include <QApplication>
 #include <QQuickView>
 #include <QScreen>
 #include <QTest>
@@ -246,16 +247,21 @@ void MenuPanelTest::scrolls()
 {
     PellarMenuModel model(MenuFixture().rows());
     model.setVisibleHeight(120);
-    QVERIFY(model.pressKey(Qt::Key_Up));
-    const double end = model.layout().size.height() - 120;
-    const MenuPanelRow& last = model.layout().rows.last();
-    QVERIFY(last.frame.bottom() - model.scroll() <= 120 && model.scroll() <= end);
-    model.scrollBy(1000);
-    QCOMPARE(model.scroll(), end);
-    model.hover(last.frame.center() - QPointF(0, end));
-    QCOMPARE(model.hoveredKey(), last.key);
+    model.pressKey(Qt::Key_Up);
+    const auto end = [&model] { return model.layout().size.height() - 120; };
+    QCOMPARE(model.scroll(), end());
+    model.hover(model.layout().rows.last().frame.center() - QPointF(0, end()));
+    QCOMPARE(model.hoveredKey(), model.layout().rows.last().key);
     model.hover(QPointF(50, 130)); // below what can be seen
     QVERIFY(model.hoveredKey().isEmpty());
+
+    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Up, Qt::Key_Up, Qt::Key_Return}) {
+        model.pressKey(key);
+    }
+    const QRectF sources = model.layout().expandedFrame.translated(0, -model.scroll());
+    QVERIFY(sources.top() >= 0 && sources.top() < 30 && sources.bottom() > 100);
+    model.scrollBy(1000);
+    QCOMPARE(model.scroll(), end());
     model.scrollBy(-1000);
     QCOMPARE(model.scroll(), 0.0);
 }
@@ -290,7 +296,7 @@ Q_IMPORT_QML_PLUGIN(PellarPlugin)
 int main(int argc, char** argv)
 {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QGuiApplication application(argc, argv);
+    QApplication application(argc, argv);
     MenuPanelTest test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -159,9 +159,11 @@ void PellarMenuModel::expand(const QString& key)
 {
     _expandedKey = key;
     updateLayout();
+    if (!_layout.expandedFrame.isEmpty()) {
+        reveal(_layout.expandedFrame);
+    }
 }
 
-/// Hovers the next row, and scrolls until the whole of it can be seen.
 void PellarMenuModel::step(const QString& from, int direction)
 {
     const MenuPanelRow* const row = _layout.neighbour(from, direction);
@@ -169,7 +171,7 @@ void PellarMenuModel::step(const QString& from, int direction)
         return;
     }
     _hoveredKey = row->key;
-    scrollTo(std::clamp<double>(_scroll, row->frame.bottom() - _visibleHeight, row->frame.top()));
+    reveal(row->frame);
 }
 
 void PellarMenuModel::openHovered()
@@ -212,6 +214,13 @@ bool PellarMenuModel::pressKeyEquivalent(QKeyCombination combination)
     }
     choose(row->key);
     return true;
+}
+
+/// Scrolls until a part of the list can be seen with a little room around it, or as much of it as fits.
+void PellarMenuModel::reveal(const QRectF& part)
+{
+    const double room = _layout.rows.first().frame.top();
+    scrollTo(std::min(part.top() - room, std::max<double>(_scroll, part.bottom() + room - _visibleHeight)));
 }
 
 void PellarMenuModel::scrollTo(double scroll)

@@ -86,6 +86,7 @@ private:
     void openHovered();
     void closeHovered();
     bool pressKeyEquivalent(QKeyCombination combination);
+    void reveal(const QRectF& part);
     void scrollTo(double scroll);
 
     std::vector<PellarMenuItem> _items;
