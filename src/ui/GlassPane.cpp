@@ -57,7 +57,7 @@ void GlassPane::paintShadow(QPainter& painter, const QRectF& pane, double paneRa
     painter.setPen(Qt::NoPen);
     const double reach = _shadowExtent * (1 - drop);
     const QRectF source = pane.translated(0, _shadowExtent * drop);
-    for (double grown = 0; grown < reach; ++grown) {
+    for (int grown = 0; grown < reach; ++grown) {
         const double share = 1 - grown / reach;
         // The opacities of the layers add up to the darkness, most of it close to the pane.
         QColor ink(0, 0, 0);
