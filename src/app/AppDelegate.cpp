@@ -24,12 +24,14 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
     , _defaults(defaults)
     , _appearance(appearance)
     , _visibility(PillVisibilityManager::shared())
+    , _mediaKeys(platform)
+    , _audioManager(platform.audioHardware)
     , _service({.platform = platform,
                 .defaults = defaults,
                 .sources = AudioSourceManager::shared(),
                 .audio = AudioBridge::shared(),
-                .power = PowerModeManager::shared()})
-    , _audioManager(platform.audioHardware)
+                .power = PowerModeManager::shared()},
+               {.sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
     , _contextMenu({.service = _service,
                     .pasteboard = platform.pasteboard,
                     .audioDevices = _audioManager,

@@ -3,6 +3,7 @@
 #include "app/AudioCaptureSupervision.h"
 #include "app/ContextMenu.h"
 #include "audio/AudioDeviceManager.h"
+#include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -45,8 +46,9 @@ private:
     UserDefaults& _defaults;
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
-    NowPlayingService _service;
+    MediaKeys _mediaKeys;
     AudioDeviceManager _audioManager;
+    NowPlayingService _service;
     ContextMenu _contextMenu;
     AudioCaptureSupervision _audioCapture;
     std::unique_ptr<PillModel> _pill;

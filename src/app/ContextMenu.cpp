@@ -17,6 +17,13 @@ ContextMenu::ContextMenu(const Sources& sources) : _from(sources)
     commands.openInApp = [&service] { service.openInApp(); };
     commands.copySongLink = [&service] { service.copySongLink(); };
     commands.loveTrack = [&service] { service.loveCurrentTrack(); };
+    commands.unloveTrack = [&service] {
+        service.runScriptIfMusic(QStringLiteral("set loved of current track to false"));
+    };
+    commands.undislikeTrack = [&service] {
+        service.runScriptIfMusic(QStringLiteral("set disliked of current track to false"));
+    };
+    commands.playUpNextTrack = [&service](qint64 index) { service.playUpNextTrack(index); };
     commands.dislikeTrack = [&service] { service.dislikeCurrentTrack(); };
     commands.setSleepTimer = [&service](int minutes) { service.setSleepTimer(minutes); };
     commands.cancelSleepTimer = [&service] { service.cancelSleepTimer(); };
@@ -55,8 +62,12 @@ ContextMenuState ContextMenu::state() const
     state.showAudioSources = visibility.showAudioSources();
     state.showListeningStats = visibility.showListeningStats();
     state.showRecentlyPlayed = visibility.showRecentlyPlayed();
-    if (state.showReactions) { // asking the player is not free
+    // Asking the player is not free: only for what is shown.
+    if (state.showReactions) {
         state.reaction = service.currentTrackReaction();
+    }
+    if (state.showUpNext && state.activePlayer == Player::appleMusic) {
+        state.upNext = service.upNextTracks();
     }
     return state;
 }
