@@ -4,10 +4,9 @@
 #include "app/StatusItemPlacement.h"
 #include "platform/StatusBar.h"
 #include "platform/UserDefaults.h"
+#include "ui/RoundedRegion.h"
 
-#include <QBitmap>
 #include <QGuiApplication>
-#include <QPainter>
 #include <QScreen>
 
 #include <cmath>
@@ -15,18 +14,6 @@
 namespace {
 
 constexpr double initialRightInset = 240; // points; left of where panels keep their clock and icons
-
-QRegion roundedRegion(QSize size, double radius)
-{
-    QBitmap shape(size);
-    shape.fill(Qt::color0);
-    QPainter painter(&shape);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
-    painter.end();
-    return QRegion(shape);
-}
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "ui/Symbol.h"
 
+#include "ui/menu/MenuSymbols.h"
+
 #include <QTransform>
 
 namespace {
@@ -45,7 +47,7 @@ QPainterPath unitOutline(const QString& name)
     if (name == QStringLiteral("backward.fill")) {
         return QTransform(-1, 0, 0, 1, 1, 0).map(forward());
     }
-    return {};
+    return menuSymbol(name);
 }
 
 } // namespace
