@@ -1,6 +1,7 @@
 #pragma once
 
 #include "audio/MediaKeys.h"
+#include "engine/UpNextTrack.h"
 
 #include <functional>
 
@@ -9,6 +10,9 @@
 struct EngineNeighbours {
     /// Spotify has become the active player.
     std::function<void()> refreshSpotifyQueue = {};
+
+    /// The queue as the Spotify account last told it.
+    std::function<QList<UpNextTrack>()> cachedSpotifyQueue = {};
 
     /// Delivers a key to what makes the sound.
     std::function<void(MediaKeys::Key key)> sendMediaKey = {};
