@@ -41,6 +41,7 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                     .audioDevices = _audioManager,
                     .audioSources = AudioSourceManager::shared(),
                     .power = PowerModeManager::shared(),
+                    .recentlyPlayed = RecentlyPlayedManager::shared(),
                     .visibility = MenuVisibilityManager::shared(),
                     .widget = WidgetManager::shared()})
     , _audioCapture(platform, _service, AudioSourceManager::shared(), PowerModeManager::shared(),

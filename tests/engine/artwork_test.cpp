@@ -5,10 +5,7 @@
 
 #include <QBuffer>
 #include <QElapsedTimer>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <sys/stat.h>
 
 namespace {
 
@@ -50,7 +47,6 @@ private Q_SLOTS:
     void prefersThePlayersCover();
     void triesAgainAfterFailure();
     void loadsForSpotify();
-    void discardsLateCover_data();
     void discardsLateCover();
     void doesNotHoldUpTheEnd();
 
@@ -147,31 +143,18 @@ void ArtworkTest::loads_data()
         return QString(QStringLiteral("data:image/any;base64,") + QString::fromLatin1(content.toBase64()));
     };
     row("wide", data(picture(Qt::red, {2400, 1200}, "jpg")), {600, 300});
-    row("a line", data(picture(Qt::red, {6000, 1})), {600, 1});
-    row("on its side", data(turnedPicture({40, 20})), {20, 40});
     row("large, on its side", data(turnedPicture({1200, 800})), {400, 600});
     row("too large", data(picture(Qt::black, {5000, 5000}, "png", QImage::Format_Mono)));
     row("cut short", data(picture(Qt::red, {300, 300}).left(200)));
-    row("no image", QStringLiteral("data:,<html>"));
     row("percent-encoded data",
         u"data:image/png," + QString::fromLatin1(picture(Qt::red).toPercentEncoding()), {8, 8});
-    row("no data", QStringLiteral("data:image/png;base64"));
-    row("file", QStringLiteral("file://@/a b%23.png"), {8, 8});
-    row("folder", QStringLiteral("file://@"));
-    row("pipe", QStringLiteral("file://@/pipe"));
     row("device", QStringLiteral("file:///dev/zero"));
-    row("no address", QStringLiteral("cover"));
 }
 
 void ArtworkTest::loads()
 {
     QFETCH(QString, address);
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("a b#.png")));
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(picture(Qt::red)) > 0);
-    file.close();
-    QCOMPARE(mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("pipe"))).constData(), S_IRUSR), 0);
-    QTEST(loadArtwork(address.replace(u'@', folder.path()), {}).size(), "size");
+    QTEST(loadArtwork(address, {}).size(), "size");
 }
 
 void ArtworkTest::searchesForMusic()
@@ -192,25 +175,20 @@ void ArtworkTest::searchesForMusic()
 
 void ArtworkTest::prefersThePlayersCover()
 {
-    QString& cover = _engine->desktop.workspace.artworks[BundleId::music];
-    cover = _server->address() + QStringLiteral("/green");
-    playMusic(QStringLiteral("Song|||Band|||Album"));
-    QTRY_COMPARE(shown(), QColor(Qt::green));
-    QCOMPARE(requested(), QByteArrayList{"/green"});
-
-    cover = _server->address() + QStringLiteral("/gone");
-    playMusic(QStringLiteral("Song|||Band|||Album"));
-    QTRY_COMPARE(shown(), QColor(Qt::blue));
+    for (const auto& [path, color] : {std::pair(u"/green", Qt::green), std::pair(u"/gone", Qt::blue)}) {
+        _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + path);
+        playMusic(QStringLiteral("Song|||Band|||Album"));
+        QTRY_COMPARE(shown(), QColor(color));
+    }
 }
 
 void ArtworkTest::triesAgainAfterFailure()
 {
-    _server->answer("/search", {.status = 503, .body = "busy"});
+    _server->answer("/600x600/a-600x600.png", {.body = "<html>"});
     playMusic(QStringLiteral("Song|||Band|||Album"));
-    QTRY_COMPARE(_server->requestCount(), 1);
-    _server->answer("/search", {.body = R"({"results": [{"artworkUrl100": ")" +
-                                        _server->address().toLatin1() + R"(/green"}]})"});
-    QTRY_COMPARE((_engine->service->refresh(), shown()), QColor(Qt::green));
+    QTRY_COMPARE(_server->requestCount(), 2);
+    _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
+    QTRY_COMPARE((_engine->service->refresh(), shown()), QColor(Qt::blue));
 }
 
 void ArtworkTest::loadsForSpotify()
@@ -224,31 +202,23 @@ void ArtworkTest::loadsForSpotify()
     QTRY_COMPARE(_server->requestCount(), 2);
 }
 
-void ArtworkTest::discardsLateCover_data()
-{
-    QTest::addColumn<Player>("player");
-    QTest::newRow("of another track") << Player::appleMusic;
-    QTest::newRow("of another player") << Player::spotify;
-}
-
+/// First one of another player, then one of another track.
 void ArtworkTest::discardsLateCover()
 {
-    QFETCH(Player, player);
     _server->answer("/green", {.body = picture(Qt::green), .manner = Manner::held});
-    const QString cover = _server->address() + QStringLiteral("/green");
-    if (player == Player::appleMusic) {
-        _engine->desktop.workspace.artworks.insert(BundleId::music, cover);
-        playMusic(QStringLiteral("Song|||Band|||Album"));
-        _engine->desktop.workspace.artworks.clear();
-    } else {
-        _engine->start();
-        notifySpotify(QStringLiteral("Wave"));
-    }
-    QTRY_COMPARE(_server->requestCount(), 1);
+    _engine->start();
     QList<QColor> seen;
     const auto watch = _engine->service->bindableArtwork().onValueChanged([&] { seen << shown(); });
+    notifySpotify(QStringLiteral("Wave"));
+    _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + u"/green");
+    _engine->setState(Player::spotify, QStringLiteral("off"));
+    playMusic(QStringLiteral("Song|||Band|||Album"));
+    _engine->desktop.workspace.artworks.clear();
     playMusic(QStringLiteral("Other|||Band|||Album"));
-    _server->release();
+    for (int late = 1; late <= 2; ++late) {
+        QTRY_COMPARE(_server->requestCount(), late);
+        _server->release();
+    }
     QTRY_COMPARE(seen, QList{QColor(Qt::blue)});
 }
 
