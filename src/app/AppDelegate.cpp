@@ -11,6 +11,7 @@
 #include "platform/StatusBar.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/ThemeManager.h"
 #include "ui/PillColors.h"
 #include "ui/PillModel.h"
 
@@ -101,7 +102,15 @@ void AppDelegate::setup()
     _statusItem =
         std::make_unique<StatusItem>(_platform.statusBar, _defaults, QStringLiteral("PellarPlayer"), width);
 
-    _pill = std::make_unique<PillModel>(_service, _visibility, _appearance, _platform.statusBar.thickness());
+    const PillModel::Dependencies shown{.service = _service,
+                                        .visibility = _visibility,
+                                        .theme = ThemeManager::shared(),
+                                        .power = PowerModeManager::shared(),
+                                        .audio = AudioBridge::shared(),
+                                        .appearance = _appearance,
+                                        .runLoop = _platform.runLoop,
+                                        .notifications = _platform.notifications};
+    _pill = std::make_unique<PillModel>(shown, _platform.statusBar.thickness());
     _hosting = std::make_unique<StatusHostingView>();
     _hosting->setTitle(QStringLiteral("Pellar"));
     _hosting->setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(_pill.get())}});
@@ -112,7 +121,7 @@ void AppDelegate::setup()
         return menu;
     };
 
-    _statusItem->setCornerRadius(_pill->cornerRadius());
+    _statusItem->setCornerRadius(_pill->layout().cornerRadius);
     _statusItem->setView(_hosting.get());
     bindPillVisibilityToStatusItem();
 

@@ -11,6 +11,7 @@ const QString modeKey = QStringLiteral("pellar.theme.mode");
 ThemeManager::ThemeManager(UserDefaults& defaults) : _defaults(defaults)
 {
     _mode = themeWithRawValue(defaults.string(modeKey).value_or(QString())).value_or(PellarTheme::albumArt);
+    _tint.setBinding([this] { return staticTint(_mode); });
 }
 
 ThemeManager& ThemeManager::shared()
