@@ -32,7 +32,7 @@ double luminance(const QColor& colour)
 
 double contrast(const QColor& a, const QColor& b)
 {
-    const auto [darker, brighter] = std::minmax(luminance(a), luminance(b));
+    const auto [darker, brighter] = std::minmax({luminance(a), luminance(b)});
     return (brighter + 0.05) / (darker + 0.05);
 }
 

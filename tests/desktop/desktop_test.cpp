@@ -179,7 +179,8 @@ void DesktopTest::clearsWhenPlayerIsKilled()
 {
     QVERIFY(pillPicture() != _idle);
     _mpv.kill();
-    QTRY_COMPARE_WITH_TIMEOUT(pillPicture(), _idle, 1000);
+    QTRY_COMPARE_WITH_TIMEOUT(part(_layout.title), _idle.copy(_layout.title.toAlignedRect()), 1000);
+    QTRY_COMPARE_WITH_TIMEOUT(pillPicture(), _idle, 3000); // the meter has to come down
 }
 
 void DesktopTest::isDraggedAndRemembersIt()
