@@ -51,6 +51,7 @@ void StatusItem::setView(StatusHostingView* view)
     _bar.adopt(*_view);
     followScreen(QGuiApplication::primaryScreen());
     _view->show();
+    place();
 }
 
 void StatusItem::setLength(double length)
@@ -94,7 +95,7 @@ void StatusItem::place()
     }
     const QSize size(static_cast<int>(std::lround(_length)), _bar.thickness());
     const bool isResized = _view->size() != size;
-    _view->setGeometry(StatusItemPlacement::frame(_view->screen()->geometry(), size, _rightInset));
+    _bar.place(*_view, StatusItemPlacement::frame(_view->screen()->geometry(), size, _rightInset));
     if (isResized) {
         cutCorners();
     }
