@@ -13,6 +13,7 @@ namespace {
 
 constexpr int scrollRate = 30;       // frames per second: a point each
 constexpr double fadeWidth = 8;      // points
+constexpr int smallestSize = 9;      // pixels, of text that is shrunk
 constexpr double longestText = 3000; // points; players say anything
 
 /// Lets a side of what is painted vanish towards the edge; `strength` 0 leaves it.
@@ -33,6 +34,7 @@ MarqueeText::MarqueeText(QQuickItem* parent) : PixelItem(parent)
 {
     connect(this, &MarqueeText::textChanged, this, &MarqueeText::relayout);
     connect(this, &MarqueeText::fontChanged, this, &MarqueeText::relayout);
+    connect(this, &MarqueeText::isShrunkToFitChanged, this, &MarqueeText::relayout);
     connect(this, &MarqueeText::isActiveChanged, this, &MarqueeText::restart);
     connect(this, &MarqueeText::colorChanged, this, [this] {
         _label = QImage();
@@ -58,7 +60,7 @@ void MarqueeText::setClock(FrameClock* clock)
 void MarqueeText::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
 {
     PixelItem::geometryChange(newGeometry, oldGeometry);
-    follow();
+    relayout();
 }
 
 void MarqueeText::itemChange(ItemChange change, const ItemChangeData& data)
@@ -71,9 +73,13 @@ void MarqueeText::itemChange(ItemChange change, const ItemChangeData& data)
 
 void MarqueeText::relayout()
 {
-    const QFontMetricsF metrics(font());
-    _line = metrics.elidedText(text().simplified(), Qt::ElideRight, longestText);
-    _textWidth = metrics.horizontalAdvance(_line);
+    _lineFont = font();
+    _line = QFontMetricsF(_lineFont).elidedText(text().simplified(), Qt::ElideRight, longestText);
+    _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
+    while (isShrunkToFit() && _textWidth > width() && _lineFont.pixelSize() > smallestSize) {
+        _lineFont.setPixelSize(_lineFont.pixelSize() - 1);
+        _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
+    }
     _label = QImage();
     restart();
 }
@@ -120,9 +126,9 @@ QImage MarqueeText::drawnLabel(int height, double scale) const
     label.fill(Qt::transparent);
     QPainter painter(&label);
     painter.setPen(color());
-    painter.setFont(font());
+    painter.setFont(_lineFont);
     painter.scale(scale, scale);
-    const QFontMetricsF metrics(font());
+    const QFontMetricsF metrics(_lineFont);
     const double baseline = (height / scale - metrics.capHeight()) / 2 + metrics.capHeight();
     painter.drawText(QPointF(0, std::round(baseline * scale) / scale), _line);
     return label;

@@ -17,6 +17,7 @@ class MarqueeText : public PixelItem
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(bool isActive READ isActive WRITE setActive NOTIFY isActiveChanged)
+    Q_PROPERTY(bool isShrunkToFit READ isShrunkToFit WRITE setShrunkToFit NOTIFY isShrunkToFitChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
@@ -29,6 +30,9 @@ public:
     void setText(const QString& text) { _text = text; }
     bool isActive() const { return _isActive; }
     void setActive(bool isActive) { _isActive = isActive; }
+    /// Whether text that is a little too long is set in a smaller size instead.
+    bool isShrunkToFit() const { return _isShrunkToFit; }
+    void setShrunkToFit(bool shrunk) { _isShrunkToFit = shrunk; }
     QColor color() const { return _color; }
     void setColor(const QColor& color) { _color = color; }
     QFont font() const { return _font; }
@@ -39,6 +43,7 @@ public:
 Q_SIGNALS:
     void textChanged();
     void isActiveChanged();
+    void isShrunkToFitChanged();
     void colorChanged();
     void fontChanged();
     void clockChanged();
@@ -58,6 +63,7 @@ private:
     QImage drawnLabel(int height, double scale) const;
 
     QString _line; ///< the text as it is drawn
+    QFont _lineFont;
     double _textWidth = 0;
     Date _startTime;
     double _drawnOffset = 0; ///< pixels
@@ -65,6 +71,8 @@ private:
     QPointer<FrameClock> _clock;
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QString, _text, &MarqueeText::textChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isActive, false, &MarqueeText::isActiveChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isShrunkToFit, false,
+                                         &MarqueeText::isShrunkToFitChanged)
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QColor, _color, &MarqueeText::colorChanged)
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QFont, _font, &MarqueeText::fontChanged)
 };

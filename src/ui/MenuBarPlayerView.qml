@@ -108,6 +108,7 @@ Item {
             anchors.fill: parent
             text: root.pill.title
             isActive: root.pill.isTitleActive
+            isShrunkToFit: root.pill.isIdle
             clock: root.pill.clock
             color: root.pill.isIdle ? root.colors.dimmedText : root.colors.text
             font { pixelSize: 12; weight: Font.Medium }

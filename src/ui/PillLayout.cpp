@@ -10,11 +10,13 @@ namespace {
 constexpr double rowPadding = 8;
 constexpr double artCell = 18;
 constexpr double artSide = 16;
+constexpr double artShift = 1; // the cover is as far from the pill's edge as from its top
 constexpr double visualizerCell = 18;
 constexpr double visualizerWidth = 14;
 constexpr double buttonCell = 24;
-constexpr double buttonSide = 16; // a button's zone, grown by its margin, fills its cell
-constexpr double titleGap = 6;
+constexpr double buttonSide = 16;                    // a button's zone, grown by its margin, fills its cell
+constexpr double titleGap = 2;                       // behind the margin in the last button's cell
+constexpr double edgeMargin = rowPadding - artShift; // of cover and title
 constexpr double titleHeight = 14;
 constexpr double progressHeight = 3;
 constexpr double progressInset = 13;
@@ -49,8 +51,7 @@ PillLayout PillLayout::make(QSizeF size, const PillElements& elements)
     };
     PillLayout layout;
     layout.cornerRadius = std::min(largestCornerRadius, size.height() / 2);
-    // The cover is as far from the pill's edge as from its top.
-    layout.albumArt = place(elements.albumArt, artCell, {artSide, artSide}).translated(-1, 0);
+    layout.albumArt = place(elements.albumArt, artCell, {artSide, artSide}).translated(-artShift, 0);
     layout.visualizer =
         place(elements.visualizer, visualizerCell, {visualizerWidth, VisualizerBars::totalHeight});
     layout.previousButton = place(elements.previousButton, buttonCell, {buttonSide, buttonSide});

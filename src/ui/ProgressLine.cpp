@@ -1,6 +1,7 @@
 #include "ui/ProgressLine.h"
 
 #include <QPainter>
+#include <QPainterPath>
 #include <QQuickWindow>
 
 #include <algorithm>
@@ -35,21 +36,24 @@ void ProgressLine::followFraction()
 
 void ProgressLine::paint(QPainter& painter, QSize size, double scale)
 {
-    const double line = std::max(1.0, std::round(thickness() * scale));
-    const QRectF all(0, std::floor((size.height() - line) / 2), size.width(), line);
+    const double height = std::max(1.0, std::round(thickness() * scale));
+    QRectF box(0, std::floor((size.height() - height) / 2), size.width(), height);
+    const double middle = box.center().y();
+    QPainterPath all;
+    all.addRoundedRect(box, height / 2, height / 2);
+    painter.fillPath(all, track());
+
     _drawnFill = filledPixels(fraction(), width() * scale, thickness() * scale);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(track());
-    painter.drawRoundedRect(all, line / 2, line / 2);
-    painter.setBrush(fill());
+    QPainterPath filled; // in one piece: where it is translucent an overlap would show
+    filled.setFillRule(Qt::WindingFill);
     if (_drawnFill > 0) {
-        QRectF filled = all;
-        filled.setWidth(_drawnFill);
-        painter.drawRoundedRect(filled, line / 2, line / 2);
+        box.setWidth(_drawnFill);
+        filled.addRoundedRect(box, height / 2, height / 2);
     }
     if (hasKnob()) {
         const double radius = size.height() / 2.0;
         const double x = std::clamp<double>(_drawnFill, radius, std::max(radius, size.width() - radius));
-        painter.drawEllipse(QPointF(x, all.center().y()), radius, radius);
+        filled.addEllipse(QPointF(x, middle), radius, radius);
     }
+    painter.fillPath(filled, fill());
 }
