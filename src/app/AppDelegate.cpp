@@ -7,7 +7,6 @@
 #include "audio/AudioSourceManager.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
-#include "platform/PowerState.h"
 #include "platform/StatusBar.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
@@ -19,8 +18,6 @@
 #include <QMenu>
 
 namespace {
-
-constexpr double audioRetryInterval = 30; // seconds
 
 /// A text as a menu shows it: in one line of some 300 points, and an ampersand is no mnemonic.
 QString menuText(const QString& text, const QMenu& menu)
@@ -53,47 +50,17 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                 .sources = AudioSourceManager::shared(),
                 .audio = AudioBridge::shared(),
                 .power = PowerModeManager::shared()})
+    , _audioCapture(platform, _service, AudioSourceManager::shared(), PowerModeManager::shared(),
+                    AudioBridge::shared())
 {
 }
 
-AppDelegate::~AppDelegate()
-{
-    AudioBridge::shared().stop(); // it outlives the platform that it listens on
-}
+AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    startAudioCapture();
+    _audioCapture.startAudioCapture();
     setup();
-}
-
-/// Capture follows playback and the power mode. One that has failed, as for want of permission, is tried
-/// again while music plays.
-void AppDelegate::startAudioCapture()
-{
-    const auto applySoon = [this] {
-        _platform.runLoop.after(0, this, [this] { applyPowerModeToAudioCapture(); });
-    };
-    applySoon();
-    connect(&_service, &NowPlayingService::isPlayingChanged, this, applySoon);
-    connect(&_platform.power, &PowerState::changed, this, applySoon);
-    const PowerModeManager& power = PowerModeManager::shared();
-    connect(&power, &PowerModeManager::manualModeChanged, this, applySoon);
-    connect(&power, &PowerModeManager::settingsChanged, this, applySoon);
-    _audioRetryTimer = _platform.runLoop.every(audioRetryInterval, this, [this] {
-        if (_service.isPlaying()) {
-            applyPowerModeToAudioCapture();
-        }
-    });
-}
-
-void AppDelegate::applyPowerModeToAudioCapture()
-{
-    if (_service.isPlaying() && PowerModeManager::shared().audioCaptureAllowed()) {
-        AudioBridge::shared().start();
-    } else {
-        AudioBridge::shared().stop();
-    }
 }
 
 void AppDelegate::setup()

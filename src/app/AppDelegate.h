@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/RunLoop.h"
+#include "app/AudioCaptureSupervision.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -30,8 +30,6 @@ public:
     void applicationDidFinishLaunching();
 
 private:
-    void startAudioCapture();
-    void applyPowerModeToAudioCapture();
     void setup();
     void bindPillVisibilityToStatusItem();
     void fillMenu(QMenu& menu);
@@ -41,7 +39,7 @@ private:
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
     NowPlayingService _service;
-    std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
+    AudioCaptureSupervision _audioCapture;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;

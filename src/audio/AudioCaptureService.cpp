@@ -231,11 +231,30 @@ bool AudioCaptureService::startDevice()
         return false;
     }
     _ioProcID = proc.id;
+    observeRunning();
     const int status = _hardware.start(_aggregateID, _ioProcID);
     if (status != 0) {
         qCCritical(audioLog, "AudioDeviceStart failed: status=%d", status);
     }
     return status == 0;
+}
+
+void AudioCaptureService::observeRunning()
+{
+    _isDeviceRunning = true;
+    const auto changed = [service = QPointer(this), session = _session](bool isRunning) {
+        if (service.isNull() || service->_session != session) {
+            return;
+        }
+        service->_isDeviceRunning = isRunning;
+        if (isRunning && !service->_sampler) {
+            service->startSampler();
+        }
+    };
+    _hardware.observeRunning(_aggregateID, [changed](bool isRunning) {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [changed, isRunning] { changed(isRunning); }, Qt::QueuedConnection);
+    });
 }
 
 void AudioCaptureService::tearDown()
@@ -299,9 +318,19 @@ void AudioCaptureService::sampleAndAnalyze(quint64 session)
         [this, session, isLive, bands = QList<float>(frame.bands.begin(), frame.bands.end())] {
             if (session == _session) {
                 publish(bands, isLive);
+                rest();
             }
         },
         Qt::QueuedConnection);
+}
+
+/// With nothing played and the levels come to rest, there is nothing to sample until something is.
+void AudioCaptureService::rest()
+{
+    constexpr float restingLevel = 0.001F;
+    if (!_isDeviceRunning && !_isLive && *std::max_element(_bands.begin(), _bands.end()) < restingLevel) {
+        _sampler.reset();
+    }
 }
 
 void AudioCaptureService::publish(const QList<float>& bands, bool isLive)

@@ -13,7 +13,8 @@
 
 class RunLoop;
 
-/// Captures what the computer plays, but for the program's own sounds, and analyses it 30 times a second.
+/// Captures what the computer plays, but for the program's own sounds, and analyses it 30 times a second, as
+/// long as anything plays.
 /// Without permission, or when the tap cannot be set up, it stays idle until `start` is called again.
 class AudioCaptureService final : public AudioCapture
 {
@@ -61,7 +62,9 @@ private:
     void tearDown();
     void destroyAggregateDevice();
     void destroyTap();
+    void observeRunning();
     void startSampler();
+    void rest();
     void sampleAndAnalyze(quint64 session);
     void publish(const QList<float>& bands, bool isLive);
 
@@ -71,6 +74,7 @@ private:
     QList<float> _bands = {0, 0, 0, 0};
     bool _isLive = false;
     bool _isRunning = false;
+    bool _isDeviceRunning = true; ///< the system plays something
     AudioObjectId _tapID = 0;
     AudioObjectId _aggregateID = 0;
     AudioIOProcId _ioProcID = 0;

@@ -78,10 +78,10 @@ void NowPlayingService::applySystemAudioActivity(const QList<float>& bands)
     if (_activePlayer != Player::systemAudio) {
         _systemAudioSilenceTicks = 0;
         _systemAudioActivityTicks = 0;
-    } else if (!_audio.isLive()) {
-        _isPlaying = !_systemAudioUserPaused;
-    } else {
+    } else if (_audio.isLive()) {
         countSystemAudioFrame(isLive);
+    } else if (_systemAudioSilenceTicks < silentFramesToStop) {
+        _isPlaying = !_systemAudioUserPaused; // nothing has been heard that could say otherwise
     }
 }
 

@@ -35,7 +35,7 @@ struct ProcessTapDescription {
 };
 
 /// The system's audio devices and the taps on what processes play. Called on the main thread, which it never
-/// holds up. A status is 0 on success.
+/// holds up. A status is 0 on success; what cannot be read is none.
 class AudioHardware
 {
 public:
@@ -59,6 +59,19 @@ public:
     /// Asks for leave to capture. Calls back once, on any thread.
     virtual void requestAccess(std::function<void(bool isGranted)> completion) = 0;
 
+    /// Every device, in the system's order. None when that cannot be told.
+    virtual std::optional<QList<AudioObjectId>> devices() const = 0;
+
+    /// How many streams a device can play; 0 for one that only records.
+    virtual std::optional<int> outputStreamCount(AudioObjectId device) const = 0;
+    virtual std::optional<QString> deviceName(AudioObjectId device) const = 0;
+
+    virtual std::optional<AudioObjectId> defaultOutputDevice() const = 0;
+    virtual int setDefaultOutputDevice(AudioObjectId device) = 0;
+
+    /// Tells, on any thread, when a device has come or gone or another one has become the default.
+    virtual void observeDevices(std::function<void()> changed) = 0;
+
     /// Every process that can make sound, in a steady order.
     virtual QList<AudioObjectId> processObjects() const = 0;
     virtual std::optional<QString> bundleId(AudioObjectId process) const = 0;
@@ -77,7 +90,11 @@ public:
     virtual Created<AudioIOProcId> createIOProc(AudioObjectId device, AudioIOProc proc, void* clientData) = 0;
     virtual int destroyIOProc(AudioObjectId device, AudioIOProcId proc) = 0;
 
-    /// While it is started, a device goes on delivering, silence too.
+    /// Tells, on any thread, when the system begins and ceases to play what the device carries. One that is
+    /// not running delivers at most silence. Nothing is told once `stop` has returned; a device of which
+    /// nothing is ever told counts as running.
+    virtual void observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed) = 0;
+
     virtual int start(AudioObjectId device, AudioIOProcId proc) = 0;
     virtual int stop(AudioObjectId device, AudioIOProcId proc) = 0;
 };

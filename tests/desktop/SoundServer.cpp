@@ -9,7 +9,8 @@
 
 namespace {
 
-/// Ends a service that tools/desktop has started, by the id that it left.
+/// Ends a service that tools/desktop has started, by the id that it left. One that is still ending would keep
+/// the lock that its successor needs.
 void killService(const QString& name)
 {
     QFile file(qEnvironmentVariable("PELLAR_DESKTOP_PID") + u'/' + name);
@@ -18,6 +19,7 @@ void killService(const QString& name)
         const int id = file.readAll().trimmed().toInt(&isNumber);
         if (isNumber && id > 1) {
             ::kill(id, SIGKILL);
+            static_cast<void>(QTest::qWaitFor([id] { return ::kill(id, 0) != 0; }));
         }
         file.remove(); // the id may soon be another's
     }

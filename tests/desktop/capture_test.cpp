@@ -8,6 +8,7 @@
 #include "support/LogFile.h"
 
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -220,7 +221,7 @@ void CaptureTest::doesNotHearItself()
     QVERIFY2(own.isPlaying() && loudest < quiet, qPrintable(QString::number(loudest)));
 }
 
-/// No recording is shown, and the sinks still fall asleep.
+/// No recording is shown, the sinks still fall asleep, and with them the analysis, until sound returns.
 void CaptureTest::leavesTheSessionAlone()
 {
     {
@@ -233,6 +234,8 @@ void CaptureTest::leavesTheSessionAlone()
     QTRY_VERIFY_WITH_TIMEOUT(!pactl(QStringLiteral("list short sinks"))
                                   .contains(QRegularExpression(QStringLiteral("RUNNING|IDLE"))),
                              15000);
+    QSignalSpy frames(_service.get(), &AudioCapture::bandsPublished);
+    QTRY_VERIFY((frames.clear(), !frames.wait(500)));
     const Player player(_low);
     QTRY_VERIFY(isHeard(1));
 }

@@ -16,11 +16,15 @@ class FakeCapture final : public AudioCapture
     Q_OBJECT
 
 public:
-    void start() override { ++starts; }
-    void stop() override { ++stops; }
+    void start() override
+    {
+        ++starts;
+        isRunning = true;
+    }
+    void stop() override { isRunning = false; }
 
     int starts = 0;
-    int stops = 0;
+    bool isRunning = false;
 };
 
 /// An engine on a desktop of fakes. Players are set by what their status scripts reply.

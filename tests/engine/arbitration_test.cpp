@@ -251,6 +251,12 @@ void ArbitrationTest::showsHysteresis()
     QVERIFY(!hear(1, 0)); // starts the count anew
     QVERIFY(!hear(5, 0.5F));
     QVERIFY(hear(1, 0.5F));
+
+    // What has fallen silent for so long that it is not live any more stays stopped.
+    QVERIFY(!hear(15, 0));
+    Q_EMIT engine.capture->liveChanged(false);
+    Q_EMIT engine.capture->bandsPublished({0, 0, 0, 0});
+    QVERIFY(!engine.service->isPlaying());
 }
 
 void ArbitrationTest::entersSystemAudioQuietlyTheSecondTime()

@@ -16,6 +16,23 @@ public:
     int authorizationStatus() override { return authorization; }
     void requestAccess(std::function<void(bool)> completion) override { request = std::move(completion); }
 
+    std::optional<QList<AudioObjectId>> devices() const override { return deviceIds; }
+    std::optional<int> outputStreamCount(AudioObjectId device) const override
+    {
+        return systemDevices.value(device).outputStreams;
+    }
+    std::optional<QString> deviceName(AudioObjectId device) const override
+    {
+        return systemDevices.value(device).name;
+    }
+    std::optional<AudioObjectId> defaultOutputDevice() const override { return defaultOutput; }
+    int setDefaultOutputDevice(AudioObjectId device) override
+    {
+        defaultOutput = device;
+        return 0;
+    }
+    void observeDevices(std::function<void()> changed) override { devicesChanged = std::move(changed); }
+
     QList<AudioObjectId> processObjects() const override { return processes.keys(); }
     std::optional<QString> bundleId(AudioObjectId process) const override { return processes.value(process); }
 
@@ -26,7 +43,10 @@ public:
     }
     int destroyProcessTap(AudioObjectId id) override { return note("-tap", id); }
     std::optional<QString> tapUid(AudioObjectId /*tap*/) const override { return uid; }
-    std::optional<QString> deviceUid(AudioObjectId /*device*/) const override { return otherUid; }
+    std::optional<QString> deviceUid(AudioObjectId device) const override
+    {
+        return systemDevices.contains(device) ? systemDevices.value(device).uid : otherUid;
+    }
 
     Created<AudioObjectId> createAggregateDevice(const QVariantMap& description) override
     {
@@ -43,6 +63,10 @@ public:
         return created("proc", AudioIOProcId{procId});
     }
     int destroyIOProc(AudioObjectId device, AudioIOProcId /*id*/) override { return note("-proc", device); }
+    void observeRunning(AudioObjectId /*device*/, std::function<void(bool)> changed) override
+    {
+        runningChanged = std::move(changed);
+    }
     int start(AudioObjectId device, AudioIOProcId /*id*/) override
     {
         note("start", device);
@@ -69,6 +93,15 @@ public:
     static constexpr int failure = -50;
 
     int authorization = authorized;
+    struct SystemDevice {
+        std::optional<int> outputStreams;
+        std::optional<QString> name;
+        std::optional<QString> uid;
+    };
+    std::optional<QList<AudioObjectId>> deviceIds;
+    QMap<AudioObjectId, SystemDevice> systemDevices;
+    std::optional<AudioObjectId> defaultOutput;
+    std::function<void()> devicesChanged;
     std::function<void(bool)> request;
     QMap<AudioObjectId, std::optional<QString>> processes;
     QString failing; ///< the call that answers with `failure`; with a "0" behind it, with nothing made
@@ -79,6 +112,7 @@ public:
     QVariantMap aggregate;
     AudioIOProc proc = nullptr;
     void* client = nullptr;
+    std::function<void(bool)> runningChanged;
     QStringList calls;
 
 private:

@@ -37,8 +37,7 @@ CaptureStream::CaptureStream(PipewireLoop& loop, pw_core* core, std::shared_ptr<
                                               PW_KEY_NODE_WANT_DRIVER, "false", nullptr)))
     , _silenceTimer(loop, [this] { fillSilence(); })
 {
-    fillSilence();
-    _silenceTimer.fireEvery(silenceCheckInterval);
+    setRunning(false);
     if (!connect()) {
         qCWarning(pipewireLog, "the capture node could not be made");
         _filter.reset();
@@ -51,7 +50,7 @@ CaptureStream::~CaptureStream()
     // The real-time thread may be in the listener until the node is gone, which takes the listener along.
     _changed = [] {};
     _filter.reset();
-    deliverSilence();
+    setRunning(false);
 }
 
 bool CaptureStream::connect()
@@ -112,7 +111,20 @@ void CaptureStream::stateChanged(pw_filter_state state, const char* error)
     if (state == PW_FILTER_STATE_ERROR) {
         qCWarning(pipewireLog, "the capture node failed: %s", error != nullptr ? error : "unknown");
     }
+    setRunning(state == PW_FILTER_STATE_STREAMING);
     _changed();
+}
+
+/// A graph with nothing to play stands still, and with it this node; to the listener, that is silence.
+void CaptureStream::setRunning(bool isRunning)
+{
+    if (isRunning) {
+        _silenceTimer.fireEvery(silenceCheckInterval);
+    } else {
+        _silenceTimer.cancel();
+        deliverSilence();
+    }
+    _slot->tellRunning(isRunning);
 }
 
 void CaptureStream::process(const spa_io_position& position)
@@ -131,7 +143,7 @@ void CaptureStream::process(const spa_io_position& position)
     }
 }
 
-/// A graph with nothing to play stands still, and with it this node; to the listener, that is silence.
+/// A graph that should run may stand still, too, as when its sink is being changed.
 void CaptureStream::fillSilence()
 {
     const quint32 cycles = _cycles.load(std::memory_order_relaxed);

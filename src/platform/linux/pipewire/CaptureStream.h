@@ -38,6 +38,7 @@ private:
     bool connect();
     void* addInput(const char* name, const char* channel);
     void stateChanged(pw_filter_state state, const char* error);
+    void setRunning(bool isRunning);
     void process(const spa_io_position& position);
     void fillSilence();
     void deliverSilence();

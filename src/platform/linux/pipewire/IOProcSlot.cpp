@@ -1,17 +1,27 @@
 #include "platform/linux/pipewire/IOProcSlot.h"
 
-void IOProcSlot::open(AudioObjectId device, AudioIOProc proc, void* clientData)
+void IOProcSlot::open(AudioObjectId device, AudioIOProc proc, void* clientData, RunningChanged runningChanged)
 {
     const std::lock_guard guard(_lock);
     _device = device;
     _proc = proc;
     _clientData = clientData;
+    _runningChanged = std::move(runningChanged);
 }
 
 void IOProcSlot::close()
 {
     const std::lock_guard guard(_lock);
     _proc = nullptr;
+    _runningChanged = nullptr;
+}
+
+void IOProcSlot::tellRunning(bool isRunning)
+{
+    const std::lock_guard guard(_lock);
+    if (_runningChanged) {
+        _runningChanged(isRunning);
+    }
 }
 
 void IOProcSlot::deliver(const float* samples, quint32 frames, AudioTimeStamp now)

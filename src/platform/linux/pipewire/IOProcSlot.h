@@ -4,13 +4,18 @@
 
 #include <mutex>
 
-/// Where the sound of a device goes. Once it is closed, the procedure is not called any more, by whatever
-/// thread; a thread that finds it just being changed drops its sound instead of waiting.
+/// Where the sound and the word of a device go. Once it is closed, nothing is called any more, by whatever
+/// thread; a real-time thread that finds it just being changed drops its sound instead of waiting.
 class IOProcSlot
 {
 public:
-    void open(AudioObjectId device, AudioIOProc proc, void* clientData);
+    using RunningChanged = std::function<void(bool isRunning)>;
+
+    void open(AudioObjectId device, AudioIOProc proc, void* clientData, RunningChanged runningChanged);
     void close();
+
+    /// Whether the graph runs, and with it the device. Not real-time.
+    void tellRunning(bool isRunning);
 
     /// Hands over interleaved stereo frames, at most as many as a buffer can hold. Real-time.
     void deliver(const float* samples, quint32 frames, AudioTimeStamp now);
@@ -20,4 +25,5 @@ private:
     AudioObjectId _device = 0;
     AudioIOProc _proc = nullptr;
     void* _clientData = nullptr;
+    RunningChanged _runningChanged;
 };

@@ -43,10 +43,53 @@ int PipewireAudioHardware::authorizationStatus()
 
 void PipewireAudioHardware::requestAccess(std::function<void(bool isGranted)> completion)
 {
+    session().connect(completion);
+}
+
+std::optional<QList<AudioObjectId>> PipewireAudioHardware::devices() const
+{
     if (!_session) {
-        _session = std::make_unique<PipewireSession>();
+        return std::nullopt;
     }
-    _session->connect(completion);
+    QList<AudioObjectId> ids;
+    const DeviceList list = _session->devices();
+    for (const DeviceList::Device& device : list.devices()) {
+        ids.append(device.id);
+    }
+    return ids;
+}
+
+std::optional<int> PipewireAudioHardware::outputStreamCount(AudioObjectId device) const
+{
+    const auto found = systemDevice(device);
+    return found ? std::optional(found->isOutput ? 1 : 0) : std::nullopt;
+}
+
+std::optional<QString> PipewireAudioHardware::deviceName(AudioObjectId device) const
+{
+    const auto found = systemDevice(device);
+    return found && !found->name.isEmpty() ? std::optional(found->name) : std::nullopt;
+}
+
+std::optional<AudioObjectId> PipewireAudioHardware::defaultOutputDevice() const
+{
+    const auto found = _session ? _session->devices().output(_session->defaultSink()) : std::nullopt;
+    return found ? std::optional(found->id) : std::nullopt;
+}
+
+int PipewireAudioHardware::setDefaultOutputDevice(AudioObjectId device)
+{
+    const auto found = systemDevice(device);
+    if (!found || !found->isOutput) {
+        return -ENOENT;
+    }
+    _session->wishForSink(found->uid);
+    return 0;
+}
+
+void PipewireAudioHardware::observeDevices(std::function<void()> changed)
+{
+    session().watchDevices(std::move(changed));
 }
 
 QList<AudioObjectId> PipewireAudioHardware::processObjects() const
@@ -90,8 +133,11 @@ std::optional<QString> PipewireAudioHardware::tapUid(AudioObjectId tap) const
 
 std::optional<QString> PipewireAudioHardware::deviceUid(AudioObjectId device) const
 {
-    const auto found = _devices.constFind(device);
-    return found != _devices.constEnd() ? std::optional(found->uid) : std::nullopt;
+    if (const auto found = _devices.constFind(device); found != _devices.constEnd()) {
+        return found->uid;
+    }
+    const auto found = systemDevice(device);
+    return found && !found->uid.isEmpty() ? std::optional(found->uid) : std::nullopt;
 }
 
 AudioHardware::Created<AudioObjectId>
@@ -149,6 +195,13 @@ int PipewireAudioHardware::destroyIOProc(AudioObjectId device, AudioIOProcId pro
     return 0;
 }
 
+void PipewireAudioHardware::observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed)
+{
+    if (const auto found = _devices.find(device); found != _devices.end()) {
+        found->runningChanged = std::move(changed);
+    }
+}
+
 int PipewireAudioHardware::start(AudioObjectId device, AudioIOProcId proc)
 {
     const Device* const found = find(device, proc);
@@ -163,7 +216,7 @@ int PipewireAudioHardware::start(AudioObjectId device, AudioIOProcId proc)
     }
     const QList<AudioObjectId> excluded = _taps.value(found->tap).excludedProcesses;
     _startedDevice = device;
-    _slot->open(device, found->proc, found->clientData);
+    _slot->open(device, found->proc, found->clientData, found->runningChanged);
     _session->startCapture(QSet<AudioObjectId>(excluded.begin(), excluded.end()), _slot);
     return 0;
 }
@@ -177,6 +230,19 @@ int PipewireAudioHardware::stop(AudioObjectId device, AudioIOProcId proc)
     _slot->close();
     _session->stopCapture();
     return 0;
+}
+
+PipewireSession& PipewireAudioHardware::session()
+{
+    if (!_session) {
+        _session = std::make_unique<PipewireSession>();
+    }
+    return *_session;
+}
+
+std::optional<DeviceList::Device> PipewireAudioHardware::systemDevice(AudioObjectId device) const
+{
+    return _session ? _session->devices().withId(device) : std::nullopt;
 }
 
 PipewireAudioHardware::Device* PipewireAudioHardware::find(AudioObjectId device, AudioIOProcId proc)

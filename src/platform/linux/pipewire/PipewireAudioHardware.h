@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/AudioHardware.h"
+#include "platform/linux/pipewire/DeviceList.h"
 #include "platform/linux/pipewire/IOProcSlot.h"
 
 #include <QMap>
@@ -9,9 +10,10 @@
 
 class PipewireSession;
 
-/// The audio hardware on PipeWire. Processes are known by their process ids. Taps and devices are this
-/// object's own; only a started device has a node in the graph, and only one can be started at a time. The
-/// connection is made when access is first asked for. A status is a negative errno.
+/// The audio hardware on PipeWire. Processes are known by their process ids, the devices of the system by the
+/// ids of their nodes. Taps and the devices that carry them are this object's own; only a started one has a
+/// node in the graph, and only one can be started at a time. The connection is made when access is first
+/// asked for, or devices are observed. A status is a negative errno.
 class PipewireAudioHardware final : public AudioHardware
 {
 public:
@@ -20,6 +22,12 @@ public:
 
     int authorizationStatus() override;
     void requestAccess(std::function<void(bool isGranted)> completion) override;
+    std::optional<QList<AudioObjectId>> devices() const override;
+    std::optional<int> outputStreamCount(AudioObjectId device) const override;
+    std::optional<QString> deviceName(AudioObjectId device) const override;
+    std::optional<AudioObjectId> defaultOutputDevice() const override;
+    int setDefaultOutputDevice(AudioObjectId device) override;
+    void observeDevices(std::function<void()> changed) override;
     QList<AudioObjectId> processObjects() const override;
     std::optional<QString> bundleId(AudioObjectId process) const override;
     Created<AudioObjectId> createProcessTap(const ProcessTapDescription& description) override;
@@ -31,6 +39,7 @@ public:
     std::optional<double> nominalSampleRate(AudioObjectId device) const override;
     Created<AudioIOProcId> createIOProc(AudioObjectId device, AudioIOProc proc, void* clientData) override;
     int destroyIOProc(AudioObjectId device, AudioIOProcId proc) override;
+    void observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed) override;
     int start(AudioObjectId device, AudioIOProcId proc) override;
     int stop(AudioObjectId device, AudioIOProcId proc) override;
 
@@ -41,12 +50,15 @@ private:
         AudioIOProcId procId = 0;
         AudioIOProc proc = nullptr;
         void* clientData = nullptr;
+        IOProcSlot::RunningChanged runningChanged = {};
     };
     Device* find(AudioObjectId device, AudioIOProcId proc);
+    PipewireSession& session();
+    std::optional<DeviceList::Device> systemDevice(AudioObjectId device) const;
 
     QMap<AudioObjectId, ProcessTapDescription> _taps;
     QMap<AudioObjectId, Device> _devices;
-    quint32 _lastId = 0;
+    quint32 _lastId = 0x8000'0000; ///< beyond the ids of the graph, which are given anew
     AudioObjectId _startedDevice = 0;
     std::shared_ptr<IOProcSlot> _slot = std::make_shared<IOProcSlot>();
     std::unique_ptr<PipewireSession> _session; ///< from the first request on

@@ -11,10 +11,9 @@ namespace {
 
 Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire")
 
-using GraphProperties::text;
-
 constexpr double connectTimeout = 5;  // seconds
 constexpr double retryInterval = 0.5; // seconds
+constexpr double idleInterval = 5;    // seconds; as long as there is nothing to be heard
 
 QString errorText(int error)
 {
@@ -76,6 +75,37 @@ std::optional<double> PipewireSession::sampleRate() const
 {
     const std::lock_guard guard(_lock);
     return _sampleRate;
+}
+
+DeviceList PipewireSession::devices() const
+{
+    const std::lock_guard guard(_lock);
+    return _publishedDevices;
+}
+
+QString PipewireSession::defaultSink() const
+{
+    const std::lock_guard guard(_lock);
+    return _publishedSink;
+}
+
+void PipewireSession::watchDevices(std::function<void()> changed)
+{
+    _loop.post([this, changed = std::move(changed)] {
+        _devicesChanged = changed;
+        if (_core == nullptr) {
+            open();
+        }
+    });
+}
+
+void PipewireSession::wishForSink(const QString& name)
+{
+    _loop.post([this, name] {
+        if (_defaultSink) {
+            _defaultSink->wish(name);
+        }
+    });
 }
 
 void PipewireSession::startCapture(const QSet<AudioObjectId>& excludedProcesses,
@@ -163,6 +193,8 @@ void PipewireSession::close()
     _stream.reset();
     _clients.clear();
     _graph = {};
+    _devices = {};
+    _defaultSink.reset();
     _canLink = false;
     _roundTrips = 0;
     if (_registry != nullptr) {
@@ -174,6 +206,7 @@ void PipewireSession::close()
         pw_core_disconnect(std::exchange(_core, nullptr));
     }
     publishProcesses();
+    publishDevices();
 }
 
 /// Not to be called from a listener of the connection, which it destroys.
@@ -202,6 +235,7 @@ void PipewireSession::roundTripped()
     _timer.cancel();
     _isLossLogged = false;
     publishProcesses();
+    publishDevices();
     conclude(_canLink ? AudioHardware::authorized : AudioHardware::restricted);
     updateLinks();
 }
@@ -219,8 +253,8 @@ void PipewireSession::conclude(AudioHardware::Authorization authorization)
 
 void PipewireSession::retryWhileWanted()
 {
-    if (_capture && _core == nullptr) {
-        _timer.fireAfter(retryInterval);
+    if (isWanted() && _core == nullptr) {
+        _timer.fireAfter(_capture ? retryInterval : idleInterval);
     }
 }
 
@@ -228,7 +262,7 @@ void PipewireSession::retryWhileWanted()
 void PipewireSession::timeOut()
 {
     if (_core == nullptr) {
-        if (_capture) {
+        if (isWanted()) {
             open();
         }
     } else if (_roundTrips > 0) {
@@ -241,10 +275,15 @@ void PipewireSession::timeOut()
 
 void PipewireSession::streamChanged()
 {
+    retryFailedStream();
+    updateLinks();
+}
+
+void PipewireSession::retryFailedStream()
+{
     if (_stream && _stream->hasFailed()) {
         _timer.fireAfter(retryInterval);
     }
-    updateLinks();
 }
 
 void PipewireSession::coreInfo(const pw_core_info& info)
@@ -276,76 +315,5 @@ void PipewireSession::coreError(Id id, int result, const char* message)
         });
     } else {
         qCDebug(pipewireLog, "PipeWire: %s", qUtf8Printable(reason)); // of a link that its port took along
-    }
-}
-
-void PipewireSession::globalAdded(Id id, const char* type, const spa_dict* properties)
-{
-    const auto isType = [type](const char* name) { return std::strcmp(type, name) == 0; };
-    if (isType(PW_TYPE_INTERFACE_Client)) {
-        _clients[id] = std::make_unique<ClientWatch>(
-            _registry, id, [this, id](const spa_dict* client) { clientChanged(id, client); });
-    } else if (isType(PW_TYPE_INTERFACE_Node)) {
-        if (text(properties, PW_KEY_MEDIA_CLASS) == QStringLiteral("Stream/Output/Audio")) {
-            _graph.addStream(id, GraphProperties::number(properties, PW_KEY_CLIENT_ID));
-        }
-    } else if (isType(PW_TYPE_INTERFACE_Port)) {
-        const auto node = GraphProperties::number(properties, PW_KEY_NODE_ID);
-        const bool isSound =
-            text(properties, PW_KEY_FORMAT_DSP) == QStringLiteral("32 bit float mono audio") &&
-            text(properties, PW_KEY_PORT_MONITOR) != QStringLiteral("true");
-        if (node && isSound) {
-            _graph.addPort(id, *node, text(properties, PW_KEY_PORT_DIRECTION) == QStringLiteral("in"),
-                           text(properties, PW_KEY_AUDIO_CHANNEL));
-            updateLinks();
-        }
-    } else if (isType(PW_TYPE_INTERFACE_Factory)) {
-        _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);
-    }
-}
-
-void PipewireSession::globalRemoved(Id id)
-{
-    _clients.erase(id);
-    _graph.remove(id);
-    publishProcesses();
-    updateLinks();
-}
-
-void PipewireSession::clientChanged(Id id, const spa_dict* properties)
-{
-    if (const auto process = GraphProperties::process(properties)) {
-        _graph.setClient(id, process->id, process->bundleId);
-        publishProcesses();
-        updateLinks();
-    }
-}
-
-void PipewireSession::publishProcesses()
-{
-    const std::lock_guard guard(_lock);
-    _processes = _graph.processes();
-}
-
-void PipewireSession::updateLinks()
-{
-    if (!_capture || _core == nullptr || _roundTrips > 0) {
-        return;
-    }
-    if (!_stream) {
-        _links.clear();
-        _stream = std::make_unique<CaptureStream>(_loop, _core, _capture->slot, [this] { streamChanged(); });
-        if (_stream->hasFailed()) {
-            _timer.fireAfter(retryInterval);
-        }
-    }
-    const std::optional<Id> node = _stream->nodeId();
-    const auto wanted =
-        node ? _graph.links(*node, _capture->excludedProcesses) : std::set<CaptureGraph::Link>();
-    std::erase_if(_links, [&](const auto& entry) { return !wanted.contains(entry.first); });
-    for (const CaptureGraph::Link& link : wanted) {
-        if (!_links.contains(link)) {
-            _links[link] = std::make_unique<GraphLink>(_core, link);
-        }
     }
 }

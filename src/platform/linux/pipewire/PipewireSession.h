@@ -3,6 +3,8 @@
 #include "platform/linux/pipewire/CaptureGraph.h"
 #include "platform/linux/pipewire/CaptureStream.h"
 #include "platform/linux/pipewire/ClientWatch.h"
+#include "platform/linux/pipewire/DefaultSink.h"
+#include "platform/linux/pipewire/DeviceList.h"
 #include "platform/linux/pipewire/GraphLink.h"
 #include "platform/linux/pipewire/IOProcSlot.h"
 #include "platform/linux/pipewire/PipewireLoop.h"
@@ -16,9 +18,9 @@
 #include <optional>
 #include <vector>
 
-/// One program's connection with the sound server: it keeps up with the graph, and while a capture is wanted
-/// it links what is played to it, through restarts of the server too. The public operations can be called on
-/// any thread and do not wait for the server.
+/// One program's connection with the sound server: it keeps up with the graph and its devices, and while a
+/// capture is wanted it links what is played to it, through restarts of the server too. The public operations
+/// can be called on any thread and do not wait for the server.
 class PipewireSession
 {
 public:
@@ -41,6 +43,16 @@ public:
     /// Of the graph, in Hz, if it is known.
     std::optional<double> sampleRate() const;
 
+    /// Keeps the connection up from now on. `changed` is called on the PipeWire thread.
+    void watchDevices(std::function<void()> changed);
+    DeviceList devices() const;
+
+    /// The sink that is played on; empty when it is not known.
+    QString defaultSink() const;
+
+    /// In vain while there is no session manager.
+    void wishForSink(const QString& name);
+
     void startCapture(const QSet<AudioObjectId>& excludedProcesses, std::shared_ptr<IOProcSlot> slot);
     void stopCapture();
 
@@ -58,6 +70,7 @@ private:
     void roundTrip();
     void roundTripped();
     void conclude(AudioHardware::Authorization authorization);
+    bool isWanted() const { return _capture || _devicesChanged; }
     void retryWhileWanted();
     void timeOut();
 
@@ -67,15 +80,21 @@ private:
     void globalAdded(Id id, const char* type, const spa_dict* properties);
     void globalRemoved(Id id);
     void clientChanged(Id id, const spa_dict* properties);
+    void nodeAdded(Id id, const spa_dict* properties);
+    void portAdded(Id id, const spa_dict* properties);
     void publishProcesses();
+    void publishDevices();
     void updateLinks();
     void streamChanged();
+    void retryFailedStream();
 
     // What other threads ask for.
     mutable std::mutex _lock;
     AudioHardware::Authorization _authorization = AudioHardware::notDetermined;
     QMap<AudioObjectId, QString> _processes;
     std::optional<double> _sampleRate;
+    DeviceList _publishedDevices;
+    QString _publishedSink;
 
     // The PipeWire thread's own.
     PipewireLoop _loop;
@@ -91,8 +110,12 @@ private:
     bool _isLossLogged = false; ///< once an outage, however often it is tried again
     std::vector<Completion> _completions;
     std::optional<Capture> _capture;
+    std::function<void()> _devicesChanged;
     std::unique_ptr<CaptureStream> _stream;
     CaptureGraph _graph;
+    DeviceList _devices;
+    std::unique_ptr<DefaultSink> _defaultSink;
+    Id _defaultSinkId = SPA_ID_INVALID; ///< of the object behind it
     std::map<Id, std::unique_ptr<ClientWatch>> _clients;
     std::map<CaptureGraph::Link, std::unique_ptr<GraphLink>> _links;
 };

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QString>
+
+#include <pipewire/extensions/metadata.h>
+#include <pipewire/pipewire.h>
+
+#include <functional>
+
+/// The session manager's word on which sink is played on, and the user's wish for it. Lives on the PipeWire
+/// thread, no longer than the connection.
+class DefaultSink
+{
+public:
+    /// `metadata` is the id of the object that holds it.
+    DefaultSink(pw_registry* registry, quint32 metadata, std::function<void()> changed);
+    ~DefaultSink();
+    DefaultSink(const DefaultSink&) = delete;
+    DefaultSink& operator=(const DefaultSink&) = delete;
+
+    /// The name of the sink in use, else of the one wished for; empty when neither is known.
+    QString name() const { return _used.isEmpty() ? _wished : _used; }
+
+    /// Wishes for a sink. The session manager follows when it is there, and remembers.
+    void wish(const QString& name);
+
+private:
+    void propertyChanged(quint32 subject, const char* key, const char* value);
+
+    std::function<void()> _changed;
+    pw_metadata* _metadata;
+    spa_hook _listener{};
+    QString _used;
+    QString _wished;
+};
