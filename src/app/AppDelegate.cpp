@@ -88,7 +88,11 @@ void AppDelegate::setup()
         return menu;
     };
 
-    _statusItem->setCornerRadius(_pill->layout().cornerRadius);
+    const auto setCorners = [this] {
+        _statusItem->setCorners(_pill->layout().cornerRadius, _pill->colors().background);
+    };
+    connect(_pill.get(), &PillModel::colorsChanged, _statusItem.get(), setCorners);
+    setCorners();
     _statusItem->setView(_hosting.get());
     bindPillVisibilityToStatusItem();
 

@@ -60,9 +60,10 @@ void StatusItem::setLength(double length)
     place();
 }
 
-void StatusItem::setCornerRadius(double radius)
+void StatusItem::setCorners(double radius, const QColor& background)
 {
     _cornerRadius = radius;
+    _background = background;
     cutCorners();
 }
 
@@ -105,5 +106,6 @@ void StatusItem::cutCorners()
 {
     if (_view != nullptr) {
         _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(_view->size(), _cornerRadius));
+        _view->setColor(_bar.isComposited() ? QColor(Qt::transparent) : _background);
     }
 }
