@@ -32,11 +32,22 @@ void VisualizerModel::setPlaying(bool isPlaying)
     _bars.stoppedAt.reset();
     if (!isPlaying) {
         _bars.stoppedAt = _runLoop.now();
-        // The end of the fall, which nothing else tells of.
-        constexpr double fall = VisualizerBars::windDownDuration + VisualizerBars::afterglow;
-        _runLoop.after(fall, this, [this] { Q_EMIT changed(); });
+        awaitRest();
     }
     Q_EMIT changed();
+}
+
+/// Tells of the end of the fall, which nothing else does. A timer may be early.
+void VisualizerModel::awaitRest()
+{
+    constexpr double fall = VisualizerBars::windDownDuration + VisualizerBars::afterglow;
+    constexpr double shortest = 0.01;
+    const double left = fall - (_runLoop.now() - _bars.stoppedAt.value_or(Date::distantPast()));
+    if (left <= 0) {
+        Q_EMIT changed();
+        return;
+    }
+    _runLoop.after(std::max(left, shortest), this, [this] { awaitRest(); });
 }
 
 bool VisualizerModel::isEnabled() const

@@ -43,6 +43,8 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void awaitRest();
+
     RunLoop& _runLoop;
     const AudioBridge& _audio;
     const PowerModeManager& _powerMode;
