@@ -39,6 +39,7 @@ void PillModel::observe()
         Q_EMIT contentChanged();
         Q_EMIT isTitleActiveChanged();
     });
+    // The meter hears of every change of the power mode.
     connect(&_visualizer, &VisualizerModel::changed, this, &PillModel::isTitleActiveChanged);
     connect(this, &PillModel::isHoveringChanged, this, &PillModel::isTitleActiveChanged);
 
@@ -100,7 +101,8 @@ PillColors PillModel::colors() const
 
 void PillModel::hover(QPointF point)
 {
-    _isHovering = true;
+    // A drag goes on beyond the edges.
+    _isHovering = QRectF(0, 0, _of.visibility.preferredPillWidth(), _height).contains(point);
     if (_isSeeking) {
         _seekFraction = _layout.progressFraction(point);
         Q_EMIT progressChanged();

@@ -1,7 +1,9 @@
 #include "PillFixture.h"
 #include "base/EventLoop.h"
+#include "ui/ArtworkView.h"
 
 #include <QElapsedTimer>
+#include <QPainter>
 #include <QQuickView>
 #include <QTest>
 #include <QtQml/QQmlExtensionPlugin>
@@ -15,7 +17,7 @@ const QString longReply =
 
 } // namespace
 
-/// How often the real view is drawn.
+/// How often the real view is drawn, and what a cover looks like in it.
 class PillFramesTest : public QObject
 {
     Q_OBJECT
@@ -26,6 +28,7 @@ private Q_SLOTS:
     void drawsWhilePlaying();
     void restsWhilePaused();
     void followsElapsedByThePixel();
+    void drawsCover();
 
 private:
     struct Shown : PillFixture {
@@ -108,6 +111,34 @@ void PillFramesTest::followsElapsedByThePixel()
     QVERIFY(!QTest::qWaitFor([&] { return shown.frames > 0; }, 300));
     shown.engine.service->seekTo(1000);
     QTRY_VERIFY(shown.frames > 0);
+}
+
+/// A wide cover loses its sides, and its corners are round.
+void PillFramesTest::drawsCover()
+{
+    QImage cover(400, 100, QImage::Format_RGB32);
+    cover.fill(Qt::red);
+    QPainter painter(&cover);
+    painter.fillRect(160, 0, 80, 100, Qt::blue);
+    painter.end();
+    QQuickWindow window;
+    window.setColor(Qt::white);
+    window.resize(16, 16);
+    ArtworkView view(window.contentItem());
+    view.setSize({16, 16});
+    view.setRadius(4);
+    view.setImage(cover);
+    const QImage drawn = window.grabWindow();
+    QCOMPARE(drawn.pixelColor(0, 0), QColor(Qt::white));
+    QVERIFY(drawn.pixelColor(0, 8).red() > 200 && drawn.pixelColor(15, 8).red() > 200);
+    QCOMPARE(drawn.pixelColor(8, 8), QColor(Qt::blue));
+    QCOMPARE(drawn.pixelColor(8, 15), QColor(Qt::blue));
+    view.setImage({});
+    view.setPlate(Qt::green);
+    view.setSymbolColor(Qt::black);
+    const QImage missing = window.grabWindow();
+    QCOMPARE(missing.pixelColor(2, 8), QColor(Qt::green));
+    QVERIFY(missing != drawn);
 }
 
 QTEST_MAIN(PillFramesTest)

@@ -108,6 +108,7 @@ void PillModelTest::seeks()
     f.pill->press(at(from));
     QCOMPARE(f.pill->progress(), from);
     f.pill->hover(at(to) - QPointF(0, 300)); // up and away: the drag goes on
+    QVERIFY(f.pill->isSeeking() && !f.pill->isHovering());
     f.engine.desktop.runLoop.advance(1.5);
     QCOMPARE(f.pill->progress(), std::clamp(to, 0.0, 1.0)); // the track's own time does not show
     f.engine.desktop.scripts.take();
