@@ -45,11 +45,14 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
     , _defaults(defaults)
     , _appearance(appearance)
     , _visibility(PillVisibilityManager::shared())
+    , _mediaKeys(platform)
+    , _audioManager(platform.audioHardware)
     , _service({.platform = platform,
                 .defaults = defaults,
                 .sources = AudioSourceManager::shared(),
                 .audio = AudioBridge::shared(),
-                .power = PowerModeManager::shared()})
+                .power = PowerModeManager::shared()},
+               {.sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
     , _audioCapture(platform, _service, AudioSourceManager::shared(), PowerModeManager::shared(),
                     AudioBridge::shared())
 {

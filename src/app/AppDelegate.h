@@ -1,6 +1,8 @@
 #pragma once
 
 #include "app/AudioCaptureSupervision.h"
+#include "audio/AudioDeviceManager.h"
+#include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
 
 #include <QObject>
@@ -38,6 +40,8 @@ private:
     UserDefaults& _defaults;
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
+    MediaKeys _mediaKeys;
+    AudioDeviceManager _audioManager;
     NowPlayingService _service;
     AudioCaptureSupervision _audioCapture;
     std::unique_ptr<PillModel> _pill;

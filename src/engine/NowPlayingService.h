@@ -168,7 +168,7 @@ private:
     // PlaybackCommands.cpp
     Player commandTarget() const;
     void skip(Direction direction);
-    void sendMediaKey(MediaKey key);
+    void sendMediaKey(MediaKeys::Key key);
     void scheduleHijackSilencer();
     void tickSleepTimer();
 

@@ -53,7 +53,7 @@ void NowPlayingService::togglePlayPause()
         runScript(PlayerScripts::playPause(target));
         break;
     case Player::systemAudio:
-        sendMediaKey(MediaKey::playPause);
+        sendMediaKey(MediaKeys::Key::playPause);
         _systemAudioUserPaused = !_systemAudioUserPaused;
         if (!_audio.isLive()) {
             _isPlaying = !_systemAudioUserPaused;
@@ -87,7 +87,7 @@ void NowPlayingService::skip(Direction direction)
         runScript(isNext ? PlayerScripts::nextTrack(target) : PlayerScripts::previousTrack(target));
         break;
     case Player::systemAudio:
-        sendMediaKey(isNext ? MediaKey::next : MediaKey::previous);
+        sendMediaKey(isNext ? MediaKeys::Key::next : MediaKeys::Key::previous);
         break;
     case Player::none:
         return;
@@ -108,7 +108,7 @@ void NowPlayingService::seekTo(double seconds)
     refreshLater(seekSettling);
 }
 
-void NowPlayingService::sendMediaKey(MediaKey key)
+void NowPlayingService::sendMediaKey(MediaKeys::Key key)
 {
     const Date now = _platform.runLoop.now();
     _systemAudioStickUntil = now + stickSeconds;

@@ -2,6 +2,7 @@
 
 class AudioHardware;
 class Automation;
+class EventTaps;
 class NotificationCenter;
 class Pasteboard;
 class PowerState;
@@ -20,6 +21,7 @@ struct Platform {
     Pasteboard& pasteboard;
     StatusBar& statusBar;
     AudioHardware& audioHardware;
+    EventTaps& eventTaps;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and
     /// "com.spotify.client.PlaybackStateChanged".

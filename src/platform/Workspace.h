@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/RunningApplication.h"
+
 #include <QObject>
 #include <QUrl>
 
@@ -11,6 +13,9 @@ class Workspace : public QObject
 public:
     /// Whether at least one running application has this bundle identifier.
     virtual bool isRunning(const QString& bundleId) const = 0;
+
+    /// The application that has the keyboard; none when none has.
+    virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
     /// Opens an address with what the desktop has for it. False when nothing could be started.
     virtual bool open(const QUrl& url) = 0;

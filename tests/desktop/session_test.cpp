@@ -50,7 +50,7 @@ struct Session {
                              .fetchMusicArtwork = {},
                              .fetchSpotifyArtwork = {},
                              .refreshSpotifyQueue = {},
-                             .sendMediaKey = [this](MediaKey) { ++keys; }});
+                             .sendMediaKey = [this](MediaKeys::Key) { ++keys; }});
     }
 
     QString active() const { return playerName(service->activePlayer()); }

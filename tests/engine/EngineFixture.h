@@ -56,7 +56,7 @@ struct EngineFixture {
                 .fetchMusicArtwork = [this] { told << QStringLiteral("music artwork"); },
                 .fetchSpotifyArtwork = [this](const QString& url) { told << u"artwork " + url; },
                 .refreshSpotifyQueue = [this] { told << QStringLiteral("queue"); },
-                .sendMediaKey = [this](MediaKey key) { keys << static_cast<int>(key); }});
+                .sendMediaKey = [this](MediaKeys::Key key) { keys << static_cast<int>(key); }});
     }
 
     static QString bundle(Player player)

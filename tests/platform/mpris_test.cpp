@@ -2,10 +2,10 @@
 #include "base/NotificationCenter.h"
 #include "platform/BundleId.h"
 #include "platform/linux/DesktopAutomation.h"
+#include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/mpris/MprisApplication.h"
 #include "platform/linux/mpris/MprisBus.h"
 #include "platform/linux/mpris/MprisPlayer.h"
-#include "platform/linux/mpris/MprisWorkspace.h"
 #include "platform/linux/mpris/PlayerNotifier.h"
 #include "platform/linux/mpris/PlayerRoster.h"
 #include "platform/linux/script/ScriptError.h"
@@ -55,7 +55,7 @@ struct Mirror {
     PlayerRoster roster{bus, defaults};
     NotificationCenter center;
     PlayerNotifier notifier{roster, center};
-    MprisWorkspace workspace{roster};
+    DesktopWorkspace workspace{roster};
     DesktopAutomation automation{roster};
     MprisApplication application{roster, PlayerRole::music};
     QObject observer;

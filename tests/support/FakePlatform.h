@@ -2,11 +2,13 @@
 
 #include "base/NotificationCenter.h"
 #include "platform/Automation.h"
+#include "platform/EventTaps.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/PowerState.h"
 #include "platform/ScriptRunner.h"
 #include "platform/StatusBar.h"
+#include "platform/SystemDefinedEvent.h"
 #include "platform/Workspace.h"
 #include "support/FakeAudioHardware.h"
 #include "support/ManualRunLoop.h"
@@ -38,6 +40,7 @@ class FakeWorkspace final : public Workspace
 
 public:
     bool isRunning(const QString& bundleId) const override { return running.contains(bundleId); }
+    std::optional<RunningApplication> frontmostApplication() const override { return front; }
     bool open(const QUrl& url) override
     {
         opened.append(url.toString());
@@ -46,6 +49,15 @@ public:
 
     QSet<QString> running;
     QStringList opened;
+    std::optional<RunningApplication> front;
+};
+
+class FakeEventTaps final : public EventTaps
+{
+public:
+    void post(const SystemDefinedEvent& event, Tap tap) override { posted.append({event, tap}); }
+
+    QList<std::pair<SystemDefinedEvent, Tap>> posted;
 };
 
 class FakePower final : public PowerState
@@ -96,6 +108,7 @@ struct FakePlatform {
     FakePasteboard pasteboard;
     FakeStatusBar statusBar;
     FakeAudioHardware audioHardware;
+    FakeEventTaps eventTaps;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -106,6 +119,7 @@ struct FakePlatform {
                    .pasteboard = pasteboard,
                    .statusBar = statusBar,
                    .audioHardware = audioHardware,
+                   .eventTaps = eventTaps,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };

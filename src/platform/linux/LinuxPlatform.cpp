@@ -31,6 +31,7 @@ LinuxPlatform::LinuxPlatform(const UserDefaults& defaults)
     , _automation(_roster)
     , _interpreter(scriptedApplications(_roster, _runLoop))
     , _power(QDBusConnection::systemBus())
+    , _eventTaps(_bus, _roster)
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,
              .automation = _automation,
@@ -39,6 +40,7 @@ LinuxPlatform::LinuxPlatform(const UserDefaults& defaults)
              .pasteboard = _pasteboard,
              .statusBar = _statusBar,
              .audioHardware = _audioHardware,
+             .eventTaps = _eventTaps,
              .distributedNotifications = _distributedNotifications,
              .notifications = _notifications}
 {

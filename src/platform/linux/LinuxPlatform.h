@@ -6,9 +6,10 @@
 #include "platform/linux/ClipboardPasteboard.h"
 #include "platform/linux/DesktopAppearance.h"
 #include "platform/linux/DesktopAutomation.h"
+#include "platform/linux/DesktopEventTaps.h"
+#include "platform/linux/DesktopWorkspace.h"
 #include "platform/linux/PowerProfiles.h"
 #include "platform/linux/mpris/MprisBus.h"
-#include "platform/linux/mpris/MprisWorkspace.h"
 #include "platform/linux/mpris/PlayerNotifier.h"
 #include "platform/linux/mpris/PlayerRoster.h"
 #include "platform/linux/pipewire/PipewireAudioHardware.h"
@@ -33,7 +34,7 @@ private:
     MprisBus _bus;
     PlayerRoster _roster;
     PlayerNotifier _notifier;
-    MprisWorkspace _workspace;
+    DesktopWorkspace _workspace;
     DesktopAutomation _automation;
     Interpreter _interpreter;
     PowerProfiles _power;
@@ -41,5 +42,6 @@ private:
     ClipboardPasteboard _pasteboard;
     X11StatusBar _statusBar;
     PipewireAudioHardware _audioHardware;
+    DesktopEventTaps _eventTaps;
     Platform _ports;
 };

@@ -21,6 +21,8 @@ public:
     /// The player in a role; null when none runs.
     MprisPlayer* player(PlayerRole role) const { return _cast.value(role); }
 
+    bool hasRole(const MprisPlayer* player) const { return _cast.values().contains(player); }
+
 Q_SIGNALS:
     /// A role is taken, by a player that has told its state.
     void appeared(PlayerRole role);

@@ -1,7 +1,8 @@
-#include "platform/linux/mpris/MprisWorkspace.h"
+#include "platform/linux/DesktopWorkspace.h"
 
 #include "platform/linux/mpris/MprisPlayer.h"
 #include "platform/linux/mpris/PlayerRoster.h"
+#include "platform/linux/x11/X11Processes.h"
 
 #include <QDesktopServices>
 
@@ -17,7 +18,7 @@ std::optional<PlayerRole> roleWithScheme(const QString& scheme)
 
 } // namespace
 
-MprisWorkspace::MprisWorkspace(PlayerRoster& roster) : _roster(roster)
+DesktopWorkspace::DesktopWorkspace(PlayerRoster& roster) : _roster(roster)
 {
     connect(&_roster, &PlayerRoster::appeared, this,
             [this](PlayerRole role) { Q_EMIT applicationLaunched(bundleId(role)); });
@@ -27,13 +28,23 @@ MprisWorkspace::MprisWorkspace(PlayerRoster& roster) : _roster(roster)
             [this](PlayerRole role) { Q_EMIT playbackJumped(bundleId(role)); });
 }
 
-bool MprisWorkspace::isRunning(const QString& bundleId) const
+bool DesktopWorkspace::isRunning(const QString& bundleId) const
 {
     const auto role = roleWithBundleId(bundleId);
     return role && _roster.player(*role) != nullptr;
 }
 
-bool MprisWorkspace::open(const QUrl& url)
+std::optional<RunningApplication> DesktopWorkspace::frontmostApplication() const
+{
+    const auto processes = X11Processes::running();
+    if (processes.empty() || !processes.front().isFrontmost) {
+        return std::nullopt;
+    }
+    return RunningApplication{.processId = processes.front().unixId.value_or(0),
+                              .bundleId = processes.front().bundleId};
+}
+
+bool DesktopWorkspace::open(const QUrl& url)
 {
     const auto role = roleWithScheme(url.scheme());
     if (MprisPlayer* const player = role ? _roster.player(*role) : nullptr) {

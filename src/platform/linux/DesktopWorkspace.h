@@ -4,15 +4,16 @@
 
 class PlayerRoster;
 
-/// The running applications, as far as they are players on the session bus.
-class MprisWorkspace final : public Workspace
+/// The running applications, as far as they are players on the session bus or show windows.
+class DesktopWorkspace final : public Workspace
 {
     Q_OBJECT
 
 public:
-    explicit MprisWorkspace(PlayerRoster& roster);
+    explicit DesktopWorkspace(PlayerRoster& roster);
 
     bool isRunning(const QString& bundleId) const override;
+    std::optional<RunningApplication> frontmostApplication() const override;
 
     /// "music://" and "spotify://" bring the running player to the front; any other address, and that of a
     /// player that does not run, goes to the desktop.

@@ -1,0 +1,119 @@
+#include "audio/MediaKeys.h"
+
+#include "base/DebugLog.h"
+#include "platform/EventTaps.h"
+#include "platform/Platform.h"
+#include "platform/ScriptRunner.h"
+#include "platform/SystemDefinedEvent.h"
+#include "platform/Workspace.h"
+
+namespace {
+
+constexpr quint32 keyDown = 0xA00;
+constexpr quint32 keyUp = 0xB00;
+
+QString keyName(MediaKeys::Key key)
+{
+    switch (key) {
+    case MediaKeys::Key::playPause:
+        return QStringLiteral("playPause");
+    case MediaKeys::Key::next:
+        return QStringLiteral("next");
+    case MediaKeys::Key::previous:
+        return QStringLiteral("previous");
+    }
+    return {};
+}
+
+void trace(MediaKeys::Key key, const QString& message)
+{
+    dlog(QStringLiteral("MediaKeys: ") + keyName(key) + message);
+}
+
+/// What web players take for the key: the text to type, and the modifiers.
+QString keystroke(MediaKeys::Key key)
+{
+    switch (key) {
+    case MediaKeys::Key::playPause:
+        return QStringLiteral("\" \"");
+    case MediaKeys::Key::next:
+        return QStringLiteral("\"N\" using {shift down}");
+    case MediaKeys::Key::previous:
+        return QStringLiteral("\"P\" using {shift down}");
+    }
+    return {};
+}
+
+QString keystrokeScript(qint64 processId, MediaKeys::Key key)
+{
+    return QStringLiteral("tell application \"System Events\"\n"
+                          "    try\n"
+                          "        set p to first process whose unix id is %1\n"
+                          "        tell p to keystroke %2\n"
+                          "        return \"OK\"\n"
+                          "    on error errMsg\n"
+                          "        return \"ERR: \" & errMsg\n"
+                          "    end try\n"
+                          "end tell")
+        .arg(QString::number(processId), keystroke(key));
+}
+
+} // namespace
+
+const QSet<QString>& MediaKeys::browserBundleIDs()
+{
+    static const QSet<QString> identifiers = {
+        QStringLiteral("com.google.Chrome"),
+        QStringLiteral("com.google.Chrome.canary"),
+        QStringLiteral("company.thebrowser.Browser"),
+        QStringLiteral("com.apple.Safari"),
+        QStringLiteral("com.apple.SafariTechnologyPreview"),
+        QStringLiteral("org.mozilla.firefox"),
+        QStringLiteral("com.microsoft.edgemac"),
+        QStringLiteral("com.brave.Browser"),
+        QStringLiteral("com.brave.Browser.beta"),
+        QStringLiteral("com.brave.Browser.nightly"),
+        QStringLiteral("com.vivaldi.Vivaldi"),
+        QStringLiteral("com.operasoftware.Opera"),
+    };
+    return identifiers;
+}
+
+MediaKeys::MediaKeys(Platform& platform) : _platform(platform) {}
+
+void MediaKeys::send(Key key)
+{
+    const auto front = _platform.workspace.frontmostApplication();
+    const QString bundleId = front ? front->bundleId.value_or(QString()) : QString();
+    if (browserBundleIDs().contains(bundleId) && typeInto(*front, key)) {
+        return;
+    }
+    trace(key,
+          QStringLiteral(" → broadcast (front=%1)").arg(bundleId.isEmpty() ? QStringLiteral("?") : bundleId));
+    broadcast(key);
+}
+
+bool MediaKeys::typeInto(const RunningApplication& browser, Key key)
+{
+    const QString processId = QString::number(browser.processId);
+    const ScriptOutcome outcome = _platform.scripts.run(keystrokeScript(browser.processId, key));
+    if (outcome.reply == QStringLiteral("OK")) {
+        trace(key, QStringLiteral(" → keystroke pid ") + processId);
+        return true;
+    }
+    trace(key, QStringLiteral(" → keystroke FAILED for pid %1: %2")
+                   .arg(processId, outcome.reply.value_or(outcome.errorMessage)));
+    return false;
+}
+
+void MediaKeys::broadcast(Key key)
+{
+    for (const quint32 direction : {keyDown, keyUp}) {
+        const SystemDefinedEvent event{.modifierFlags = direction,
+                                       .data1 =
+                                           static_cast<qint32>(static_cast<quint32>(key) << 16U | direction),
+                                       .data2 = -1};
+        _platform.eventTaps.post(event, EventTaps::Tap::hid);
+        _platform.eventTaps.post(event, EventTaps::Tap::session);
+    }
+}
