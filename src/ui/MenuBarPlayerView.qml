@@ -105,7 +105,7 @@ Item {
         Accessible.name: root.pill.title
 
         MarqueeText {
-            anchors.fill: parent
+            anchors { fill: parent; topMargin: -2; bottomMargin: -2 } // descenders reach below the line
             text: root.pill.title
             isActive: root.pill.isTitleActive
             isShrunkToFit: root.pill.isIdle
