@@ -45,7 +45,7 @@ void FrameClock::tick()
     std::copy_if(_clients.begin(), _clients.end(), std::back_inserter(due), hasTurn);
     ++_ticks;
     for (const Client& client : due) {
-        if (client.object) {
+        if (client.object != nullptr) {
             client.draw();
         }
     }

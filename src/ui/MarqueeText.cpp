@@ -49,7 +49,7 @@ void MarqueeText::setClock(FrameClock* clock)
     if (clock == _clock) {
         return;
     }
-    if (_clock) {
+    if (_clock != nullptr) {
         _clock->setRate(this, 0);
     }
     _clock = clock;
@@ -86,7 +86,7 @@ void MarqueeText::relayout()
 
 void MarqueeText::restart()
 {
-    if (_clock) {
+    if (_clock != nullptr) {
         _startTime = _clock->now();
     }
     follow();
@@ -95,7 +95,7 @@ void MarqueeText::restart()
 
 void MarqueeText::follow()
 {
-    if (_clock) {
+    if (_clock != nullptr) {
         const bool isScrolling = isActive() && isVisible() && _textWidth > width();
         _clock->setRate(this, isScrolling ? scrollRate : 0, [this] { advance(); });
     }
@@ -110,7 +110,7 @@ void MarqueeText::advance()
 
 double MarqueeText::offset() const
 {
-    const bool isScrolling = _clock && isActive() && _textWidth > width();
+    const bool isScrolling = _clock != nullptr && isActive() && _textWidth > width();
     return isScrolling ? Marquee::offset(_clock->now() - _startTime, _textWidth) : 0;
 }
 

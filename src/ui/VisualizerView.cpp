@@ -39,11 +39,11 @@ void VisualizerView::setModel(VisualizerModel* model)
     if (model == _model) {
         return;
     }
-    if (_model) {
+    if (_model != nullptr) {
         _model->disconnect(this);
     }
     _model = model;
-    if (_model) {
+    if (_model != nullptr) {
         connect(_model, &VisualizerModel::changed, this, &VisualizerView::follow);
     }
     follow();
@@ -55,7 +55,7 @@ void VisualizerView::setClock(FrameClock* clock)
     if (clock == _clock) {
         return;
     }
-    if (_clock) {
+    if (_clock != nullptr) {
         _clock->setRate(this, 0);
     }
     _clock = clock;
@@ -73,8 +73,8 @@ void VisualizerView::itemChange(ItemChange change, const ItemChangeData& data)
 
 void VisualizerView::follow()
 {
-    if (_clock) {
-        const int rate = _model && isVisible() ? _model->framesPerSecond() : 0;
+    if (_clock != nullptr) {
+        const int rate = _model != nullptr && isVisible() ? _model->framesPerSecond() : 0;
         _clock->setRate(this, rate, [this] { update(); });
     }
     update();
@@ -82,12 +82,12 @@ void VisualizerView::follow()
 
 void VisualizerView::paint(QPainter& painter, QSize size, double scale)
 {
-    if (_model && !_model->isEnabled()) {
+    if (_model != nullptr && !_model->isEnabled()) {
         return;
     }
     VisualizerModel::Heights heights;
     heights.fill(VisualizerBars::minBarHeight);
-    if (_model) {
+    if (_model != nullptr) {
         heights = _model->heights();
     }
     painter.setPen(Qt::NoPen);
