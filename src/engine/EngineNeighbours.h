@@ -2,6 +2,7 @@
 
 #include "audio/MediaKeys.h"
 #include "engine/Player.h"
+#include "engine/UpNextTrack.h"
 
 #include <QImage>
 #include <QString>
@@ -29,6 +30,9 @@ struct EngineNeighbours {
 
     /// Spotify has become the active player.
     std::function<void()> refreshSpotifyQueue = {};
+
+    /// The queue as the Spotify account last told it.
+    std::function<QList<UpNextTrack>()> cachedSpotifyQueue = {};
 
     /// Delivers a key to what makes the sound.
     std::function<void(MediaKeys::Key key)> sendMediaKey = {};

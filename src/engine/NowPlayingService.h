@@ -95,6 +95,15 @@ public:
     /// Asks the player at every call.
     TrackReaction currentTrackReaction();
 
+    /// What plays next: of Music at most `limit` tracks of its list, of Spotify the queue as last heard.
+    QList<UpNextTrack> upNextTracks(int limit = 8);
+
+    /// Has Music play a track of its list, by the number that it is listed with.
+    void playUpNextTrack(qint64 playlistIndex);
+
+    /// Runs a statement of the script language on Music, if commands go there.
+    void runScriptIfMusic(const QString& statement);
+
     /// Pauses `minutes` (1 or more) from now. Replaces a timer that runs.
     void setSleepTimer(int minutes);
     void cancelSleepTimer();

@@ -88,6 +88,7 @@ private Q_SLOTS:
     void arbitrates();
     void silencesHijacker();
     void runsEveryScript();
+    void listsWhatIsNext();
     void survivesStoppedPlayer();
     void clearsWhenPlayerIsKilled();
 
@@ -295,6 +296,37 @@ void SessionTest::runsEveryScript()
     QTRY_COMPARE(RealPlayer::status(), playing);
     _session->run(PlayerScripts::seek(Player::appleMusic, 15));
     QTRY_VERIFY(std::abs(RealPlayer::position() - 15) < 1.5);
+}
+
+void SessionTest::listsWhatIsNext()
+{
+    const auto track = [](int number) {
+        return MprisStandIn::metadata(QStringLiteral("/t/%1").arg(number),
+                                      QStringLiteral("Title %1").arg(number), QStringLiteral("Band"),
+                                      QString(), 100);
+    };
+    const auto next = [](std::initializer_list<int> numbers) {
+        QList<UpNextTrack> tracks;
+        for (const int number : numbers) {
+            tracks.append({QStringLiteral("Title %1").arg(number), QStringLiteral("Band"), number});
+        }
+        return tracks;
+    };
+    QCOMPARE(_session->service->upNextTracks(), next({})); // mpv tells no track list
+    RealPlayer::tell(QStringLiteral("pause"));
+    MprisStandIn player(QStringLiteral("lister"));
+    player.setTracks({track(1), track(2), track(3), track(4)});
+    player.change(MprisStandIn::playing(track(2)));
+    QTRY_COMPARE(_session->service->title(), QStringLiteral("Title 2"));
+    QTRY_COMPARE(_session->service->upNextTracks(), next({3, 4}));
+    QCOMPARE(_session->service->upNextTracks(1), next({3}));
+    player.calls.clear();
+    _session->service->playUpNextTrack(4);
+    QTRY_COMPARE(player.calls, QStringList{QStringLiteral("GoTo /t/4")});
+    player.setTracks({track(1), track(2)});
+    QTRY_COMPARE(_session->service->upNextTracks(), next({}));
+    player.setTracks({track(2), track(9)});
+    QTRY_COMPARE(_session->service->upNextTracks().size(), 1);
 }
 
 void SessionTest::survivesStoppedPlayer()

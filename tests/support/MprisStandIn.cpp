@@ -1,6 +1,7 @@
 #include "support/MprisStandIn.h"
 
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 
@@ -35,6 +36,7 @@ QString callText(const QDBusMessage& message)
 
 MprisStandIn::MprisStandIn(const QString& suffix, const QString& address) : _bus(connection(address))
 {
+    qDBusRegisterMetaType<QList<QVariantMap>>();
     _properties = {{QStringLiteral("PlaybackStatus"), QStringLiteral("Stopped")},
                    {QStringLiteral("Rate"), 1.0},
                    {QStringLiteral("Metadata"), QVariantMap()},
@@ -79,6 +81,21 @@ void MprisStandIn::seek(qlonglong microseconds)
     _bus.send(signal);
 }
 
+void MprisStandIn::setTracks(const QList<QVariantMap>& tracks)
+{
+    QList<QDBusObjectPath> paths;
+    for (const QVariantMap& track : tracks) {
+        paths.append(track[QStringLiteral("mpris:trackid")].value<QDBusObjectPath>());
+    }
+    _tracks = tracks;
+    set({{QStringLiteral("HasTrackList"), true}, {QStringLiteral("Tracks"), QVariant::fromValue(paths)}});
+    auto signal = QDBusMessage::createSignal(objectPath, QStringLiteral("org.mpris.MediaPlayer2.TrackList"),
+                                             QStringLiteral("TrackListReplaced"));
+    signal.setArguments(
+        {QVariant::fromValue(paths), QVariant::fromValue(QDBusObjectPath(QStringLiteral("/")))});
+    _bus.send(signal);
+}
+
 QVariantMap MprisStandIn::metadata(const QString& id, const QString& title, const QString& artist,
                                    const QString& album, double seconds)
 {
@@ -112,6 +129,10 @@ bool MprisStandIn::handleMessage(const QDBusMessage& message, const QDBusConnect
     }
     if (message.interface() == propertiesInterface) {
         bus.send(message.createReply(answer(message)));
+        return true;
+    }
+    if (message.member() == QStringLiteral("GetTracksMetadata")) {
+        bus.send(message.createReply(QVariant::fromValue(_tracks)));
         return true;
     }
     calls.append(callText(message));

@@ -38,6 +38,9 @@ public:
                                 const QString& album, double seconds);
     static QVariantMap playing(const QVariantMap& metadata);
 
+    /// Has a track list from now on, and tells everybody.
+    void setTracks(const QList<QVariantMap>& tracks);
+
     QVariant property(const QString& name) const { return _properties.value(name); }
 
     /// Every method call so far, as "PlayPause" or "SetPosition /t/1 42500000".
@@ -58,5 +61,6 @@ private:
 
     QDBusConnection _bus;
     QVariantMap _properties;
+    QList<QVariantMap> _tracks;
     bool _isRegistered = false;
 };

@@ -14,6 +14,8 @@ class TrackObject final : public ScriptObject
 public:
     TrackObject(MprisTrack track, PlayerRole role) : _track(std::move(track)), _role(role) {}
 
+    const MprisTrack& track() const { return _track; }
+
     ScriptValue property(const QString& name) override
     {
         if (name == QStringLiteral("name")) {
@@ -53,6 +55,28 @@ private:
     PlayerRole _role;
 };
 
+/// The player's track list.
+class PlaylistObject final : public ScriptObject
+{
+public:
+    explicit PlaylistObject(QList<MprisTrack> tracks) : _tracks(std::move(tracks)) {}
+
+    std::vector<std::shared_ptr<ScriptObject>> elements(const QString& className) override
+    {
+        if (className != QStringLiteral("track")) {
+            return ScriptObject::elements(className);
+        }
+        std::vector<std::shared_ptr<ScriptObject>> tracks;
+        for (const MprisTrack& track : _tracks) {
+            tracks.push_back(std::make_shared<TrackObject>(track, PlayerRole::music));
+        }
+        return tracks;
+    }
+
+private:
+    QList<MprisTrack> _tracks;
+};
+
 double number(const ScriptValue& value)
 {
     if (const auto* const real = std::get_if<double>(&value.data)) {
@@ -62,6 +86,12 @@ double number(const ScriptValue& value)
         return static_cast<double>(*integer);
     }
     throw ScriptError{ScriptError::cannotConvert, QStringLiteral("A number was expected.")};
+}
+
+const TrackObject* listedTrack(const ScriptValue& value)
+{
+    const auto* const object = std::get_if<std::shared_ptr<ScriptObject>>(&value.data);
+    return object != nullptr ? dynamic_cast<const TrackObject*>(object->get()) : nullptr;
 }
 
 QString stateName(MprisPlayer::Status status)
@@ -94,6 +124,10 @@ ScriptValue MprisApplication::property(const QString& name)
     }
     if (name == QStringLiteral("current track") && !player.state().track.isBlank()) {
         return std::shared_ptr<ScriptObject>(std::make_shared<TrackObject>(player.state().track, _role));
+    }
+    const bool hasPlaylist = _role == PlayerRole::music && !player.trackList().tracks().isEmpty();
+    if (name == QStringLiteral("current playlist") && hasPlaylist) {
+        return std::shared_ptr<ScriptObject>(std::make_shared<PlaylistObject>(player.trackList().tracks()));
     }
     return ScriptObject::property(name);
 }
@@ -129,6 +163,11 @@ ScriptValue MprisApplication::perform(const QString& command, const ScriptValue&
         {QStringLiteral("previous track"), &MprisPlayer::previous},
     };
     MprisPlayer& player = this->player();
+    if (const TrackObject* const track = listedTrack(direct);
+        track != nullptr && command == QStringLiteral("play")) {
+        player.trackList().goTo(track->track());
+        return {};
+    }
     const Command known = commands.value(command);
     const bool hasObject = !std::holds_alternative<std::monostate>(direct.data);
     if (known == nullptr || hasObject) {

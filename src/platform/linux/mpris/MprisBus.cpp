@@ -16,6 +16,7 @@ Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
 
 const QString namePrefix = QStringLiteral("org.mpris.MediaPlayer2.");
 const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
+const QString trackListInterface = QStringLiteral("org.mpris.MediaPlayer2.TrackList");
 const QString busDaemon = QStringLiteral("org.freedesktop.DBus");
 const QString daemonPath = QStringLiteral("/org/freedesktop/DBus");
 
@@ -56,6 +57,10 @@ bool MprisBus::connectToBus()
                  QStringLiteral("PropertiesChanged"), this, SLOT(propertiesChanged(QDBusMessage)));
     _bus.connect(QString(), objectPath, QStringLiteral("org.mpris.MediaPlayer2.Player"),
                  QStringLiteral("Seeked"), this, SLOT(seeked(QDBusMessage)));
+    for (const char* signal : {"TrackListReplaced", "TrackAdded", "TrackRemoved", "TrackMetadataChanged"}) {
+        _bus.connect(QString(), objectPath, trackListInterface, QString::fromLatin1(signal), this,
+                     SLOT(trackListChanged(QDBusMessage)));
+    }
     _bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                  QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                  SLOT(disconnected()));
@@ -118,11 +123,22 @@ void MprisBus::propertiesChanged(const QDBusMessage& signal)
 {
     MprisPlayer* const player = withUniqueName(signal.service());
     const QVariantList arguments = signal.arguments();
-    if (player == nullptr || arguments.size() < 3 ||
-        arguments[0].toString() != QStringLiteral("org.mpris.MediaPlayer2.Player")) {
+    if (player == nullptr || arguments.size() < 3) {
         return;
     }
-    player->propertiesChanged(qdbus_cast<QVariantMap>(arguments[1]), arguments[2].toStringList());
+    const QString interface = arguments[0].toString();
+    if (interface == trackListInterface) {
+        player->trackList().changed();
+    } else if (interface == QStringLiteral("org.mpris.MediaPlayer2.Player")) {
+        player->propertiesChanged(qdbus_cast<QVariantMap>(arguments[1]), arguments[2].toStringList());
+    }
+}
+
+void MprisBus::trackListChanged(const QDBusMessage& signal)
+{
+    if (MprisPlayer* const player = withUniqueName(signal.service())) {
+        player->trackList().changed();
+    }
 }
 
 void MprisBus::seeked(const QDBusMessage& signal)

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void nameOwnerChanged(const QString& name, const QString& oldOwner, const QString& newOwner);
     void propertiesChanged(const QDBusMessage& signal);
     void seeked(const QDBusMessage& signal);
+    void trackListChanged(const QDBusMessage& signal);
     void disconnected();
 
 private:

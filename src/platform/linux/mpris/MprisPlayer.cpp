@@ -82,6 +82,7 @@ MprisPlayer::MprisPlayer(QDBusConnection bus, QString uniqueName, RunLoop& runLo
     , _bus(std::move(bus))
     , _uniqueName(std::move(uniqueName))
     , _runLoop(runLoop)
+    , _trackList(_bus, _uniqueName, runLoop)
 {
     fetchAll();
 }

@@ -2,6 +2,7 @@
 
 #include "base/Date.h"
 #include "platform/linux/mpris/MprisTrack.h"
+#include "platform/linux/mpris/MprisTrackList.h"
 #include "platform/linux/mpris/PositionClock.h"
 
 #include <QDBusConnection>
@@ -73,6 +74,9 @@ public:
     /// Brings the player's window to the front, if it has one.
     void raise();
 
+    /// The tracks that it is to play, in its order.
+    MprisTrackList& trackList() { return _trackList; }
+
     /// What the bus brings: the signals PropertiesChanged and Seeked of this player.
     void propertiesChanged(const QVariantMap& changed, const QStringList& invalidated);
     void seeked(qlonglong microseconds);
@@ -104,6 +108,7 @@ private:
     QDBusConnection _bus;
     QString _uniqueName;
     RunLoop& _runLoop;
+    MprisTrackList _trackList;
     State _latest;
     State _published;
     PositionClock _clock;
