@@ -15,6 +15,7 @@
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
 #include "prefs/WidgetManager.h"
+#include "ui/PillColors.h"
 #include "ui/PillModel.h"
 #include "ui/menu/ClassicMenu.h"
 #include "ui/menu/PellarMenuPanel.h"
@@ -63,7 +64,15 @@ void AppDelegate::setup()
     _statusItem =
         std::make_unique<StatusItem>(_platform.statusBar, _defaults, QStringLiteral("PellarPlayer"), width);
 
-    _pill = std::make_unique<PillModel>(_service, _visibility, _appearance, _platform.statusBar.thickness());
+    const PillModel::Dependencies shown{.service = _service,
+                                        .visibility = _visibility,
+                                        .theme = ThemeManager::shared(),
+                                        .power = PowerModeManager::shared(),
+                                        .audio = AudioBridge::shared(),
+                                        .appearance = _appearance,
+                                        .runLoop = _platform.runLoop,
+                                        .notifications = _platform.notifications};
+    _pill = std::make_unique<PillModel>(shown, _platform.statusBar.thickness());
     _hosting = std::make_unique<StatusHostingView>();
     _hosting->setTitle(QStringLiteral("Pellar"));
     _hosting->setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(_pill.get())}});
@@ -75,7 +84,11 @@ void AppDelegate::setup()
     };
     _hosting->rightClickHandler = [this](const QMouseEvent& event) { presentRightClickMenu(event); };
 
-    _statusItem->setCornerRadius(_pill->cornerRadius());
+    const auto setCorners = [this] {
+        _statusItem->setCorners(_pill->layout().cornerRadius, _pill->colors().background);
+    };
+    connect(_pill.get(), &PillModel::colorsChanged, _statusItem.get(), setCorners);
+    setCorners();
     _statusItem->setView(_hosting.get());
     bindPillVisibilityToStatusItem();
 

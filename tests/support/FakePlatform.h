@@ -101,6 +101,7 @@ class FakeStatusBar final : public StatusBar
 public:
     int thickness() const override { return 28; }
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
+    void place(QWindow& window, const QRect& frame) override { window.setGeometry(frame); }
     bool isComposited() const override { return true; }
 };
 
