@@ -10,6 +10,9 @@
 #include "engine/NowPlayingService.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "prefs/ThemeManager.h"
+#include "support/LoopbackServices.h"
 #include "support/MemoryDefaults.h"
 #include "support/MprisStandIn.h"
 #include "support/RealPlayer.h"
@@ -79,11 +82,17 @@ void measureStatusPoll()
     AudioBridge audio(linux.ports().runLoop, defaults, nullptr);
     AudioSourceManager sources(defaults, linux.ports().notifications, audio);
     PowerModeManager power(defaults, linux.ports().power);
+    ThemeManager theme(defaults);
+    RecentlyPlayedManager recentlyPlayed(defaults, linux.ports().runLoop);
+    defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"),
+                       QStringLiteral("http://127.0.0.1:1"));
     NowPlayingService service({.platform = linux.ports(),
                                .defaults = defaults,
                                .sources = sources,
                                .audio = audio,
-                               .power = power});
+                               .power = power,
+                               .theme = theme,
+                               .recentlyPlayed = recentlyPlayed});
     if (!QTest::qWaitFor([&] { return service.isPlaying(); })) {
         Table::row(QStringLiteral("one status poll"), QStringLiteral("no player"), QString());
         return;
@@ -226,6 +235,7 @@ void measureFootprint(const PillWatch& pill, const QProcess& program)
 int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);
+    keepServicesToLoopback();
     RealPlayer mpv;
     if (!mpv.start()) {
         std::fputs("mpv did not start\n", stderr);

@@ -8,36 +8,19 @@
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
+#include "prefs/MenuStyleManager.h"
+#include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "prefs/ThemeManager.h"
+#include "prefs/WidgetManager.h"
 #include "ui/PillColors.h"
 #include "ui/PillModel.h"
+#include "ui/menu/ClassicMenu.h"
+#include "ui/menu/PellarMenuPanel.h"
 
-#include <QCoreApplication>
-#include <QMenu>
-
-namespace {
-
-/// A text as a menu shows it: in one line of some 300 points, and an ampersand is no mnemonic.
-QString menuText(const QString& text, const QMenu& menu)
-{
-    constexpr int width = 300;
-    return menu.fontMetrics()
-        .elidedText(text.simplified(), Qt::ElideRight, width)
-        .replace(u'&', QStringLiteral("&&"));
-}
-
-/// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
-QPalette menuPalette(bool isDark)
-{
-    const QColor background = PillColors::forDesktop(isDark).background;
-    QPalette palette(background, background);
-    palette.setColor(QPalette::Base, background);
-    palette.setColor(QPalette::Light, background); // no shine behind disabled rows
-    return palette;
-}
-
-} // namespace
+#include <QMouseEvent>
 
 AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance)
     : _platform(platform)
@@ -50,8 +33,18 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                 .defaults = defaults,
                 .sources = AudioSourceManager::shared(),
                 .audio = AudioBridge::shared(),
-                .power = PowerModeManager::shared()},
+                .power = PowerModeManager::shared(),
+                .theme = ThemeManager::shared(),
+                .recentlyPlayed = RecentlyPlayedManager::shared()},
                {.sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
+    , _contextMenu({.service = _service,
+                    .pasteboard = platform.pasteboard,
+                    .audioDevices = _audioManager,
+                    .audioSources = AudioSourceManager::shared(),
+                    .power = PowerModeManager::shared(),
+                    .recentlyPlayed = RecentlyPlayedManager::shared(),
+                    .visibility = MenuVisibilityManager::shared(),
+                    .widget = WidgetManager::shared()})
     , _audioCapture(platform, _service, AudioSourceManager::shared(), PowerModeManager::shared(),
                     AudioBridge::shared())
 {
@@ -71,22 +64,35 @@ void AppDelegate::setup()
     _statusItem =
         std::make_unique<StatusItem>(_platform.statusBar, _defaults, QStringLiteral("PellarPlayer"), width);
 
-    _pill = std::make_unique<PillModel>(_service, _visibility, _appearance, _platform.statusBar.thickness());
+    const PillModel::Dependencies shown{.service = _service,
+                                        .visibility = _visibility,
+                                        .theme = ThemeManager::shared(),
+                                        .power = PowerModeManager::shared(),
+                                        .audio = AudioBridge::shared(),
+                                        .appearance = _appearance,
+                                        .runLoop = _platform.runLoop,
+                                        .notifications = _platform.notifications};
+    _pill = std::make_unique<PillModel>(shown, _platform.statusBar.thickness());
     _hosting = std::make_unique<StatusHostingView>();
     _hosting->setTitle(QStringLiteral("Pellar"));
     _hosting->setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(_pill.get())}});
     _hosting->setSource(QUrl(QStringLiteral("qrc:/Pellar/MenuBarPlayerView.qml")));
     _hosting->contextMenuProvider = [this] {
-        auto menu = std::make_unique<QMenu>();
-        fillMenu(*menu);
+        auto menu = std::make_unique<ClassicMenu>();
+        buildMenu(*menu);
         return menu;
     };
+    _hosting->rightClickHandler = [this](const QMouseEvent& event) { presentRightClickMenu(event); };
 
-    _statusItem->setCornerRadius(_pill->cornerRadius());
+    const auto setCorners = [this] {
+        _statusItem->setCorners(_pill->layout().cornerRadius, _pill->colors().background);
+    };
+    connect(_pill.get(), &PillModel::colorsChanged, _statusItem.get(), setCorners);
+    setCorners();
     _statusItem->setView(_hosting.get());
     bindPillVisibilityToStatusItem();
 
-    _trayIcon = std::make_unique<TrayIcon>(_service, [this](QMenu& menu) { fillMenu(menu); });
+    _trayIcon = std::make_unique<TrayIcon>(_service, [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
 }
 
@@ -96,17 +102,29 @@ void AppDelegate::bindPillVisibilityToStatusItem()
             [this] { _statusItem->setLength(_visibility.preferredPillWidth()); });
 }
 
-void AppDelegate::fillMenu(QMenu& menu)
+void AppDelegate::buildMenu(ClassicMenu& menu) const
 {
-    menu.setPalette(menuPalette(_appearance.isDark()));
-    QAction* const header = menu.addAction(menuText(_service.title(), menu));
-    QFont bold = header->font();
-    bold.setBold(true);
-    header->setFont(bold);
-    header->setEnabled(false);
-    if (!_service.artist().isEmpty()) {
-        menu.addAction(menuText(_service.artist(), menu))->setEnabled(false);
+    menu.setItems(_contextMenu.items(), _appearance.isDark());
+}
+
+void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
+{
+    if (MenuStyleManager::shared().style() == PellarMenuStyle::classic) {
+        _classicMenu = _hosting->contextMenuProvider();
+        _classicMenu->popup(event.globalPosition().toPoint());
+    } else if (_liveMenuPanel) {
+        _liveMenuPanel->close();
+    } else {
+        presentGlassMenu();
     }
-    menu.addSeparator();
-    menu.addAction(tr("Quit Pellar"), qApp, &QCoreApplication::quit);
+}
+
+void AppDelegate::presentGlassMenu()
+{
+    _liveMenuPanel = std::make_unique<PellarMenuPanel>(
+        PellarMenuPanel::Desktop{
+            .runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
+        [this] { return _contextMenu.items(); }, _hosting->geometry());
+    _liveMenuPanel->onClose = [this] { _liveMenuPanel.release()->deleteLater(); };
+    _liveMenuPanel->present();
 }

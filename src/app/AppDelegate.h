@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/AudioCaptureSupervision.h"
+#include "app/ContextMenu.h"
 #include "audio/AudioDeviceManager.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
@@ -10,9 +11,12 @@
 #include <memory>
 
 class Appearance;
+class ClassicMenu;
+class PellarMenuPanel;
 class PillModel;
 class PillVisibilityManager;
 class QMenu;
+class QMouseEvent;
 class StatusHostingView;
 class StatusItem;
 class TrayIcon;
@@ -34,7 +38,9 @@ public:
 private:
     void setup();
     void bindPillVisibilityToStatusItem();
-    void fillMenu(QMenu& menu);
+    void buildMenu(ClassicMenu& menu) const;
+    void presentRightClickMenu(const QMouseEvent& event);
+    void presentGlassMenu();
 
     Platform& _platform;
     UserDefaults& _defaults;
@@ -43,9 +49,12 @@ private:
     MediaKeys _mediaKeys;
     AudioDeviceManager _audioManager;
     NowPlayingService _service;
+    ContextMenu _contextMenu;
     AudioCaptureSupervision _audioCapture;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;
     std::unique_ptr<TrayIcon> _trayIcon;
+    std::unique_ptr<QMenu> _classicMenu;
+    std::unique_ptr<PellarMenuPanel> _liveMenuPanel; ///< while it exists
 };

@@ -4,10 +4,9 @@
 #include "app/StatusItemPlacement.h"
 #include "platform/StatusBar.h"
 #include "platform/UserDefaults.h"
+#include "ui/RoundedRegion.h"
 
-#include <QBitmap>
 #include <QGuiApplication>
-#include <QPainter>
 #include <QScreen>
 
 #include <cmath>
@@ -15,18 +14,6 @@
 namespace {
 
 constexpr double initialRightInset = 240; // points; left of where panels keep their clock and icons
-
-QRegion roundedRegion(QSize size, double radius)
-{
-    QBitmap shape(size);
-    shape.fill(Qt::color0);
-    QPainter painter(&shape);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(Qt::color1);
-    painter.drawRoundedRect(QRectF(QPointF(), size), radius, radius);
-    painter.end();
-    return QRegion(shape);
-}
 
 } // namespace
 
@@ -51,6 +38,7 @@ void StatusItem::setView(StatusHostingView* view)
     _bar.adopt(*_view);
     followScreen(QGuiApplication::primaryScreen());
     _view->show();
+    place();
 }
 
 void StatusItem::setLength(double length)
@@ -59,9 +47,10 @@ void StatusItem::setLength(double length)
     place();
 }
 
-void StatusItem::setCornerRadius(double radius)
+void StatusItem::setCorners(double radius, const QColor& background)
 {
     _cornerRadius = radius;
+    _background = background;
     cutCorners();
 }
 
@@ -94,7 +83,7 @@ void StatusItem::place()
     }
     const QSize size(static_cast<int>(std::lround(_length)), _bar.thickness());
     const bool isResized = _view->size() != size;
-    _view->setGeometry(StatusItemPlacement::frame(_view->screen()->geometry(), size, _rightInset));
+    _bar.place(*_view, StatusItemPlacement::frame(_view->screen()->geometry(), size, _rightInset));
     if (isResized) {
         cutCorners();
     }
@@ -104,5 +93,6 @@ void StatusItem::cutCorners()
 {
     if (_view != nullptr) {
         _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(_view->size(), _cornerRadius));
+        _view->setColor(_bar.isComposited() ? QColor(Qt::transparent) : _background);
     }
 }

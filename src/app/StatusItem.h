@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QObject>
 #include <QRect>
 
@@ -25,8 +26,9 @@ public:
     /// The item's width, in points. Its right edge stays where it is.
     void setLength(double length);
 
-    /// Pixels beyond this radius of the view's corners are cut off where windows are not blended.
-    void setCornerRadius(double radius);
+    /// Where windows are not blended, pixels beyond this radius of the view's corners are cut off, and this
+    /// colour is behind the smooth edges of what is left.
+    void setCorners(double radius, const QColor& background);
 
 private:
     void moveBy(int dx);
@@ -41,5 +43,6 @@ private:
     double _rightInset;
     double _length;
     double _cornerRadius = 0;
+    QColor _background = Qt::transparent;
     StatusHostingView* _view = nullptr;
 };

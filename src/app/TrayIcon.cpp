@@ -32,15 +32,12 @@ QIcon pillIcon()
 
 } // namespace
 
-TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(QMenu&)> fillMenu)
+TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(ClassicMenu&)> fillMenu)
     : _service(service)
     , _fillMenu(std::move(fillMenu))
     , _icon(pillIcon())
 {
-    const auto fill = [this] {
-        _menu.clear();
-        _fillMenu(_menu);
-    };
+    const auto fill = [this] { _fillMenu(_menu); };
     fill();
     connect(&_menu, &QMenu::aboutToShow, this, fill);
     _icon.setContextMenu(&_menu);

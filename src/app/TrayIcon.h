@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QMenu>
+#include "ui/menu/ClassicMenu.h"
+
 #include <QObject>
 #include <QSystemTrayIcon>
 
@@ -15,8 +16,8 @@ class TrayIcon : public QObject
     Q_OBJECT
 
 public:
-    /// `fillMenu` puts the rows of the context menu into an empty menu; it is asked each time the menu opens.
-    TrayIcon(const NowPlayingService& service, std::function<void(QMenu&)> fillMenu);
+    /// `fillMenu` puts the rows of the context menu into a menu; it is asked each time the menu opens.
+    TrayIcon(const NowPlayingService& service, std::function<void(ClassicMenu&)> fillMenu);
 
 Q_SIGNALS:
     void clicked();
@@ -25,7 +26,7 @@ private:
     void describe();
 
     const NowPlayingService& _service;
-    std::function<void(QMenu&)> _fillMenu;
-    QMenu _menu;
+    std::function<void(ClassicMenu&)> _fillMenu;
+    ClassicMenu _menu;
     QSystemTrayIcon _icon;
 };

@@ -18,7 +18,7 @@ std::unique_ptr<HttpCall> HttpClient::send(HttpRequest request, QObject* context
         });
 }
 
-HttpReply HttpClient::sendAndWait(HttpRequest request)
+HttpReply HttpClient::sendAndWait(HttpRequest request, const std::stop_token& stop)
 {
     QEventLoop wait;
     EventLoop runLoop;
@@ -27,6 +27,13 @@ HttpReply HttpClient::sendAndWait(HttpRequest request)
     const HttpCall call(network, runLoop, std::move(request), [&](const HttpReply& reply) {
         result = reply;
         wait.quit();
+    });
+    const std::stop_callback giveUp(stop, [&wait, &result] {
+        const auto end = [&wait, &result] {
+            result = {.status = 0, .body = {}, .failure = QStringLiteral("given up")};
+            wait.quit();
+        };
+        QMetaObject::invokeMethod(&wait, end, Qt::QueuedConnection);
     });
     while (!result) {
         wait.exec();

@@ -70,7 +70,7 @@ void NowPlayingService::beginNotifiedTrack(const QString& key, Player player, co
     if (player == Player::appleMusic) {
         _elapsed = 0;
         beginTrack(key, player);
-        _platform.runLoop.after(artworkDelay, this, [this] { fetchMusicArtwork(); });
+        _platform.runLoop.after(artworkDelay, this, [this] { fetchAppleMusicArtwork(); });
         return;
     }
     _elapsed = number(userInfo, QStringLiteral("Playback Position"), 0);

@@ -19,14 +19,20 @@ NowPlayingService::NowPlayingService(const Dependencies& dependencies, EngineNei
     , _sources(dependencies.sources)
     , _audio(dependencies.audio)
     , _power(dependencies.power)
+    , _theme(dependencies.theme)
+    , _recentlyPlayed(dependencies.recentlyPlayed)
     , _neighbours(std::move(neighbours))
+    , _stats(dependencies.defaults, dependencies.platform.runLoop)
 {
     subscribe();
     refresh();
     _timer = _platform.runLoop.every(1.0, this, [this] { tick(); });
 }
 
-NowPlayingService::~NowPlayingService() = default;
+NowPlayingService::~NowPlayingService()
+{
+    _artworkStop.request_stop(); // the queue is waited for
+}
 
 void NowPlayingService::subscribe()
 {
@@ -60,8 +66,8 @@ void NowPlayingService::tick()
     if (_isPlaying && _elapsed < _duration) {
         _elapsed = std::min(_elapsed + 1.0, duration());
     }
-    if (_isPlaying && !artist().isEmpty() && _neighbours.countListeningSecond) {
-        _neighbours.countListeningSecond(_artist);
+    if (_isPlaying && !artist().isEmpty()) {
+        _stats.tick(_artist);
     }
     const int interval = std::max(1, _power.effectiveSettings().driftRefreshSeconds);
     if (_tickCount % interval == 0) {
@@ -87,14 +93,6 @@ void NowPlayingService::setActivePlayer(Player player)
     _activePlayer = player;
     if (isSpotifyNow && _neighbours.refreshSpotifyQueue) {
         _neighbours.refreshSpotifyQueue();
-    }
-}
-
-void NowPlayingService::setArtwork(const QImage& artwork)
-{
-    _artwork = artwork;
-    if (_neighbours.updateThemeArtwork) {
-        _neighbours.updateThemeArtwork(artwork);
     }
 }
 

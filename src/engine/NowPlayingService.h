@@ -1,22 +1,30 @@
 #pragma once
 
 #include "base/RunLoop.h"
+#include "base/SerialQueue.h"
 #include "engine/EngineNeighbours.h"
 #include "engine/Player.h"
 #include "engine/PlayerStatus.h"
 #include "engine/TrackReaction.h"
 #include "engine/UpNextTrack.h"
+#include "prefs/ListeningStats.h"
 
 #include <QImage>
 #include <QObject>
 #include <QProperty>
 
+#include <functional>
 #include <memory>
 #include <optional>
+#ifndef Q_MOC_RUN // moc 6.4 cannot read this header
+#include <stop_token>
+#endif
 
 class AudioBridge;
 class AudioSourceManager;
 class PowerModeManager;
+class RecentlyPlayedManager;
+class ThemeManager;
 class UserDefaults;
 struct Platform;
 
@@ -44,6 +52,8 @@ public:
         AudioSourceManager& sources;
         AudioBridge& audio;
         PowerModeManager& power;
+        ThemeManager& theme;
+        RecentlyPlayedManager& recentlyPlayed;
     };
 
     /// Starts following at once: subscribes, asks the players once and starts the one-second tick.
@@ -66,6 +76,8 @@ public:
     std::optional<double> sleepTimerRemaining() const { return _sleepTimerRemaining; }
     /// The source whose data the fields show.
     Player activePlayer() const { return _activePlayer; }
+    /// How long was listened to what; what plays now is counted every second.
+    const ListeningStats& stats() const { return _stats; }
 
     QBindable<QString> bindableTitle() const { return &_title; }
     QBindable<QString> bindableArtist() const { return &_artist; }
@@ -125,6 +137,11 @@ public:
     void requestAccess(const QString& targetAppName);
     void openAutomationSettings();
 
+    /// Asks the search service ("https://host") for the cover of a song, preferably on this album, and loads
+    /// it. Blocks for some seconds, less when told to stop. Null when there is none.
+    static QImage lookupiTunesArtwork(const QString& service, const QString& title, const QString& artist,
+                                      const QString& album, const std::stop_token& stop = {});
+
 Q_SIGNALS:
     void titleChanged();
     void artistChanged();
@@ -138,12 +155,12 @@ Q_SIGNALS:
 
 private:
     enum class Direction { next, previous };
+    using ArtworkLoad = std::function<QImage(const std::stop_token&)>;
 
     // NowPlayingService.cpp
     void subscribe();
     void tick();
     void setActivePlayer(Player player);
-    void setArtwork(const QImage& artwork);
     std::optional<QString> runScript(const QString& source);
     bool isRunning(Player player) const;
     bool isEnabledSource(Player player) const;
@@ -159,12 +176,16 @@ private:
     bool followPlayers(bool musicRunning, bool spotifyRunning, bool playingOnly);
     static QString trackKey(const QString& title, const QString& artist);
     void beginTrack(const QString& key, Player source);
-    void fetchMusicArtwork() const;
-    void fetchSpotifyArtwork(const QString& url) const;
 
     // NotifiedState.cpp
     void handlePlayerNotification(Player player, const QVariantMap& userInfo);
     void beginNotifiedTrack(const QString& key, Player player, const QVariantMap& userInfo);
+
+    // Artwork.cpp
+    void setArtwork(const QImage& artwork);
+    void fetchAppleMusicArtwork();
+    void fetchSpotifyArtwork(const QString& url);
+    void fetchArtwork(const QString& source, ArtworkLoad load, std::function<bool()> isWanted);
 
     // SystemAudioMode.cpp
     bool followSystemAudio();
@@ -186,6 +207,8 @@ private:
     AudioSourceManager& _sources;
     AudioBridge& _audio;
     PowerModeManager& _power;
+    ThemeManager& _theme;
+    RecentlyPlayedManager& _recentlyPlayed;
     EngineNeighbours _neighbours;
 
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, QString, _title, QStringLiteral("Not Playing"),
@@ -204,15 +227,19 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, Player, _activePlayer, Player::none,
                                          &NowPlayingService::activePlayerChanged)
 
+    ListeningStats _stats;
     std::unique_ptr<RunLoop::Timer> _sleepTimer;
     std::unique_ptr<RunLoop::Timer> _timer;
     qint64 _tickCount = 0;
-    QString _lastTrackKey;         ///< identity of the last track adopted from a player
-    QString _currentArtworkSource; ///< identity of the artwork on show; empty when none was fetched
+    QString _lastTrackKey;           ///< identity of the last track adopted from a player
+    QString _currentArtworkSource;   ///< identity of the artwork on show; empty when none was fetched
+    QString _requestedArtworkSource; ///< the same of the one asked for last, until it has come or failed
     int _systemAudioSilenceTicks = 0;
     int _systemAudioActivityTicks = 0;
     bool _systemAudioUserPaused = false;
     Date _systemAudioStickUntil = Date::distantPast();
     Date _systemAudioEngagedUntil = Date::distantPast();
     Date _lastSourcePauseTime = Date::distantPast();
+    std::stop_source _artworkStop;
+    SerialQueue _artworkQueue{QStringLiteral("com.orvalen.pellar.artwork")};
 };

@@ -4,6 +4,7 @@
 #include "engine/NowPlayingService.h"
 #include "engine/PlayerScripts.h"
 #include "platform/Platform.h"
+#include "prefs/RecentlyPlayedManager.h"
 
 void NowPlayingService::refresh()
 {
@@ -82,7 +83,7 @@ void NowPlayingService::adopt(Player player, const PlayerStatus& status)
         beginTrack(key, player);
     }
     if (player == Player::appleMusic) {
-        fetchMusicArtwork();
+        fetchAppleMusicArtwork();
     } else if (status.artworkUrl) {
         fetchSpotifyArtwork(*status.artworkUrl);
     }
@@ -96,21 +97,5 @@ QString NowPlayingService::trackKey(const QString& title, const QString& artist)
 void NowPlayingService::beginTrack(const QString& key, Player source)
 {
     _lastTrackKey = key;
-    if (_neighbours.recordPlayedTrack) {
-        _neighbours.recordPlayedTrack(_title, _artist, _album, source);
-    }
-}
-
-void NowPlayingService::fetchMusicArtwork() const
-{
-    if (_neighbours.fetchMusicArtwork) {
-        _neighbours.fetchMusicArtwork();
-    }
-}
-
-void NowPlayingService::fetchSpotifyArtwork(const QString& url) const
-{
-    if (_neighbours.fetchSpotifyArtwork && !url.isEmpty() && url != _currentArtworkSource) {
-        _neighbours.fetchSpotifyArtwork(url);
-    }
+    _recentlyPlayed.record(_title, _artist, _album, playerName(source));
 }

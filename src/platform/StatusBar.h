@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+class QRect;
 class QWindow;
 
 /// The strip at the top of the screen where status items live.
@@ -17,6 +18,9 @@ public:
     /// list, never taking the keyboard from the window that has it. It lies on top of what is below and
     /// keeps no room free.
     virtual void adopt(QWindow& window) = 0;
+
+    /// Puts an adopted window there, in points; to be called again once it is shown.
+    virtual void place(QWindow& window, const QRect& frame) = 0;
 
     /// Whether translucent windows are blended with what lies below them.
     virtual bool isComposited() const = 0;

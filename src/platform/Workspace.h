@@ -14,6 +14,10 @@ public:
     /// Whether at least one running application has this bundle identifier.
     virtual bool isRunning(const QString& bundleId) const = 0;
 
+    /// Where a running player says the cover of its current track is: a web address, a file's, or one that
+    /// holds the image itself. Empty when the player says nothing of it.
+    virtual QString artworkAddress(const QString& bundleId) const = 0;
+
     /// The application that has the keyboard; none when none has.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 

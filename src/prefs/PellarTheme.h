@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QList>
 #include <QString>
 
@@ -17,3 +18,6 @@ QString displayName(PellarTheme theme);
 
 /// The theme with this raw value; none for an unknown text.
 std::optional<PellarTheme> themeWithRawValue(const QString& rawValue);
+
+/// The colour of a theme that has one of its own, opaque.
+std::optional<QColor> staticTint(PellarTheme theme);

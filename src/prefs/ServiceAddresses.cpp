@@ -17,5 +17,7 @@ ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
     , appleMusicWeb(
           address(defaults, QStringLiteral("appleMusicWeb"), QStringLiteral("https://music.apple.com")))
     , lyrics(address(defaults, QStringLiteral("lyrics"), QStringLiteral("https://lrclib.net")))
+    , artworkSearch(
+          address(defaults, QStringLiteral("artworkSearch"), QStringLiteral("https://itunes.apple.com")))
 {
 }

@@ -12,4 +12,5 @@ struct ServiceAddresses {
     QString spotifyWebPlayer;
     QString appleMusicWeb;
     QString lyrics;
+    QString artworkSearch;
 };

@@ -5,118 +5,146 @@ Item {
     id: root
 
     required property PillModel pill
+    readonly property pillColors colors: pill.colors
+    readonly property pillLayout parts: pill.layout
 
-    Rectangle {
-        anchors.fill: parent
-        radius: root.pill.cornerRadius
-        color: root.pill.colors.background
-    }
-    Rectangle {
-        anchors.fill: parent
-        radius: root.pill.cornerRadius
-        color: "transparent"
-        border { width: 1; color: root.pill.colors.border }
-    }
-
-    component Control: Item {
-        id: control
-
-        required property string zone
+    component Part: Item {
         required property rect frame
-        required property string symbol
-        required property string label
 
         x: frame.x
         y: frame.y
         width: frame.width
         height: frame.height
         visible: width > 0
+    }
+
+    component Control: Part {
+        id: control
+
+        required property string zone
+        required property string label
+        readonly property bool isPressed: root.pill.pressedZone === zone
 
         Accessible.role: Accessible.Button
         Accessible.name: label
-        Accessible.onPressAction: root.pill.tap(Qt.point(x + width / 2, y + height / 2))
+        Accessible.onPressAction: root.pill.activate(zone)
 
-        Rectangle {
+        RoundedBox {
             anchors { fill: parent; margins: -2 }
             radius: 6
-            color: root.pill.colors.highlight
+            color: control.isPressed ? root.colors.pressed : root.colors.highlight
             visible: root.pill.hoveredZone === control.zone
         }
+    }
+
+    component SymbolControl: Control {
+        property alias symbol: glyph.name
+
         SymbolItem {
+            id: glyph
+
             anchors.centerIn: parent
             width: 13
             height: 13
-            name: control.symbol
-            color: root.pill.colors.text
+            color: root.colors.text
         }
     }
 
+    RoundedBox {
+        anchors.fill: parent
+        radius: root.parts.cornerRadius
+        color: root.colors.background
+        borderColor: root.colors.border
+    }
+
     Control {
+        zone: "art"
+        frame: root.parts.albumArt
+        label: qsTr("Open Player")
+
+        ArtworkView {
+            anchors.fill: parent
+            radius: 4
+            image: root.pill.artwork
+            plate: root.colors.plate
+            symbolColor: root.colors.dimmedText
+        }
+    }
+    Part {
+        frame: root.parts.visualizer
+
+        VisualizerView {
+            anchors.fill: parent
+            model: root.pill.visualizer.isAtRest ? null : root.pill.visualizer
+            clock: root.pill.clock
+            color: root.pill.visualizer.isAtRest ? root.colors.dimmedText : root.colors.bars
+        }
+    }
+    SymbolControl {
         zone: "prev"
-        frame: root.pill.previousButton
+        frame: root.parts.previousButton
         symbol: "backward.fill"
         label: qsTr("Previous Track")
     }
-    Control {
+    SymbolControl {
         zone: "play"
-        frame: root.pill.playButton
+        frame: root.parts.playButton
         symbol: root.pill.playSymbol
         label: root.pill.playLabel
     }
-    Control {
+    SymbolControl {
         zone: "next"
-        frame: root.pill.nextButton
+        frame: root.parts.nextButton
         symbol: "forward.fill"
         label: qsTr("Next Track")
     }
-
-    Text {
-        x: root.pill.titleFrame.x
-        y: root.pill.titleFrame.y
-        width: root.pill.titleFrame.width
-        height: root.pill.titleFrame.height
-        visible: width > 0
-        text: root.pill.title
-        textFormat: Text.PlainText
-        maximumLineCount: 1
-        elide: Text.ElideRight
-        horizontalAlignment: Text.AlignLeft
-        verticalAlignment: Text.AlignVCenter
-        color: root.pill.isIdle ? root.pill.colors.dimmedText : root.pill.colors.text
-        font { pixelSize: 12; weight: Font.Medium }
+    Part {
+        frame: root.parts.title
 
         Accessible.role: Accessible.StaticText
-        Accessible.name: text
+        Accessible.name: root.pill.title
+
+        MarqueeText {
+            anchors { fill: parent; topMargin: -2; bottomMargin: -2 } // descenders reach below the line
+            text: root.pill.title
+            isActive: root.pill.isTitleActive
+            isShrunkToFit: root.pill.isIdle
+            clock: root.pill.clock
+            color: root.pill.isIdle ? root.colors.dimmedText : root.colors.text
+            font { pixelSize: 12; weight: Font.Medium }
+        }
     }
+    Part {
+        id: position
 
-    Rectangle {
-        id: track
+        readonly property real value: root.pill.progress
+        readonly property real minimumValue: 0
+        readonly property real maximumValue: 1
 
-        x: root.pill.progressFrame.x
-        y: root.pill.progressFrame.y
-        width: root.pill.progressFrame.width
-        height: root.pill.progressFrame.height
-        radius: height / 2
-        color: root.pill.colors.track
+        frame: root.parts.progress
 
         Accessible.role: Accessible.ProgressBar
-        Accessible.name: qsTr("Progress")
+        Accessible.name: qsTr("Position")
 
-        Rectangle {
-            width: Math.max(track.height, track.width * root.pill.progress)
-            height: track.height
-            radius: track.radius
-            color: root.pill.colors.fill
-            visible: root.pill.progress > 0
+        ProgressLine {
+            anchors { fill: parent; topMargin: -2; bottomMargin: -2 }
+            thickness: position.height
+            fraction: root.pill.progress
+            hasKnob: root.pill.isSeeking || (root.pill.hoveringBar && fraction > 0)
+            track: root.colors.track
+            fill: root.colors.fill
         }
     }
 
-    HoverHandler {
-        onPointChanged: if (hovered) root.pill.hover(point.position)
-        onHoveredChanged: if (!hovered) root.pill.leave()
-    }
-    TapHandler {
+    MouseArea {
+        anchors.fill: parent
         acceptedButtons: Qt.LeftButton
-        onTapped: (eventPoint) => root.pill.tap(eventPoint.position)
+        hoverEnabled: true
+        onPositionChanged: (mouse) => root.pill.hover(Qt.point(mouse.x, mouse.y))
+        onEntered: root.pill.hover(Qt.point(mouseX, mouseY))
+        onExited: root.pill.leave()
+        onPressed: (mouse) => root.pill.press(Qt.point(mouse.x, mouse.y))
+        onReleased: (mouse) => root.pill.release(Qt.point(mouse.x, mouse.y))
+        onCanceled: root.pill.cancelPress()
     }
 }

@@ -1,5 +1,7 @@
 #include "ui/Symbol.h"
 
+#include "ui/menu/MenuSymbols.h"
+
 #include <QTransform>
 
 namespace {
@@ -31,6 +33,21 @@ QPainterPath pause()
     return path;
 }
 
+/// Two quavers under one beam.
+QPainterPath note()
+{
+    QPainterPath path;
+    path.setFillRule(Qt::WindingFill);
+    const QPolygonF beam({{0.3, 0.16}, {0.92, 0.04}, {0.92, 0.24}, {0.3, 0.36}});
+    path.addPolygon(beam);
+    path.closeSubpath();
+    for (const auto& [stem, foot] : {std::pair(0.3, 0.82), {0.84, 0.7}}) {
+        path.addRect(stem, foot - 0.58, 0.08, 0.58);
+        path.addEllipse(QPointF(stem - 0.075, foot), 0.155, 0.13);
+    }
+    return path.simplified();
+}
+
 QPainterPath unitOutline(const QString& name)
 {
     if (name == QStringLiteral("play.fill")) {
@@ -45,7 +62,10 @@ QPainterPath unitOutline(const QString& name)
     if (name == QStringLiteral("backward.fill")) {
         return QTransform(-1, 0, 0, 1, 1, 0).map(forward());
     }
-    return {};
+    if (name == QStringLiteral("music.note")) {
+        return note();
+    }
+    return menuSymbol(name);
 }
 
 } // namespace

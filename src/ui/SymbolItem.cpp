@@ -6,17 +6,15 @@
 
 #include <algorithm>
 
-SymbolItem::SymbolItem(QQuickItem* parent) : QQuickPaintedItem(parent)
+SymbolItem::SymbolItem(QQuickItem* parent) : PixelItem(parent)
 {
-    setAntialiasing(true);
     connect(this, &SymbolItem::nameChanged, this, [this] { update(); });
     connect(this, &SymbolItem::colorChanged, this, [this] { update(); });
 }
 
-void SymbolItem::paint(QPainter* painter)
+void SymbolItem::paint(QPainter& painter, QSize size, double /*scale*/)
 {
-    const double side = std::min(width(), height());
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate((width() - side) / 2, (height() - side) / 2);
-    painter->fillPath(symbolOutline(_name, side), color());
+    const double side = std::min(size.width(), size.height());
+    painter.translate((size.width() - side) / 2, (size.height() - side) / 2);
+    painter.fillPath(symbolOutline(_name, side), color());
 }

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "ui/PixelItem.h"
+
 #include <QColor>
 #include <QProperty>
-#include <QQuickPaintedItem>
 
 /// A one-colour symbol, filled into the item's square.
-class SymbolItem : public QQuickPaintedItem
+class SymbolItem : public PixelItem
 {
     Q_OBJECT
     QML_ELEMENT
@@ -20,11 +21,12 @@ public:
     QColor color() const { return _color; }
     void setColor(const QColor& color) { _color = color; }
 
-    void paint(QPainter* painter) override;
-
 Q_SIGNALS:
     void nameChanged();
     void colorChanged();
+
+protected:
+    void paint(QPainter& painter, QSize size, double scale) override;
 
 private:
     Q_OBJECT_BINDABLE_PROPERTY(SymbolItem, QString, _name, &SymbolItem::nameChanged)

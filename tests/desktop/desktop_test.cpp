@@ -1,4 +1,5 @@
 #include "support/Command.h"
+#include "support/LoopbackServices.h"
 #include "support/RealPlayer.h"
 #include "ui/PillLayout.h"
 
@@ -40,6 +41,8 @@ private Q_SLOTS:
     void staysAlone();
     void followsPlayerOnScreen();
     void obeysClicks();
+    void seeks();
+    void tellsPressesApart();
     void survivesStoppedPlayer();
     void clearsWhenPlayerIsKilled();
     void isDraggedAndRemembersIt();
@@ -51,6 +54,8 @@ private:
     QImage pillPicture() const { return screenshot().copy(pill()); }
     QImage part(const QRectF& frame) const { return pillPicture().copy(frame.toAlignedRect()); }
     void click(const QRectF& frame, int button = 1) const;
+    void hold(const QRectF& frame) const;
+    void dragProgress(double from, double to) const;
 
     QProcess _program;
     RealPlayer _mpv;
@@ -61,6 +66,7 @@ private:
 
 void DesktopTest::initTestCase()
 {
+    keepServicesToLoopback();
     QVERIFY(startProgram());
     _idle = pillPicture();
     QVERIFY2(_idle != QImage(_idle.size(), _idle.format()), "nothing is drawn");
@@ -100,6 +106,23 @@ void DesktopTest::click(const QRectF& frame, int button) const
     const QPoint point = pill().topLeft() + frame.center().toPoint();
     xdotool(QStringLiteral("mousemove %1 %2 click %3").arg(point.x()).arg(point.y()).arg(button));
     xdotool(QStringLiteral("mousemove 5 500"));
+}
+
+/// A press as long as a long press is.
+void DesktopTest::hold(const QRectF& frame) const
+{
+    const QPoint point = pill().topLeft() + frame.center().toPoint();
+    xdotool(QStringLiteral("mousemove %1 %2 mousedown 1 sleep 0.6 mouseup 1").arg(point.x()).arg(point.y()));
+    xdotool(QStringLiteral("mousemove 5 500"));
+}
+
+/// Presses and lets go at parts of the progress line's width.
+void DesktopTest::dragProgress(double from, double to) const
+{
+    const QRectF line = _layout.progress.translated(pill().topLeft());
+    const auto at = [&line](double part) { return qRound(line.left() + part * line.width()); };
+    xdotool(QStringLiteral("mousemove %1 %2 mousedown 1").arg(at(from)).arg(qRound(line.center().y())));
+    xdotool(QStringLiteral("mousemove %1 %2 mouseup 1 mousemove 5 500").arg(at(to)).arg(300));
 }
 
 void DesktopTest::staysAlone()
@@ -151,6 +174,44 @@ void DesktopTest::obeysClicks()
     QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Playing"));
 }
 
+void DesktopTest::seeks()
+{
+    RealPlayer::tell(QStringLiteral("pause"));
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused"));
+    const double length = RealPlayer::metadata(QStringLiteral("mpris:length")).toDouble() / 1e6;
+    const auto isAt = [length](double part) { return std::abs(RealPlayer::position() - part * length) < 1; };
+    click(_layout.progress);
+    QTRY_VERIFY(isAt(0.5));
+    dragProgress(0.9, 0.25);
+    QTRY_VERIFY(isAt(0.25));
+    dragProgress(0.5, -0.3); // beyond the start
+    QTRY_VERIFY(isAt(0));
+    const QPointF quarter(_layout.progress.left() + 0.25 * _layout.progress.width(),
+                          _layout.progress.center().y());
+    QTRY_COMPARE(pillPicture().pixelColor(quarter.toPoint()), _idle.pixelColor(quarter.toPoint()));
+}
+
+/// What the player does after the last press shows which of those before it were commands.
+void DesktopTest::tellsPressesApart()
+{
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused"));
+    for (const QRectF& control : {_layout.playButton, _layout.nextButton, _layout.progress}) {
+        click(control, 3);
+        QTRY_VERIFY(xdotool(QStringLiteral("search --onlyvisible --class pellar")).split(u'\n').size() > 1);
+        xdotool(QStringLiteral("key Escape"));
+        QTRY_COMPARE(xdotool(QStringLiteral("search --onlyvisible --class pellar")).split(u'\n').size(), 1);
+    }
+    hold(_layout.title);
+    const QString title = RealPlayer::metadata(QStringLiteral("title"));
+    click(_layout.playButton);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+    hold(_layout.playButton);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused"));
+    click(_layout.playButton);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+    QCOMPARE(RealPlayer::metadata(QStringLiteral("title")), title);
+}
+
 void DesktopTest::survivesStoppedPlayer()
 {
     _mpv.send(SIGSTOP);
@@ -179,7 +240,8 @@ void DesktopTest::clearsWhenPlayerIsKilled()
 {
     QVERIFY(pillPicture() != _idle);
     _mpv.kill();
-    QTRY_COMPARE_WITH_TIMEOUT(pillPicture(), _idle, 1000);
+    QTRY_COMPARE_WITH_TIMEOUT(part(_layout.title), _idle.copy(_layout.title.toAlignedRect()), 1000);
+    QTRY_COMPARE_WITH_TIMEOUT(pillPicture(), _idle, 3000); // the meter has to come down
 }
 
 void DesktopTest::isDraggedAndRemembersIt()

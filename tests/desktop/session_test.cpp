@@ -8,12 +8,15 @@
 #include "platform/Workspace.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "prefs/ThemeManager.h"
 #include "support/Command.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
 #include "support/MprisStandIn.h"
 #include "support/RealPlayer.h"
 
+#include <QFile>
 #include <QTest>
 
 #include <csignal>
@@ -37,20 +40,18 @@ public:
 struct Session {
     Session()
     {
+        defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"),
+                           QStringLiteral("http://127.0.0.1:1"));
         sources.setEnabledSources(AudioSource::appleMusic | AudioSource::spotify | AudioSource::systemAudio);
         service = std::make_unique<NowPlayingService>(
             NowPlayingService::Dependencies{.platform = linux.ports(),
                                             .defaults = defaults,
                                             .sources = sources,
                                             .audio = bridge,
-                                            .power = power},
-            EngineNeighbours{.countListeningSecond = {},
-                             .recordPlayedTrack = {},
-                             .updateThemeArtwork = {},
-                             .fetchMusicArtwork = {},
-                             .fetchSpotifyArtwork = {},
-                             .refreshSpotifyQueue = {},
-                             .sendMediaKey = [this](MediaKeys::Key) { ++keys; }});
+                                            .power = power,
+                                            .theme = theme,
+                                            .recentlyPlayed = recentlyPlayed},
+            EngineNeighbours{.sendMediaKey = [this](MediaKeys::Key) { ++keys; }});
     }
 
     QString active() const { return playerName(service->activePlayer()); }
@@ -63,6 +64,8 @@ struct Session {
     AudioBridge bridge{linux.ports().runLoop, defaults, std::unique_ptr<AudioCapture>(sound)};
     AudioSourceManager sources{defaults, linux.ports().notifications, bridge};
     PowerModeManager power{defaults, linux.ports().power};
+    ThemeManager theme{defaults};
+    RecentlyPlayedManager recentlyPlayed{defaults, linux.ports().runLoop};
     std::unique_ptr<NowPlayingService> service;
     int keys = 0;
 };
@@ -82,6 +85,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
     void followsRealPlayer();
+    void showsPlayersCover();
     void commandsReachRealPlayer();
     void commandsReachSpotify();
     void arbitrates_data();
@@ -157,6 +161,20 @@ void SessionTest::followsRealPlayer()
     QTRY_VERIFY_WITH_TIMEOUT(std::abs(service.elapsed() - RealPlayer::position()) < 1.5, 2000);
     RealPlayer::tell(QStringLiteral("pause"));
     QTRY_VERIFY_WITH_TIMEOUT(!service.isPlaying(), 1000);
+}
+
+/// The player finds a picture that lies beside the music.
+void SessionTest::showsPlayersCover()
+{
+    const QUrl track(RealPlayer::metadata(QStringLiteral("xesam:url")));
+    const QString cover = track.resolved(QUrl(QStringLiteral("cover.png"))).toLocalFile();
+    const auto removal = qScopeGuard([&cover] { QFile::remove(cover); });
+    QImage picture(900, 450, QImage::Format_RGB32);
+    picture.fill(Qt::darkCyan);
+    QVERIFY(picture.save(cover));
+    RealPlayer::tell(QStringLiteral("next"));
+    QTRY_COMPARE(_session->service->artwork().size(), QSize(600, 300));
+    QCOMPARE(_session->service->artwork().pixelColor(300, 150), QColor(Qt::darkCyan));
 }
 
 void SessionTest::commandsReachRealPlayer()

@@ -11,6 +11,8 @@
 #include "platform/linux/x11/X11MediaKey.h"
 #include "platform/linux/x11/X11Session.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "prefs/ThemeManager.h"
 #include "support/Command.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
@@ -83,6 +85,8 @@ private:
 struct Listener {
     Listener()
     {
+        defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"),
+                           QStringLiteral("http://127.0.0.1:1"));
         sources.setEnabledSources(AudioSource::appleMusic | AudioSource::spotify | AudioSource::systemAudio);
         power.updateSettings(PowerMode::normal,
                              [](PowerModeSettings& mode) { mode.driftRefreshSeconds = 1; });
@@ -102,10 +106,17 @@ struct Listener {
                        std::make_unique<AudioCaptureService>(ports.audioHardware, ports.runLoop)};
     AudioSourceManager sources{defaults, ports.notifications, bridge};
     PowerModeManager power{defaults, ports.power};
+    ThemeManager theme{defaults};
+    RecentlyPlayedManager recentlyPlayed{defaults, ports.runLoop};
     MediaKeys mediaKeys{ports};
-    NowPlayingService service{
-        {.platform = ports, .defaults = defaults, .sources = sources, .audio = bridge, .power = power},
-        {.sendMediaKey = [this](MediaKeys::Key key) { mediaKeys.send(key); }}};
+    NowPlayingService service{{.platform = ports,
+                               .defaults = defaults,
+                               .sources = sources,
+                               .audio = bridge,
+                               .power = power,
+                               .theme = theme,
+                               .recentlyPlayed = recentlyPlayed},
+                              {.sendMediaKey = [this](MediaKeys::Key key) { mediaKeys.send(key); }}};
     AudioCaptureSupervision supervision{ports, service, sources, power, bridge};
 };
 

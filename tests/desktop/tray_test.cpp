@@ -1,3 +1,4 @@
+#include "support/LoopbackServices.h"
 #include "support/MprisStandIn.h"
 
 #include <QDBusInterface>
@@ -57,6 +58,7 @@ private Q_SLOTS:
 
 void TrayTest::tellsWhatPlays()
 {
+    keepServicesToLoopback();
     Tray tray;
     MprisStandIn player(QStringLiteral("standin"));
     player.set(MprisStandIn::playing(MprisStandIn::metadata(

@@ -7,6 +7,8 @@
 #include "engine/PlayerScripts.h"
 #include "platform/BundleId.h"
 #include "prefs/PowerModeManager.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "prefs/ThemeManager.h"
 #include "support/FakePlatform.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
@@ -29,15 +31,21 @@ public:
 
 /// An engine on a desktop of fakes. Players are set by what their status scripts reply.
 struct EngineFixture {
-    explicit EngineFixture(int sources = 7) : capture(new FakeCapture)
+    explicit EngineFixture(int sources = 7)
     {
         defaults.setObject(QStringLiteral("pellar.audio.sources"), qlonglong(sources));
+        defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"), nobody);
     }
 
     void start()
     {
-        bridge =
-            std::make_unique<AudioBridge>(desktop.runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
+        QObject::connect(&recentlyPlayed, &RecentlyPlayedManager::tracksChanged, &recentlyPlayed, [this] {
+            for (const PlayedTrack& track : recentlyPlayed.tracks().mid(0, 1)) {
+                told << u"played " + track.title + u'|' + track.artist + u'|' + track.album + u'|' +
+                            track.source;
+            }
+        });
+        bridge = std::make_unique<AudioBridge>(desktop.runLoop, defaults, std::move(unplugged));
         manager = std::make_unique<AudioSourceManager>(defaults, desktop.notifications, *bridge);
         power = std::make_unique<PowerModeManager>(defaults, desktop.power);
         service = std::make_unique<NowPlayingService>(
@@ -45,18 +53,11 @@ struct EngineFixture {
                                             .defaults = defaults,
                                             .sources = *manager,
                                             .audio = *bridge,
-                                            .power = *power},
-            EngineNeighbours{
-                .countListeningSecond = [this](const QString& artist) { told << u"listen " + artist; },
-                .recordPlayedTrack =
-                    [this](const QString& title, const QString& artist, const QString& album, Player source) {
-                        told << u"played " + title + u'|' + artist + u'|' + album + u'|' + playerName(source);
-                    },
-                .updateThemeArtwork = {},
-                .fetchMusicArtwork = [this] { told << QStringLiteral("music artwork"); },
-                .fetchSpotifyArtwork = [this](const QString& url) { told << u"artwork " + url; },
-                .refreshSpotifyQueue = [this] { told << QStringLiteral("queue"); },
-                .sendMediaKey = [this](MediaKeys::Key key) { keys << static_cast<int>(key); }});
+                                            .power = *power,
+                                            .theme = theme,
+                                            .recentlyPlayed = recentlyPlayed},
+            EngineNeighbours{.refreshSpotifyQueue = [this] { told << QStringLiteral("queue"); },
+                             .sendMediaKey = [this](MediaKeys::Key key) { keys << static_cast<int>(key); }});
     }
 
     static QString bundle(Player player)
@@ -90,7 +91,7 @@ struct EngineFixture {
             state == QStringLiteral("playing") ? QStringLiteral("true") : QStringLiteral("false");
         if (player == Player::spotify) {
             reply(player,
-                  QStringLiteral("Tide|||Shore|||Sea|||215000|||30.5|||%1||| http://art/1 ").arg(playing));
+                  QStringLiteral("Tide|||Shore|||Sea|||215000|||30.5|||%1||| %2/1 ").arg(playing, nobody));
         } else {
             reply(player, QStringLiteral("Song|||Band|||Album|||200.5|||12.0|||%1|||77").arg(playing));
         }
@@ -123,13 +124,19 @@ struct EngineFixture {
         log.take();
     }
 
+    /// The address of a server that is not there.
+    const QString nobody = QStringLiteral("http://127.0.0.1:1");
+
     LogFile log;
     FakePlatform desktop;
     MemoryDefaults defaults;
-    FakeCapture* capture;
+    std::unique_ptr<FakeCapture> unplugged = std::make_unique<FakeCapture>();
+    FakeCapture* capture = unplugged.get();
     std::unique_ptr<AudioBridge> bridge;
     std::unique_ptr<AudioSourceManager> manager;
     std::unique_ptr<PowerModeManager> power;
+    ThemeManager theme{defaults};
+    RecentlyPlayedManager recentlyPlayed{defaults, desktop.runLoop};
     std::unique_ptr<NowPlayingService> service;
     QStringList told;
     QList<int> keys;

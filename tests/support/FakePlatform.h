@@ -40,6 +40,11 @@ class FakeWorkspace final : public Workspace
 
 public:
     bool isRunning(const QString& bundleId) const override { return running.contains(bundleId); }
+    QString artworkAddress(const QString& bundleId) const override
+    {
+        ++artworkQuestions;
+        return artworks.value(bundleId);
+    }
     std::optional<RunningApplication> frontmostApplication() const override { return front; }
     bool open(const QUrl& url) override
     {
@@ -48,6 +53,8 @@ public:
     }
 
     QSet<QString> running;
+    QMap<QString, QString> artworks;
+    mutable int artworkQuestions = 0;
     QStringList opened;
     std::optional<RunningApplication> front;
 };
@@ -94,6 +101,7 @@ class FakeStatusBar final : public StatusBar
 public:
     int thickness() const override { return 28; }
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
+    void place(QWindow& window, const QRect& frame) override { window.setGeometry(frame); }
     bool isComposited() const override { return true; }
 };
 

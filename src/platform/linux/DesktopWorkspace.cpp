@@ -34,6 +34,13 @@ bool DesktopWorkspace::isRunning(const QString& bundleId) const
     return role && _roster.player(*role) != nullptr;
 }
 
+QString DesktopWorkspace::artworkAddress(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    const MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    return player == nullptr ? QString() : player->state().track.artworkUrl;
+}
+
 std::optional<RunningApplication> DesktopWorkspace::frontmostApplication() const
 {
     const auto processes = X11Processes::running();

@@ -13,6 +13,7 @@ public:
     explicit DesktopWorkspace(PlayerRoster& roster);
 
     bool isRunning(const QString& bundleId) const override;
+    QString artworkAddress(const QString& bundleId) const override;
     std::optional<RunningApplication> frontmostApplication() const override;
 
     /// "music://" and "spotify://" bring the running player to the front; any other address, and that of a

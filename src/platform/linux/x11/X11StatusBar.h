@@ -15,6 +15,7 @@ public:
 
     int thickness() const override;
     void adopt(QWindow& window) override;
+    void place(QWindow& window, const QRect& frame) override;
     bool isComposited() const override;
 
 private:

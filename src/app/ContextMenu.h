@@ -1,0 +1,45 @@
+#pragma once
+
+#include "ui/menu/ContextMenuCommands.h"
+#include "ui/menu/ContextMenuState.h"
+#include "ui/menu/PellarMenuItem.h"
+
+class AudioDeviceManager;
+class AudioSourceManager;
+class MenuVisibilityManager;
+class NowPlayingService;
+class Pasteboard;
+class PowerModeManager;
+class RecentlyPlayedManager;
+class WidgetManager;
+
+/// Where the context menu takes its rows from: it reads the engine and the managers each time a menu opens,
+/// and hands the commands of the rows to them.
+class ContextMenu
+{
+public:
+    /// What the rows are about. Everything outlives the menu and its rows.
+    struct Sources {
+        NowPlayingService& service;
+        Pasteboard& pasteboard;
+        AudioDeviceManager& audioDevices;
+        AudioSourceManager& audioSources;
+        PowerModeManager& power;
+        RecentlyPlayedManager& recentlyPlayed;
+        MenuVisibilityManager& visibility;
+        WidgetManager& widget;
+    };
+
+    explicit ContextMenu(const Sources& sources);
+
+    /// The rows as of now.
+    std::vector<PellarMenuItem> items() const;
+
+    /// Commands of what is built elsewhere are set here; a row without its command is not shown.
+    ContextMenuCommands commands;
+
+private:
+    ContextMenuState state() const;
+
+    Sources _from;
+};

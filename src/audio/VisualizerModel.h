@@ -1,0 +1,52 @@
+#pragma once
+
+#include "audio/VisualizerBars.h"
+
+#include <QObject>
+
+#include <array>
+
+class AudioBridge;
+class PowerModeManager;
+class RunLoop;
+
+/// The level meter over time: follows playback, the live levels and the power mode. It has no timer of its
+/// own while it moves: who draws it asks `framesPerSecond` how often.
+class VisualizerModel : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(bool isAtRest READ isAtRest NOTIFY changed)
+
+public:
+    using Heights = std::array<double, VisualizerBars::barCount>;
+
+    /// Everything given outlives the model.
+    VisualizerModel(RunLoop& runLoop, const AudioBridge& audio, const PowerModeManager& powerMode);
+
+    bool isPlaying() const { return _bars.isPlaying; }
+    void setPlaying(bool isPlaying);
+
+    /// Whether the power mode has a meter at all.
+    bool isEnabled() const;
+
+    /// How often the meter has to be drawn now; 0 when a still frame will do.
+    int framesPerSecond() const;
+
+    /// Whether there is a meter, music is stopped and the bars have come down.
+    bool isAtRest() const;
+
+    /// The bars as they are to be drawn now, in points. A still frame after a stop is that of the stop.
+    Heights heights() const;
+
+Q_SIGNALS:
+    /// Something other than the passing of time asks for another frame or another rate.
+    void changed();
+
+private:
+    void awaitRest();
+
+    RunLoop& _runLoop;
+    const AudioBridge& _audio;
+    const PowerModeManager& _powerMode;
+    VisualizerBars _bars; ///< without the levels
+};

@@ -1,0 +1,89 @@
+#include "base/HttpClient.h"
+#include "engine/ArtworkImage.h"
+#include "engine/ArtworkSearch.h"
+#include "engine/NowPlayingService.h"
+#include "platform/BundleId.h"
+#include "platform/Platform.h"
+#include "platform/Workspace.h"
+#include "prefs/ServiceAddresses.h"
+#include "prefs/ThemeManager.h"
+
+namespace {
+
+constexpr double searchSeconds = 4;
+
+} // namespace
+
+void NowPlayingService::setArtwork(const QImage& artwork)
+{
+    _artwork = artwork;
+    _theme.updateArtwork(artwork);
+}
+
+/// The player's own cover comes first. Without one, or where it cannot be read, the search service is asked.
+void NowPlayingService::fetchAppleMusicArtwork()
+{
+    const QString title = _title;
+    const QString artist = _artist;
+    const QString album = _album;
+    if (title.isEmpty() || title == QStringLiteral("Not Playing")) {
+        return;
+    }
+    const QString cover = _platform.workspace.artworkAddress(BundleId::music);
+    const QString key = QStringLiteral("am-its-") + artist + u'|' + title + u'|' + album;
+    const QString service = ServiceAddresses(_defaults).artworkSearch;
+    fetchArtwork(
+        cover.isEmpty() ? key : key + u'|' + cover,
+        [=](const std::stop_token& stop) {
+            const QImage own = cover.isEmpty() ? QImage() : loadArtwork(cover, stop);
+            return own.isNull() ? lookupiTunesArtwork(service, title, artist, album, stop) : own;
+        },
+        [=, this] { return title == _title && artist == _artist; });
+}
+
+void NowPlayingService::fetchSpotifyArtwork(const QString& url)
+{
+    if (!url.isEmpty()) {
+        fetchArtwork(
+            url, [url](const std::stop_token& stop) { return loadArtwork(url, stop); },
+            [this] { return _activePlayer == Player::spotify; });
+    }
+}
+
+QImage NowPlayingService::lookupiTunesArtwork(const QString& service, const QString& title,
+                                              const QString& artist, const QString& album,
+                                              const std::stop_token& stop)
+{
+    const auto search = artworkSearchAddress(service, title, artist);
+    if (!search) {
+        return {};
+    }
+    HttpRequest request;
+    request.url = *search;
+    request.timeout = searchSeconds;
+    const auto artwork = chosenArtwork(HttpClient::sendAndWait(request, stop).body, album);
+    return artwork ? loadArtwork(artwork->toString(QUrl::FullyEncoded), stop) : QImage();
+}
+
+/// Loads an artwork in the background, unless it is on show or the one asked for last. It is asked for anew
+/// by the next poll when it fails.
+void NowPlayingService::fetchArtwork(const QString& source, ArtworkLoad load, std::function<bool()> isWanted)
+{
+    if (source == _currentArtworkSource || source == _requestedArtworkSource) {
+        return;
+    }
+    _requestedArtworkSource = source;
+    _artworkQueue.async([this, source, load = std::move(load), isWanted = std::move(isWanted),
+                         stop = _artworkStop.get_token()] {
+        const QImage image = load(stop);
+        QMetaObject::invokeMethod(this, [this, source, isWanted, image] {
+            if (_requestedArtworkSource == source) {
+                _requestedArtworkSource.clear();
+            }
+            if (!image.isNull() && isWanted()) {
+                setArtwork(image);
+                _currentArtworkSource = source;
+            }
+        });
+    });
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "prefs/PlayedTrack.h"
+
+#include <QObject>
+#include <QProperty>
+
+class RunLoop;
+class UserDefaults;
+
+/// The last twelve tracks that were played.
+class RecentlyPlayedManager : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QList<PlayedTrack> tracks READ tracks NOTIFY tracksChanged BINDABLE bindableTracks)
+
+public:
+    /// Starts empty when what is stored cannot be read, and leaves that as it is until the first change.
+    RecentlyPlayedManager(UserDefaults& defaults, const RunLoop& clock);
+    static RecentlyPlayedManager& shared();
+
+    /// Newest first.
+    QList<PlayedTrack> tracks() const { return _tracks; }
+    QBindable<QList<PlayedTrack>> bindableTracks() const { return &_tracks; }
+
+    /// Puts a track in front, played now, unless it is there already: the same title by the same artist.
+    /// A title that is empty or says that nothing plays is ignored.
+    void record(const QString& title, const QString& artist, const QString& album, const QString& source);
+    void clear();
+
+Q_SIGNALS:
+    void tracksChanged();
+
+private:
+    void setTracks(const QList<PlayedTrack>& tracks);
+
+    UserDefaults& _defaults;
+    const RunLoop& _clock;
+    Q_OBJECT_BINDABLE_PROPERTY(RecentlyPlayedManager, QList<PlayedTrack>, _tracks,
+                               &RecentlyPlayedManager::tracksChanged)
+};

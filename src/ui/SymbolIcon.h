@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QColor>
+#include <QIcon>
+
+/// A symbol as an icon of one colour, sharp at every size and resolution.
+QIcon symbolIcon(const QString& name, const QColor& color);

@@ -1,0 +1,89 @@
+#include "ui/menu/ClassicMenu.h"
+
+#include "ui/PillColors.h"
+#include "ui/SymbolIcon.h"
+
+#include <QKeyEvent>
+
+namespace {
+
+/// Not too long, and an ampersand is no mnemonic.
+QString menuText(const QString& title, const QFontMetrics& metrics)
+{
+    constexpr int width = 300;
+    return metrics.elidedText(title, Qt::ElideRight, width).replace(u'&', QStringLiteral("&&"));
+}
+
+/// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
+QPalette menuPalette(bool isDark)
+{
+    const PillColors colors = PillColors::forDesktop(isDark);
+    const QColor background = colors.background;
+    QPalette palette(background, background);
+    palette.setColor(QPalette::Base, background);
+    palette.setColor(QPalette::Light, background); // no shine behind disabled rows
+    palette.setColor(QPalette::Disabled, QPalette::Text, colors.dimmedText);
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, colors.dimmedText);
+    return palette;
+}
+
+} // namespace
+
+void ClassicMenu::setItems(const std::vector<PellarMenuItem>& items, bool isDark)
+{
+    qDeleteAll(findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
+    clear();
+    setPalette(menuPalette(isDark));
+    for (const PellarMenuItem& item : items) {
+        add(item, isDark);
+    }
+}
+
+void ClassicMenu::add(const PellarMenuItem& item, bool isDark)
+{
+    using Kind = PellarMenuItem::Kind;
+    if (item.kind == Kind::separator) {
+        addSeparator();
+        return;
+    }
+    QFont font = this->font();
+    font.setBold(item.kind == Kind::header);
+    const QString title = menuText(item.title, QFontMetrics(font));
+    QAction* action = nullptr;
+    if (item.kind == Kind::submenu) {
+        auto* const submenu = new ClassicMenu(title, this);
+        submenu->setItems(item.items, isDark);
+        action = addMenu(submenu);
+    } else {
+        action = addAction(title);
+    }
+    if (item.kind == Kind::header) {
+        action->setFont(font);
+    }
+    if (item.kind == Kind::toggle) {
+        action->setCheckable(true);
+        action->setChecked(item.isOn);
+    }
+    if (item.icon) {
+        action->setIcon(symbolIcon(*item.icon, palette().color(QPalette::Text)));
+    }
+    action->setShortcut(item.keyEquivalent);
+    action->setShortcutVisibleInContextMenu(true);
+    action->setEnabled(item.isSelectable());
+    if (item.choose) {
+        connect(action, &QAction::triggered, this, [choose = item.choose] { choose(); });
+    }
+}
+
+void ClassicMenu::keyPressEvent(QKeyEvent* event)
+{
+    const QKeySequence pressed(event->keyCombination());
+    for (QAction* const action : actions()) {
+        if (action->shortcut() == pressed && action->isEnabled()) {
+            close();
+            action->trigger();
+            return;
+        }
+    }
+    QMenu::keyPressEvent(event);
+}

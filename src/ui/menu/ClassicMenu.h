@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ui/menu/PellarMenuItem.h"
+
+#include <QMenu>
+
+/// The context menu in the desktop's own style.
+class ClassicMenu : public QMenu
+{
+    Q_OBJECT
+
+public:
+    using QMenu::QMenu;
+
+    /// Replaces all rows. Of a title some 300 points are shown.
+    void setItems(const std::vector<PellarMenuItem>& items, bool isDark);
+
+protected:
+    /// Also chooses the row whose key equivalent is pressed.
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void add(const PellarMenuItem& item, bool isDark);
+};

@@ -1,0 +1,20 @@
+#include "ui/menu/MenuColors.h"
+
+MenuColors MenuColors::forDesktop(bool isDark, bool isBlended)
+{
+    const QColor ink = isDark ? QColor(255, 255, 255) : QColor(0, 0, 0);
+    const auto inkAt = [&ink](double opacity) {
+        QColor colour = ink;
+        colour.setAlphaF(static_cast<float>(opacity));
+        return colour;
+    };
+    return {
+        .glass = GlassColors::forDesktop(isDark, isBlended),
+        .text = inkAt(isDark ? 0.94 : 0.88),
+        .dimmedText = inkAt(isDark ? 0.6 : 0.58),
+        .separator = inkAt(isDark ? 0.13 : 0.11),
+        .hovered = inkAt(isDark ? 0.13 : 0.075),
+        .pressed = inkAt(isDark ? 0.22 : 0.14),
+        .expanded = inkAt(isDark ? 0.06 : 0.035),
+    };
+}

@@ -1,0 +1,301 @@
+#include "app/AppDelegate.h"
+#include "audio/AudioSourceManager.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/PlistUserDefaults.h"
+#include "prefs/MenuStyleManager.h"
+#include "prefs/PowerModeManager.h"
+#include "support/Command.h"
+#include "support/RealPlayer.h"
+#include "ui/menu/PellarMenuModel.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QProcess>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QRegularExpression>
+#include <QTest>
+#include <QtQml/QQmlExtensionPlugin>
+
+Q_IMPORT_QML_PLUGIN(PellarPlugin)
+
+namespace {
+
+/// Runs a program while this one goes on answering: what it clicks on, and whose clipboard it reads, is here.
+QString run(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    const bool isDone =
+        QTest::qWaitFor([&process] { return process.state() == QProcess::NotRunning; }, 10000);
+    return isDone ? QString::fromUtf8(process.readAllStandardOutput()).trimmed() : QStringLiteral("?");
+}
+
+void xdotool(const QString& words)
+{
+    run(QStringLiteral("xdotool"), words.split(u' '));
+}
+
+void click(QPoint point, int button = 1)
+{
+    xdotool(QStringLiteral("mousemove %1 %2 click %3").arg(point.x()).arg(point.y()).arg(button));
+}
+
+QString clipboard()
+{
+    return run(QStringLiteral("xclip"),
+               {QStringLiteral("-selection"), QStringLiteral("clipboard"), QStringLiteral("-o")});
+}
+
+QWindow* windowNamed(const QString& title)
+{
+    const auto windows = QGuiApplication::topLevelWindows();
+    for (QWindow* const window : windows) {
+        if (window->title() == title && window->isVisible()) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+QQuickView* glass()
+{
+    return qobject_cast<QQuickView*>(windowNamed(QStringLiteral("Pellar Menu")));
+}
+
+PellarMenuModel* glassModel()
+{
+    return glass() != nullptr ? glass()->rootObject()->property("menu").value<PellarMenuModel*>() : nullptr;
+}
+
+QList<QMenu*> classicMenus()
+{
+    QList<QMenu*> menus;
+    const auto widgets = QApplication::topLevelWidgets();
+    for (QWidget* const widget : widgets) {
+        auto* const menu = qobject_cast<QMenu*>(widget);
+        if (menu != nullptr && menu->isVisible()) {
+            menus.append(menu);
+        }
+    }
+    return menus;
+}
+
+bool isOpen()
+{
+    return glass() != nullptr || !classicMenus().isEmpty();
+}
+
+/// Where a row of the open menu is on the screen; none when there is no such row.
+std::optional<QPoint> rowNamed(const QString& title)
+{
+    if (PellarMenuModel* const model = glassModel()) {
+        for (const MenuPanelRow& row : model->layout().rows) {
+            if (row.title() == title) {
+                return glass()->position() + (row.frame.center() - QPointF(0, model->scroll())).toPoint();
+            }
+        }
+    }
+    for (const QMenu* const menu : classicMenus()) {
+        for (QAction* const action : menu->actions()) {
+            if (action->text() == title) {
+                return menu->mapToGlobal(menu->actionGeometry(action).center());
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+QString settings()
+{
+    QFile file(PlistUserDefaults::defaultPath());
+    return file.open(QIODevice::ReadOnly)
+               ? QString::fromUtf8(file.readAll()).remove(QRegularExpression(QStringLiteral("\\s")))
+               : QString();
+}
+
+} // namespace
+
+/// The whole program but its main function, on the real services of a desktop, under a real pointer.
+class MenuTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+    void cleanup();
+    void rowsDoWhatTheySay_data() { styles(); }
+    void rowsDoWhatTheySay();
+    void isDismissed_data() { styles(); }
+    void isDismissed();
+    void hangsBelowPill();
+
+private:
+    static void styles();
+    void open();
+    void choose(const QStringList& path);
+
+    std::unique_ptr<PlistUserDefaults> _defaults;
+    std::unique_ptr<LinuxPlatform> _linux;
+    std::unique_ptr<AppDelegate> _program;
+    RealPlayer _mpv;
+    QPoint _pill; ///< a place on the pill where there is no control
+};
+
+void MenuTest::initTestCase()
+{
+    QVERIFY(_mpv.start());
+    _defaults = std::make_unique<PlistUserDefaults>(PlistUserDefaults::defaultPath());
+    UserDefaults::setStandard(_defaults.get());
+    _linux = std::make_unique<LinuxPlatform>(*_defaults);
+    Platform::setCurrent(&_linux->ports());
+    _program = std::make_unique<AppDelegate>(_linux->ports(), *_defaults, _linux->appearance());
+    _program->applicationDidFinishLaunching();
+    QWindow* const pill = windowNamed(QStringLiteral("Pellar"));
+    QVERIFY(pill != nullptr && QTest::qWaitForWindowExposed(pill));
+    _pill = pill->geometry().center() + QPoint(40, 0);
+    const QObject* const model =
+        qobject_cast<QQuickView*>(pill)->rootObject()->property("pill").value<QObject*>();
+    QTRY_COMPARE(model->property("title").toString(), RealPlayer::metadata(QStringLiteral("title")));
+}
+
+void MenuTest::cleanupTestCase()
+{
+    _program.reset();
+}
+
+void MenuTest::cleanup()
+{
+    xdotool(QStringLiteral("key Escape key Escape"));
+    QTRY_VERIFY(!isOpen());
+}
+
+void MenuTest::styles()
+{
+    QTest::addColumn<PellarMenuStyle>("style");
+    QTest::newRow("classic") << PellarMenuStyle::classic;
+    QTest::newRow("glass") << PellarMenuStyle::liquidGlass;
+}
+
+void MenuTest::open()
+{
+    QTRY_VERIFY(!isOpen());
+    click(_pill, 3);
+    QTRY_VERIFY(isOpen());
+}
+
+/// Opens the menu and clicks on one row after the other.
+void MenuTest::choose(const QStringList& path)
+{
+    open();
+    for (const QString& title : path) {
+        QTRY_VERIFY2(rowNamed(title), qPrintable(title));
+        QTRY_VERIFY(glass() == nullptr || glass()->opacity() == 1); // it has unfolded
+        click(*rowNamed(title));
+    }
+    QTRY_VERIFY2(!isOpen(), "still open after a choice");
+}
+
+void MenuTest::rowsDoWhatTheySay()
+{
+    QFETCH(PellarMenuStyle, style);
+    MenuStyleManager::shared().setStyle(style);
+    RealPlayer::tell(QStringLiteral("play"));
+    open();
+    const QString title = RealPlayer::metadata(QStringLiteral("title"));
+    QTRY_VERIFY2(rowNamed(title), "the header is not the player's title");
+    QVERIFY(rowNamed(RealPlayer::metadata(QStringLiteral("artist"))));
+    QCOMPARE(glass() != nullptr, style == PellarMenuStyle::liquidGlass);
+    xdotool(QStringLiteral("key Escape"));
+
+    choose({QStringLiteral("Copy Song Link")});
+    QTRY_VERIFY(clipboard().contains(QString::fromLatin1(QUrl::toPercentEncoding(title))));
+    xdotool(QStringLiteral("key Escape"));
+
+    AudioSourceManager::shared().setEnabledSources(defaultAudioSources);
+    choose({QStringLiteral("Audio Sources"), QStringLiteral("Spotify")});
+    QTRY_VERIFY(settings().contains(QStringLiteral("<key>pellar.audio.sources</key><integer>1</integer>")));
+
+    PowerModeManager::shared().setManualMode(PowerMode::normal);
+    choose({QStringLiteral("Power Mode (Normal)"), QStringLiteral("Power User")});
+    QTRY_VERIFY(settings().contains(
+        QStringLiteral("<key>com.orvalen.pellar.power.manualMode</key><string>powerUser</string>")));
+
+    run(QStringLiteral("pactl"), {QStringLiteral("set-default-sink"), QStringLiteral("speakers")});
+    choose({QStringLiteral("Audio Output"), QStringLiteral("Headphones")});
+    QTRY_COMPARE(run(QStringLiteral("pactl"), {QStringLiteral("get-default-sink")}),
+                 QStringLiteral("headphones"));
+
+    choose({QStringLiteral("Sleep Timer"), QStringLiteral("15 minutes")});
+    open();
+    click(*rowNamed(QStringLiteral("Sleep Timer")));
+    const auto cancel = [] {
+        for (const char* const left : {"15:00", "14:59", "14:58", "14:57", "14:56"}) {
+            const QString row = QStringLiteral("Cancel Timer (%1 left)").arg(QString::fromLatin1(left));
+            if (rowNamed(row)) {
+                return rowNamed(row);
+            }
+        }
+        return std::optional<QPoint>();
+    };
+    QTRY_VERIFY(cancel());
+    QTRY_VERIFY(glass() == nullptr || glass()->opacity() == 1);
+    click(*cancel());
+    open();
+    click(*rowNamed(QStringLiteral("Sleep Timer")));
+    QTRY_VERIFY(rowNamed(QStringLiteral("No Timer Active")));
+}
+
+void MenuTest::isDismissed()
+{
+    QFETCH(PellarMenuStyle, style);
+    MenuStyleManager::shared().setStyle(style);
+    QCOMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+    const QPoint play = windowNamed(QStringLiteral("Pellar"))->position() + QPoint(44, 11);
+    const QPoint desktop(100, 600);
+    for (const auto& [point, button] :
+         {std::pair(desktop, 1), std::pair(desktop, 3), std::pair(_pill, 3), std::pair(play, 1)}) {
+        open();
+        click(point, button); // the panel may be on its way in
+        QTRY_VERIFY(!isOpen());
+    }
+    open();
+    xdotool(QStringLiteral("key Escape"));
+    QTRY_VERIFY(!isOpen());
+    QCOMPARE(RealPlayer::status(), QStringLiteral("Playing")); // the click on the button only closed the menu
+    click(play);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused")); // now it reaches it again
+    click(play);
+    QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+}
+
+/// As the window server sees it.
+void MenuTest::hangsBelowPill()
+{
+    MenuStyleManager::shared().setStyle(PellarMenuStyle::liquidGlass);
+    const QRect pill = windowNamed(QStringLiteral("Pellar"))->geometry();
+    open();
+    QTRY_COMPARE(glass()->opacity(), 1.0);
+    const QString place =
+        run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                        QStringLiteral("--name"), QStringLiteral("^Pellar Menu$"),
+                                        QStringLiteral("getwindowgeometry"), QStringLiteral("--shell")});
+    const auto value = [&place](const QString& name) {
+        return QRegularExpression(u"\\b" + name + u"=(\\d+)").match(place).captured(1).toInt();
+    };
+    QCOMPARE(value(QStringLiteral("Y")), pill.top() + pill.height() + 6);
+    QCOMPARE(value(QStringLiteral("X")) + value(QStringLiteral("WIDTH")), pill.left() + pill.width());
+}
+
+int main(int argc, char** argv)
+{
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pellar"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    MenuTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "menu_test.moc"

@@ -1,0 +1,239 @@
+#include "EngineFixture.h"
+#include "engine/ArtworkImage.h"
+#include "engine/ArtworkSearch.h"
+#include "support/HttpStandIn.h"
+
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QTest>
+
+namespace {
+
+using Manner = HttpStandIn::Manner;
+
+QByteArray picture(const QColor& color, QSize size = {8, 8}, const char* format = "png",
+                   QImage::Format pixels = QImage::Format_RGB32)
+{
+    QImage image(size, pixels);
+    image.fill(color);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return buffer.data();
+}
+
+/// A JPEG picture whose camera was held on its side.
+QByteArray turnedPicture(QSize size)
+{
+    // An Exif block with one entry: orientation 6.
+    static const QByteArray turned =
+        QByteArray::fromHex("ffe1002245786966000049492a0008000000010012010300010000000600000000000000");
+    return picture(Qt::red, size, "jpg").insert(2, turned);
+}
+
+} // namespace
+
+class ArtworkTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void chooses_data();
+    void chooses();
+    void loads_data();
+    void loads();
+    void searchesForMusic();
+    void prefersThePlayersCover();
+    void triesAgainAfterFailure();
+    void loadsForSpotify();
+    void discardsLateCover();
+    void doesNotHoldUpTheEnd();
+
+private:
+    void playMusic(const QString& fields) const;
+    void notifySpotify(const QString& title) const;
+    QColor shown() const
+    {
+        const QImage artwork = _engine->service->artwork();
+        return artwork.isNull() ? QColor() : artwork.pixelColor(0, 0);
+    }
+    QByteArrayList requested();
+
+    std::unique_ptr<HttpStandIn> _server;
+    std::unique_ptr<EngineFixture> _engine;
+};
+
+void ArtworkTest::init()
+{
+    _server = std::make_unique<HttpStandIn>();
+    _engine = std::make_unique<EngineFixture>();
+    _engine->defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"),
+                                _server->address());
+    const QString found = QStringLiteral(R"({"results": [{"artworkUrl100": "%1/100x100/a-100x100.png"}]})")
+                              .arg(_server->address());
+    _server->answer("/search", {.body = found.toLatin1()});
+    _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
+    _server->answer("/green", {.body = picture(Qt::green)});
+}
+
+/// "Title|||Artist|||Album"
+void ArtworkTest::playMusic(const QString& fields) const
+{
+    _engine->reply(Player::appleMusic, fields + QStringLiteral("|||200|||1|||true|||7"));
+    if (_engine->service) {
+        _engine->service->refresh();
+    } else {
+        _engine->start();
+    }
+}
+
+void ArtworkTest::notifySpotify(const QString& title) const
+{
+    _engine->notifySpotify({{QStringLiteral("Player State"), QStringLiteral("Playing")},
+                            {QStringLiteral("Name"), title},
+                            {QStringLiteral("Artwork URL"), QString(_server->address() + u"/green")}});
+}
+
+QByteArrayList ArtworkTest::requested()
+{
+    QByteArrayList targets;
+    for (const HttpStandIn::Request& request : _server->take()) {
+        targets << (request.query.isEmpty() ? request.path : request.path + '?' + request.query);
+    }
+    return targets;
+}
+
+void ArtworkTest::chooses_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+    QTest::addColumn<QString>("album");
+    QTest::addColumn<QString>("chosen");
+    const QByteArray three = R"({"results": [{"artworkUrl100": "http://h/1"},
+        {"artworkUrl100": "http://h/2", "collectionName": "THE SEA (Deluxe) é"},
+        {"artworkUrl100": "http://h/3", "collectionName": "the sea"}]})";
+    const auto row = [](const char* name, const QByteArray& reply, const char* album, const char* chosen) {
+        QTest::newRow(name) << reply << QString::fromUtf8(album) << QString::fromLatin1(chosen);
+    };
+    row("album", three, "The Sea", "http://h/2");
+    row("accent composed otherwise", three, "(deluxe) e\u0301", "http://h/2");
+    row("no album", three, "", "http://h/1");
+    row("chosen without cover",
+        R"({"results": [{"collectionName": "Sea"}, {"artworkUrl100": "http://h/2"}]})", "Sea", "");
+    row("no objects", R"({"results": [{"artworkUrl100": "http://h/1"}, 2]})", "", "");
+    row("no JSON", "<html>", "", "");
+    row("file of this computer", R"({"results": [{"artworkUrl100": "file:///etc/hostname"}]})", "", "");
+}
+
+void ArtworkTest::chooses()
+{
+    QFETCH(QByteArray, reply);
+    QFETCH(QString, album);
+    QTEST(chosenArtwork(reply, album).value_or(QUrl()).toString(), "chosen");
+}
+
+void ArtworkTest::loads_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QSize>("size");
+    const auto row = [](const char* name, const QString& address, QSize size = {0, 0}) {
+        QTest::newRow(name) << address << size;
+    };
+    const auto data = [](const QByteArray& content) {
+        return QString(QStringLiteral("data:image/any;base64,") + QString::fromLatin1(content.toBase64()));
+    };
+    row("wide", data(picture(Qt::red, {2400, 1200}, "jpg")), {600, 300});
+    row("large, on its side", data(turnedPicture({1200, 800})), {400, 600});
+    row("too large", data(picture(Qt::black, {5000, 5000}, "png", QImage::Format_Mono)));
+    row("cut short", data(picture(Qt::red, {300, 300}).left(200)));
+    row("percent-encoded data",
+        u"data:image/png," + QString::fromLatin1(picture(Qt::red).toPercentEncoding()), {8, 8});
+    row("device", QStringLiteral("file:///dev/zero"));
+}
+
+void ArtworkTest::loads()
+{
+    QFETCH(QString, address);
+    QTEST(loadArtwork(address, {}).size(), "size");
+}
+
+void ArtworkTest::searchesForMusic()
+{
+    playMusic(QStringLiteral("Ein & Aus?|||Björk|||Album"));
+    QTRY_COMPARE(shown(), QColor(Qt::blue));
+    QTRY_VERIFY(_engine->theme.tint());
+    playMusic(QStringLiteral("Ein & Aus?|||Björk|||Album"));
+    playMusic(QStringLiteral("Ein & Aus?|||Björk|||Other"));
+    playMusic(QStringLiteral("Ein & Aus?|||Björk|||Other"));
+    playMusic(QStringLiteral("End|||Nobody|||"));
+    const QByteArray song = "/search?term=Bj%C3%B6rk%20Ein%20%26%20Aus%3F&media=music&entity=song&limit=5";
+    const QByteArray cover = "/600x600/a-600x600.png";
+    const QByteArray end = "/search?term=Nobody%20End&media=music&entity=song&limit=5";
+    QTRY_COMPARE(_server->requestCount(), 6);
+    QCOMPARE(requested(), (QByteArrayList{song, cover, song, cover, end, cover}));
+}
+
+void ArtworkTest::prefersThePlayersCover()
+{
+    for (const auto& [path, color] : {std::pair(u"/green", Qt::green), std::pair(u"/gone", Qt::blue)}) {
+        _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + path);
+        playMusic(QStringLiteral("Song|||Band|||Album"));
+        QTRY_COMPARE(shown(), QColor(color));
+    }
+}
+
+void ArtworkTest::triesAgainAfterFailure()
+{
+    _server->answer("/600x600/a-600x600.png", {.body = "<html>"});
+    playMusic(QStringLiteral("Song|||Band|||Album"));
+    QTRY_COMPARE(_server->requestCount(), 2);
+    _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
+    QTRY_COMPARE((_engine->service->refresh(), shown()), QColor(Qt::blue));
+}
+
+void ArtworkTest::loadsForSpotify()
+{
+    _engine->start();
+    notifySpotify(QStringLiteral("Wave"));
+    QTRY_COMPARE(shown(), QColor(Qt::green));
+    notifySpotify(QStringLiteral("Another of the same album"));
+    _engine->service->nextTrack();
+    notifySpotify(QStringLiteral("Fetched anew after a skip"));
+    QTRY_COMPARE(_server->requestCount(), 2);
+}
+
+/// First one of another player, then one of another track.
+void ArtworkTest::discardsLateCover()
+{
+    _server->answer("/green", {.body = picture(Qt::green), .manner = Manner::held});
+    _engine->start();
+    QList<QColor> seen;
+    const auto watch = _engine->service->bindableArtwork().onValueChanged([&] { seen << shown(); });
+    notifySpotify(QStringLiteral("Wave"));
+    _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + u"/green");
+    _engine->setState(Player::spotify, QStringLiteral("off"));
+    playMusic(QStringLiteral("Song|||Band|||Album"));
+    _engine->desktop.workspace.artworks.clear();
+    playMusic(QStringLiteral("Other|||Band|||Album"));
+    for (int late = 1; late <= 2; ++late) {
+        QTRY_COMPARE(_server->requestCount(), late);
+        _server->release();
+    }
+    QTRY_COMPARE(seen, QList{QColor(Qt::blue)});
+}
+
+void ArtworkTest::doesNotHoldUpTheEnd()
+{
+    _server->answer("/search", {.manner = Manner::held});
+    for (const char* title : {"One", "Two", "Three"}) {
+        playMusic(QLatin1String(title) + QStringLiteral("|||Band|||Album"));
+    }
+    QTRY_COMPARE(_server->requestCount(), 1);
+    QElapsedTimer watch;
+    watch.start();
+    _engine->service.reset();
+    QVERIFY2(watch.elapsed() < 2000, "waited for the server");
+}
+
+QTEST_MAIN(ArtworkTest)
+#include "artwork_test.moc"

@@ -1,0 +1,197 @@
+#include "prefs/ListeningStats.h"
+#include "prefs/RecentlyPlayedManager.h"
+#include "support/ManualRunLoop.h"
+#include "support/MemoryDefaults.h"
+
+#include <QJsonDocument>
+#include <QTest>
+
+namespace {
+
+const QString statsKey = QStringLiteral("pellar_listening_stats");
+const QString tracksKey = QStringLiteral("pellar.recentlyPlayed.v1");
+const QString band = QStringLiteral("Band");
+
+void moveTo(ManualRunLoop& clock, const QByteArray& utc)
+{
+    const auto time = QDateTime::fromString(QString::fromLatin1(utc), Qt::ISODate);
+    clock.advance(Date{static_cast<double>(time.toSecsSinceEpoch()) - Date::unixOffset} - clock.now());
+}
+
+/// A record of ten seconds of Band on each of the days.
+QByteArray stored(const QString& dates)
+{
+    QStringList records;
+    for (const QString& date : dates.split(u',', Qt::SkipEmptyParts)) {
+        records << QStringLiteral(R"({"date":"%1","totalSeconds":10,"artists":{"Band":10}})").arg(date);
+    }
+    return '[' + records.join(u',').toLatin1() + ']';
+}
+
+} // namespace
+
+class PersonalDataTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanup() { qunsetenv("TZ"); }
+    void calendarDay_data();
+    void calendarDay();
+    void savesEveryThirtiethTick();
+    void countsStreak();
+    void formatsTime();
+    void listsTracks();
+    void storesTracks();
+    void damage_data();
+    void damage();
+
+private:
+    ManualRunLoop _clock;
+};
+
+void PersonalDataTest::calendarDay_data()
+{
+    QTest::addColumn<QByteArrayList>("moments"); // a time zone and a time each
+    QTest::addColumn<QByteArray>("days");
+    const auto row = [](const char* name, const QByteArrayList& moments, const char* days) {
+        QTest::newRow(name) << moments << QByteArray(days);
+    };
+    row("midnight", {"America/New_York 2026-07-02T03:59:59Z", "America/New_York 2026-07-02T04:00:00Z"},
+        "2026-07-01,2026-07-02");
+    row("day of 23 hours", {"Europe/Berlin 2027-03-27T23:00:00Z", "Europe/Berlin 2027-03-28T22:00:00Z"},
+        "2027-03-28,2027-03-29");
+    row("flown over the date line",
+        {"Pacific/Kiritimati 2026-07-02T10:00:00Z", "Pacific/Pago_Pago 2026-07-02T10:00:01Z"},
+        "2026-07-03,2026-07-01");
+}
+
+void PersonalDataTest::calendarDay()
+{
+    QFETCH(QByteArrayList, moments);
+    ManualRunLoop clock;
+    MemoryDefaults defaults;
+    auto stats = std::make_unique<ListeningStats>(defaults, clock);
+    for (const QByteArray& moment : moments) {
+        qputenv("TZ", moment.split(' ')[0]);
+        moveTo(clock, moment.split(' ')[1]);
+        stats->tick(band);
+    }
+    stats.reset();
+    QByteArrayList days;
+    const QVariantList records =
+        QJsonDocument::fromJson(defaults.data(statsKey).value()).toVariant().toList();
+    for (const QVariant& record : records) {
+        days << record.toMap().value(QStringLiteral("date")).toByteArray();
+    }
+    QTEST(days.join(','), "days");
+}
+
+void PersonalDataTest::savesEveryThirtiethTick()
+{
+    moveTo(_clock, "2026-06-30T12:00:00Z");
+    MemoryDefaults defaults;
+    const QByteArray before = stored(QStringLiteral("2026-04-01,2026-04-02,2026-06-23,2026-06-24"));
+    defaults.values.insert(statsKey, before);
+    ListeningStats stats(defaults, _clock);
+    for (int i = 0; i < 29; ++i) {
+        stats.tick(QStringLiteral("Other"));
+    }
+    QCOMPARE(defaults.data(statsKey), std::optional(before));
+    QCOMPARE(stats.todayListeningTime(), 29.0);
+    QCOMPARE(stats.weekListeningTime(), 39.0);
+    stats.tick(band);
+    const QByteArray after = stored(QStringLiteral("2026-04-02,2026-06-23,2026-06-24")).chopped(1) +
+                             R"(,{"date":"2026-06-30","totalSeconds":30,"artists":{"Band":1,"Other":29}}])";
+    QCOMPARE(QJsonDocument::fromJson(defaults.data(statsKey).value()), QJsonDocument::fromJson(after));
+    QCOMPARE(stats.topArtists(1), (QList{std::pair{band, 31.0}}));
+    QCOMPARE(stats.topArtists(-1).size() + stats.topArtists(9).size(), 2);
+}
+
+void PersonalDataTest::countsStreak()
+{
+    const QList<std::pair<QString, int>> cases = {
+        {QString(), 0},
+        {QStringLiteral("2019-12-31,2020-01-01"), 2},
+        {QStringLiteral("2026-05-01,2026-05-03,2026-05-04"), 2},
+        {QStringLiteral("2026-05-04,2026-05-03,2026-05-04,some,2026-05-02"), 3},
+        {QStringLiteral("2028-02-28,2028-03-01"), 1},
+    };
+    for (const auto& [dates, days] : cases) {
+        MemoryDefaults defaults;
+        defaults.values.insert(statsKey, stored(dates));
+        QVERIFY2(ListeningStats(defaults, _clock).currentStreak() == days, qPrintable(dates));
+    }
+}
+
+void PersonalDataTest::formatsTime()
+{
+    QStringList texts;
+    for (const double seconds : {59.9, 3599.9, 3659.0, 7325.0, 360'000.0}) {
+        texts << ListeningStats::formatTime(seconds);
+    }
+    QCOMPARE(texts.join(u','), QStringLiteral("0m,59m,1h 0m,2h 2m,100h 0m"));
+}
+
+void PersonalDataTest::listsTracks()
+{
+    for (const auto& [played, listed] :
+         {std::pair("ABA", "ABA"), std::pair("AABB", "BA"), std::pair("abcdefghijklmn", "nmlkjihgfedc")}) {
+        MemoryDefaults defaults;
+        RecentlyPlayedManager manager(defaults, _clock);
+        for (const QChar title : QString::fromLatin1(played)) {
+            manager.record(title, band, QString(), QString());
+        }
+        QString titles;
+        for (const PlayedTrack& track : RecentlyPlayedManager(defaults, _clock).tracks()) {
+            titles += track.title;
+        }
+        QCOMPARE(titles, QString::fromLatin1(listed));
+    }
+}
+
+void PersonalDataTest::storesTracks()
+{
+    const ManualRunLoop clock;
+    MemoryDefaults defaults;
+    RecentlyPlayedManager manager(defaults, clock);
+    manager.record(QString(), band, QString(), QString());
+    manager.record(QStringLiteral("Not Playing"), band, QString(), QString());
+    QVERIFY(defaults.values.isEmpty());
+    manager.record(QStringLiteral("Song"), band, QStringLiteral("Album"), QStringLiteral("spotify"));
+    QCOMPARE(QJsonDocument::fromJson(defaults.data(tracksKey).value()), QJsonDocument::fromJson(R"([{
+        "title": "Song", "artist": "Band", "album": "Album", "playedAt": 800000000, "source": "spotify"}])"));
+    manager.clear();
+    QCOMPARE(defaults.data(tracksKey), std::optional(QByteArray("[]")));
+}
+
+void PersonalDataTest::damage_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    const auto row = [](const char* name, const QByteArray& json) { QTest::newRow(name) << json; };
+    row("cut short", stored(QStringLiteral("2026-05-09")).chopped(1));
+    row("second entry is no record", stored(QStringLiteral("2026-05-09")).chopped(1) + ",3]");
+    row("no artists, no source", R"([{"date":"d","totalSeconds":1,
+        "title":"S","artist":"B","album":"A","playedAt":1}])");
+    row("numbers as texts", R"([{"date":"d","totalSeconds":1,"artists":{"Band":"1"},
+        "title":"S","artist":"B","album":"A","playedAt":"1","source":"x"}])");
+    row("time without end", R"([{"date":"d","totalSeconds":1e308,"artists":{}}])");
+}
+
+void PersonalDataTest::damage()
+{
+    QFETCH(QByteArray, json);
+    MemoryDefaults defaults;
+    defaults.values = {{statsKey, json}, {tracksKey, json}};
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("statistics cannot be read")));
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("tracks cannot be read")));
+    {
+        const ListeningStats stats(defaults, _clock);
+        const RecentlyPlayedManager manager(defaults, _clock);
+        QVERIFY(stats.currentStreak() == 0 && manager.tracks().isEmpty());
+    }
+    QCOMPARE(defaults.values, (QVariantMap{{statsKey, json}, {tracksKey, json}}));
+}
+
+QTEST_GUILESS_MAIN(PersonalDataTest)
+#include "personal_data_test.moc"

@@ -1,0 +1,336 @@
+#include "ui/MenuFixture.h"
+#include "ui/menu/ClassicMenu.h"
+#include "ui/menu/PellarMenuModel.h"
+
+#include <QTest>
+
+using Change = void (*)(MenuFixture&);
+Q_DECLARE_METATYPE(Change)
+
+namespace {
+
+/// The rows as lines: what is in a submenu is indented, "#" is a heading, "~" information, "x" a check mark.
+QStringList lines(const std::vector<PellarMenuItem>& items, const QString& indent = QString())
+{
+    using Kind = PellarMenuItem::Kind;
+    QStringList list;
+    for (const PellarMenuItem& item : items) {
+        const QString mark = item.kind == Kind::header ? QStringLiteral("# ")
+                             : item.kind == Kind::info ? QStringLiteral("~ ")
+                             : item.kind == Kind::toggle
+                                 ? (item.isOn ? QStringLiteral("x ") : QStringLiteral("o "))
+                                 : QString();
+        const QString icon = item.icon ? QStringLiteral(" (%1)").arg(*item.icon) : QString();
+        list << (item.kind == Kind::separator ? QString(indent + u"---")
+                                              : QString(indent + mark + item.title + icon));
+        list << lines(item.items, indent + u"    ");
+    }
+    return list;
+}
+
+/// What the commands of the rows do, from the first to the last.
+void chooseAll(const std::vector<PellarMenuItem>& items)
+{
+    for (const PellarMenuItem& item : items) {
+        if (item.choose) {
+            item.choose();
+        }
+        chooseAll(item.items);
+    }
+}
+
+/// A classic menu's rows as `lines` would have them, as far as they can be told from it.
+QStringList classicLines(const QMenu& menu, const QString& indent = QString())
+{
+    QStringList list;
+    for (const QAction* const action : menu.actions()) {
+        const bool isToggle = action->isCheckable();
+        const QString mark = isToggle ? (action->isChecked() ? QStringLiteral("x ") : QStringLiteral("o "))
+                             : action->isEnabled()   ? QString()
+                             : action->font().bold() ? QStringLiteral("# ")
+                                                     : QStringLiteral("~ ");
+        QString title = action->text();
+        list << (action->isSeparator()
+                     ? QString(indent + u"---")
+                     : QString(indent + mark + title.replace(QStringLiteral("&&"), QStringLiteral("&"))));
+        if (action->menu() != nullptr) {
+            list << classicLines(*action->menu(), indent + u"    ");
+        }
+    }
+    return list;
+}
+
+/// The same of the glass panel, opening one submenu after the other.
+QStringList glassLines(PellarMenuModel& model)
+{
+    const auto line = [](const MenuPanelRow& row) {
+        const QString indent = row.parentKey.isEmpty() ? QString() : QStringLiteral("    ");
+        PellarMenuItem item = row.item;
+        item.icon.reset();
+        return lines({item}, indent).first();
+    };
+    QStringList list;
+    const auto top = model.layout().rows;
+    for (const MenuPanelRow& row : top) {
+        list << line(row);
+        if (row.isSubmenu()) {
+            model.choose(row.key);
+            for (const MenuPanelRow& inner : model.layout().rows) {
+                if (inner.parentKey == row.key) {
+                    list << line(inner);
+                }
+            }
+        }
+    }
+    return list;
+}
+
+} // namespace
+
+class MenuRowsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listsEverything();
+    void followsState_data();
+    void followsState();
+    void commandsTheirOwn();
+    void looksTheSameInBothStyles();
+    void escapesAndElides();
+    void takesKeyEquivalent();
+};
+
+void MenuRowsTest::listsEverything()
+{
+    const QString expected = QStringLiteral(R"(# Salt & Stone
+~ Ines
+---
+Now Playing…
+Open in Music App
+Copy Song Link
+o Love Track (heart)
+o Suggest Less Like This (hand.thumbsdown)
+Up Next (list.bullet)
+    Tide — Shore
+    Solo
+---
+Sleep Timer
+    15 minutes
+    30 minutes
+    45 minutes
+    60 minutes
+    90 minutes
+    ---
+    ~ No Timer Active
+Audio Output
+    o Speakers
+    x Headphones
+---
+Listening Stats
+    ~ Today: 42m
+    ~ This Week: 2h 5m
+    ~ Streak: 3 days
+    ---
+    # Top Artists
+    ~   1. A (5m)
+    ~   2. B (4m)
+    ~   3. C (3m)
+    ~   4. D (2m)
+    ~   5. E (1m)
+Recently Played
+    Harbour — Ines
+    Untitled
+    ---
+    Clear History
+---
+Power Mode (Normal)
+    o Low Power
+    x Normal
+    o Power User
+    ---
+    Power Mode Settings…
+Audio Sources
+    x Apple Music
+    x Spotify
+    o System Audio
+o Show Widget
+Settings…
+---
+Quit Pellar)");
+    QCOMPARE(lines(MenuFixture().rows()).join(u'\n'), expected);
+}
+
+void MenuRowsTest::followsState_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("gone");  ///< lines of the whole menu that are not there
+    QTest::addColumn<QString>("fresh"); ///< lines that are there instead
+    const auto row = [](const char* name, Change change, const char* gone, const char* fresh) {
+        QTest::newRow(name) << change << QString::fromUtf8(gone) << QString::fromUtf8(fresh);
+    };
+    row(
+        "nothing plays",
+        [](MenuFixture& menu) {
+            menu.state.title = QStringLiteral("Not Playing");
+            menu.state.artist.clear();
+        },
+        "# Salt & Stone|~ Ines|---|Now Playing…|Open in Music App|Copy Song Link|o Love Track (heart)|"
+        "o Suggest Less Like This (hand.thumbsdown)|Up Next (list.bullet)|    Tide — Shore|    Solo",
+        "# Not Playing");
+    row(
+        "loved", [](MenuFixture& menu) { menu.state.reaction.loved = true; }, "o Love Track (heart)",
+        "x Loved (heart.fill)");
+    row(
+        "disliked", [](MenuFixture& menu) { menu.state.reaction.disliked = true; },
+        "o Suggest Less Like This (hand.thumbsdown)", "x Suggesting Less (hand.thumbsdown.fill)");
+    row(
+        "Spotify",
+        [](MenuFixture& menu) {
+            menu.state.activePlayer = Player::spotify;
+            menu.state.supportsDislike = false;
+        },
+        "o Love Track (heart)|o Suggest Less Like This (hand.thumbsdown)", "o Save to Liked Songs (heart)");
+    row(
+        "no reactions", [](MenuFixture& menu) { menu.state.showReactions = false; },
+        "o Love Track (heart)|o Suggest Less Like This (hand.thumbsdown)", "");
+    row(
+        "no up next", [](MenuFixture& menu) { menu.state.showUpNext = false; },
+        "Up Next (list.bullet)|    Tide — Shore|    Solo", "");
+    row(
+        "empty queue", [](MenuFixture& menu) { menu.state.upNext->clear(); }, "    Tide — Shore|    Solo",
+        "    ~ Nothing Up Next");
+    row(
+        "timer", [](MenuFixture& menu) { menu.state.sleepTimerRemaining = 605; }, "    ~ No Timer Active",
+        "    Cancel Timer (10:05 left)");
+    row(
+        "no device", [](MenuFixture& menu) { menu.state.outputs.clear(); },
+        "Audio Output|    o Speakers|    x Headphones", "");
+    row(
+        "unknown device", [](MenuFixture& menu) { menu.state.currentOutput = 0; }, "    x Headphones",
+        "    o Headphones");
+    row(
+        "one day", [](MenuFixture& menu) { menu.state.listening->streak = 1; }, "    ~ Streak: 3 days",
+        "    ~ Streak: 1 day");
+    row(
+        "no statistics", [](MenuFixture& menu) { menu.state.showListeningStats = false; },
+        "Listening Stats|    ~ Today: 42m|    ~ This Week: 2h 5m|    ~ Streak: 3 days|    ---|"
+        "    # Top Artists|    ~   1. A (5m)|    ~   2. B (4m)|    ~   3. C (3m)|    ~   4. D (2m)|"
+        "    ~   5. E (1m)",
+        "");
+    row(
+        "no history shown", [](MenuFixture& menu) { menu.state.showRecentlyPlayed = false; },
+        "Recently Played|    Harbour — Ines|    Untitled|    ---|    Clear History|---", "");
+    row(
+        "empty history", [](MenuFixture& menu) { menu.state.recentlyPlayed->clear(); },
+        "    Harbour — Ines|    Untitled|    ---", "");
+    row(
+        "no power mode", [](MenuFixture& menu) { menu.state.showPowerMode = false; },
+        "Power Mode (Normal)|    o Low Power|    x Normal|    o Power User|    ---|    Power Mode Settings…",
+        "");
+    row(
+        "saving power",
+        [](MenuFixture& menu) {
+            menu.state.isSystemLowPower = true;
+            menu.state.powerMode = PowerMode::lowPower;
+        },
+        "Power Mode (Normal)|    o Low Power|    x Normal",
+        "Power Mode (Low Power)|    x Low Power|    o Normal|    ---|    ~ macOS Low Power Mode is on");
+    row(
+        "no sources", [](MenuFixture& menu) { menu.state.showAudioSources = false; },
+        "Audio Sources|    x Apple Music|    x Spotify|    o System Audio", "");
+    row(
+        "widget", [](MenuFixture& menu) { menu.state.isWidgetShown = true; }, "o Show Widget",
+        "x Hide Widget");
+    row(
+        "nothing can be done", [](MenuFixture& menu) { menu.commands = {}; },
+        "---|Now Playing…|Open in Music App|Copy Song Link|o Love Track (heart)|"
+        "o Suggest Less Like This (hand.thumbsdown)|Up Next (list.bullet)|    Tide — Shore|    Solo|---|"
+        "    15 minutes|    30 minutes|    45 minutes|    60 minutes|    90 minutes|    ---|"
+        "Audio Output|    o Speakers|    x Headphones|Recently Played|    Harbour — Ines|    Untitled|"
+        "    ---|    Clear History|---|Power Mode (Normal)|    o Low Power|    x Normal|    o Power User|"
+        "    ---|    Power Mode Settings…|Audio Sources|    x Apple Music|    x Spotify|    o System Audio|"
+        "o Show Widget|Settings…|Quit Pellar",
+        "");
+}
+
+void MenuRowsTest::followsState()
+{
+    QFETCH(Change, change);
+    QFETCH(QString, gone);
+    QFETCH(QString, fresh);
+    MenuFixture menu;
+    QStringList expected = lines(menu.rows());
+    for (const QString& line : gone.split(u'|')) {
+        QVERIFY2(line.isEmpty() || expected.removeOne(line), qPrintable(line));
+    }
+    change(menu);
+    QStringList actual = lines(menu.rows());
+    const QStringList rows = actual;
+    for (const QString& line : fresh.split(u'|', Qt::SkipEmptyParts)) {
+        QVERIFY2(actual.removeOne(line), qPrintable(u"missing: " + line + u" in\n" + rows.join(u'\n')));
+    }
+    expected.sort();
+    actual.sort();
+    QCOMPARE(actual.join(u'\n'), expected.join(u'\n'));
+    QVERIFY(rows.first() != QStringLiteral("---") && rows.last() != QStringLiteral("---"));
+    QVERIFY(!rows.join(u'\n').contains(QStringLiteral("---\n---")));
+}
+
+void MenuRowsTest::commandsTheirOwn()
+{
+    MenuFixture menu;
+    menu.state.sleepTimerRemaining = 60;
+    chooseAll(menu.rows());
+    QCOMPARE(
+        menu.told.join(u'|'),
+        QStringLiteral("preview|open|link|love|dislike|play 7|play 8|sleep 15|sleep 30|sleep 45|sleep 60|"
+                       "sleep 90|wake|output 41|output 52|copy Harbour — Ines|copy Untitled|clear|"
+                       "mode lowPower|mode normal|mode powerUser|modes|source 1|source 2|source 4|widget|"
+                       "settings|quit"));
+    menu.told.clear();
+    menu.state.reaction = {true, true};
+    chooseAll(menu.rows());
+    QVERIFY(menu.told.contains(QStringLiteral("unlove")) && menu.told.contains(QStringLiteral("undislike")));
+    QVERIFY(!menu.told.contains(QStringLiteral("love")) && !menu.told.contains(QStringLiteral("dislike")));
+}
+
+void MenuRowsTest::looksTheSameInBothStyles()
+{
+    MenuFixture menu;
+    menu.state.reaction.loved = true;
+    ClassicMenu classic;
+    classic.setItems(menu.rows(), false);
+    classic.setItems(menu.rows(), true); // nothing of the first filling is left
+    PellarMenuModel glass(menu.rows());
+    QCOMPARE(glassLines(glass).join(u'\n'), classicLines(classic).join(u'\n'));
+    QCOMPARE(classic.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly).size(), 7);
+}
+
+void MenuRowsTest::escapesAndElides()
+{
+    MenuFixture fixture;
+    fixture.state.title = QStringLiteral("Salt & Stone\nLive");
+    fixture.state.artist = QStringLiteral("終わりのない歌の題名").repeated(20);
+    ClassicMenu classic;
+    classic.setItems(fixture.rows(), false);
+    QCOMPARE(classic.actions().first()->text(), QStringLiteral("Salt && Stone Live"));
+    QVERIFY(classic.sizeHint().width() < 400);
+    const MenuPanelLayout glass = PellarMenuModel(fixture.rows()).layout();
+    QVERIFY(glass.size.width() < 400);
+    QVERIFY(glass.rows[1].titleFrame.right() <= glass.rows[1].frame.width());
+}
+
+void MenuRowsTest::takesKeyEquivalent()
+{
+    MenuFixture fixture;
+    ClassicMenu menu;
+    menu.setItems(fixture.rows(), false);
+    menu.popup(QPoint());
+    QTest::keyClick(&menu, Qt::Key_Space);
+    QCOMPARE(fixture.told, QStringList(QStringLiteral("preview")));
+    QVERIFY(!menu.isVisible());
+}
+
+QTEST_MAIN(MenuRowsTest)
+#include "menu_rows_test.moc"
