@@ -6,6 +6,7 @@
 #include "prefs/PowerModeManager.h"
 #include "support/Command.h"
 #include "support/RealPlayer.h"
+#include "ui/PillLayout.h"
 #include "ui/menu/PellarMenuModel.h"
 
 #include <QApplication>
@@ -252,7 +253,8 @@ void MenuTest::isDismissed()
     QFETCH(PellarMenuStyle, style);
     MenuStyleManager::shared().setStyle(style);
     QCOMPARE(RealPlayer::status(), QStringLiteral("Playing"));
-    const QPoint play = windowNamed(QStringLiteral("Pellar"))->position() + QPoint(44, 11);
+    const QRect pill = windowNamed(QStringLiteral("Pellar"))->geometry();
+    const QPoint play = pill.topLeft() + PillLayout::make(pill.size(), {}).playButton.center().toPoint();
     const QPoint desktop(100, 600);
     for (const auto& [point, button] :
          {std::pair(desktop, 1), std::pair(desktop, 3), std::pair(_pill, 3), std::pair(play, 1)}) {
