@@ -26,14 +26,19 @@ double labelled(const QByteArray& text, const QByteArray& label)
 
 ProcessMeter::Load ProcessMeter::watch(double seconds) const
 {
-    const double processor = processorSeconds();
-    const double before = wakeUps();
+    const Counts before = counts();
     QElapsedTimer timer;
     timer.start();
     QTest::qWait(static_cast<int>(seconds * 1000));
     const double passed = static_cast<double>(timer.elapsed()) / 1000;
-    return {.processor = (processorSeconds() - processor) / passed * 100,
-            .wakeUpsASecond = (wakeUps() - before) / passed};
+    Load load;
+    const Counts after = counts();
+    for (auto thread = after.begin(); thread != after.end(); ++thread) {
+        const Count earlier = before.value(thread.key());
+        load.processor += (thread->nanoseconds - earlier.nanoseconds) / 1e9 / passed * 100;
+        load.wakeUpsASecond += (thread->wakeUps - earlier.wakeUps) / passed;
+    }
+    return load;
 }
 
 double ProcessMeter::residentMegabytes() const
@@ -41,27 +46,18 @@ double ProcessMeter::residentMegabytes() const
     return labelled(content(QStringLiteral("/proc/%1/status").arg(_id)), "VmRSS") / 1024;
 }
 
-double ProcessMeter::processorSeconds() const
+/// Nanoseconds on a processor are finer than the clock ticks of "stat".
+ProcessMeter::Counts ProcessMeter::counts() const
 {
-    // Nanoseconds on a processor, of each thread: finer than the clock ticks of "stat".
-    double nanoseconds = 0;
+    Counts counts;
     const QString tasks = QStringLiteral("/proc/%1/task").arg(_id);
-    const auto names = QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& task : names) {
-        nanoseconds +=
-            content(tasks + u'/' + task + QStringLiteral("/schedstat")).split(' ').first().toDouble();
+    const auto threads = QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& thread : threads) {
+        const QString folder = tasks + u'/' + thread;
+        counts.insert(
+            thread,
+            {.nanoseconds = content(folder + QStringLiteral("/schedstat")).split(' ').first().toDouble(),
+             .wakeUps = labelled(content(folder + QStringLiteral("/status")), "voluntary_ctxt_switches")});
     }
-    return nanoseconds / 1e9;
-}
-
-double ProcessMeter::wakeUps() const
-{
-    double count = 0;
-    const QString tasks = QStringLiteral("/proc/%1/task").arg(_id);
-    const auto names = QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& task : names) {
-        count +=
-            labelled(content(tasks + u'/' + task + QStringLiteral("/status")), "voluntary_ctxt_switches");
-    }
-    return count;
+    return counts;
 }

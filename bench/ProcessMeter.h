@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QHash>
+#include <QString>
 
 /// What the kernel counts for a running process.
 class ProcessMeter
@@ -9,19 +10,24 @@ public:
     explicit ProcessMeter(qint64 processId) : _id(processId) {}
 
     struct Load {
-        double processor;      ///< percent of one core
-        double wakeUpsASecond; ///< of all threads
+        double processor = 0;      ///< percent of one core
+        double wakeUpsASecond = 0; ///< of all threads
     };
 
-    /// Watches for some seconds while the event loop runs.
+    /// Watches for some seconds while the event loop runs. Threads that end meanwhile do not count.
     Load watch(double seconds) const;
 
     /// Resident memory in MB.
     double residentMegabytes() const;
 
 private:
-    double processorSeconds() const;
-    double wakeUps() const;
+    struct Count {
+        double nanoseconds = 0;
+        double wakeUps = 0;
+    };
+    using Counts = QHash<QString, Count>; ///< by thread
+
+    Counts counts() const;
 
     qint64 _id;
 };

@@ -1,3 +1,4 @@
+#include "CaptureMeasures.h"
 #include "LyricsMeasures.h"
 #include "PillWatch.h"
 #include "ProcessMeter.h"
@@ -256,5 +257,6 @@ int main(int argc, char** argv)
     measureChange(pill);
     measureFootprint(pill, program);
     stop(program);
+    CaptureMeasures::measureCapture(pill);
     return 0;
 }

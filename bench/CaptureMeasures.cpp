@@ -1,0 +1,127 @@
+#include "CaptureMeasures.h"
+
+#include "PillWatch.h"
+#include "ProcessMeter.h"
+#include "Table.h"
+
+#include "platform/linux/PlistUserDefaults.h"
+#include "prefs/PowerMode.h"
+#include "prefs/PowerModeManager.h"
+#include "support/Command.h"
+#include "support/RealPlayer.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+const QString enabledKey = QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled");
+const QString sourcesKey = QStringLiteral("pellar.audio.sources");
+constexpr double watched = 20; // seconds
+
+/// The program with live capture on, in a power mode.
+class CapturingProgram
+{
+public:
+    CapturingProgram(PowerMode mode, qlonglong sources)
+    {
+        PlistUserDefaults settings(PlistUserDefaults::defaultPath());
+        settings.setObject(enabledKey, true);
+        settings.setObject(sourcesKey, sources);
+        settings.setObject(PowerModeManager::kManualMode, id(mode));
+        _process.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
+    }
+    ~CapturingProgram()
+    {
+        _process.terminate();
+        _process.waitForFinished();
+        PlistUserDefaults settings(PlistUserDefaults::defaultPath());
+        for (const QString& key : {enabledKey, sourcesKey, PowerModeManager::kManualMode}) {
+            settings.removeObject(key);
+        }
+    }
+    CapturingProgram(const CapturingProgram&) = delete;
+    CapturingProgram& operator=(const CapturingProgram&) = delete;
+
+    ProcessMeter meter() const { return ProcessMeter(_process.processId()); }
+
+private:
+    QProcess _process;
+};
+
+/// A noise in all bands.
+class Noise
+{
+public:
+    Noise()
+    {
+        const QString file = _folder.filePath(QStringLiteral("noise.wav"));
+        output(QStringLiteral("ffmpeg"),
+               {QStringLiteral("-nostdin"), QStringLiteral("-loglevel"), QStringLiteral("error"),
+                QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
+                QStringLiteral("anoisesrc=duration=90:amplitude=0.2:sample_rate=48000"), file});
+        _process.start(QStringLiteral("pw-play"), {file});
+    }
+    ~Noise()
+    {
+        _process.kill();
+        _process.waitForFinished();
+    }
+    Noise(const Noise&) = delete;
+    Noise& operator=(const Noise&) = delete;
+
+private:
+    QTemporaryDir _folder;
+    QProcess _process;
+};
+
+QString loadText(const ProcessMeter::Load& load)
+{
+    return QStringLiteral("%1 %, %2 wake-ups/s")
+        .arg(QString::number(load.processor, 'f', 2), QString::number(load.wakeUpsASecond, 'f', 1));
+}
+
+bool isCapturing()
+{
+    return output(QStringLiteral("pw-link"), {QStringLiteral("-l")})
+               .contains(QStringLiteral("Pellar:input_FL")) ||
+           output(QStringLiteral("pw-link"), {QStringLiteral("-l")})
+               .contains(QStringLiteral("pellar.capture:input_FL"));
+}
+
+void measurePlaying(const PillWatch& pill, PowerMode mode, const QString& what, const QString& reach)
+{
+    constexpr qlonglong players = 3;
+    RealPlayer::tell(QStringLiteral("play"));
+    const Noise noise;
+    const CapturingProgram program(mode, players);
+    const bool isReady = PillWatch::millisecondsUntil([&] { return pill.isDrawn() && isCapturing(); }) >= 0;
+    QTest::qWait(3000);
+    Table::row(what, loadText(program.meter().watch(watched)), reach,
+               isReady ? QString() : QStringLiteral("it captured nothing"));
+}
+
+/// Everything is paused, and the program listens for sound of whatever program.
+void measureListening(const PillWatch& pill)
+{
+    constexpr qlonglong all = 7;
+    constexpr int untilSinksSleep = 12'000; // milliseconds
+    RealPlayer::tell(QStringLiteral("pause"));
+    const CapturingProgram program(PowerMode::normal, all);
+    PillWatch::millisecondsUntil([&] { return pill.isDrawn(); });
+    QTest::qWait(untilSinksSleep);
+    Table::row(QStringLiteral("processor, paused, listening for system audio"),
+               loadText(program.meter().watch(watched)), QStringLiteral("0.2 %"));
+}
+
+} // namespace
+
+void CaptureMeasures::measureCapture(const PillWatch& pill)
+{
+    measurePlaying(pill, PowerMode::normal, QStringLiteral("processor, playing, live capture, 15 fps"),
+                   QStringLiteral("2 %"));
+    measurePlaying(pill, PowerMode::powerUser, QStringLiteral("processor, playing, live capture, 30 fps"),
+                   QString());
+    measureListening(pill);
+}
