@@ -45,8 +45,13 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                     .recentlyPlayed = RecentlyPlayedManager::shared(),
                     .visibility = MenuVisibilityManager::shared(),
                     .widget = WidgetManager::shared()})
-    , _audioCapture(platform, _service, AudioSourceManager::shared(), PowerModeManager::shared(),
-                    AudioBridge::shared())
+    , _audioCapture({.platform = platform,
+                     .service = _service,
+                     .sources = AudioSourceManager::shared(),
+                     .devices = _audioManager,
+                     .power = PowerModeManager::shared(),
+                     .visibility = _visibility,
+                     .bridge = AudioBridge::shared()})
 {
 }
 

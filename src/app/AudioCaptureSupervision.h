@@ -5,34 +5,44 @@
 #include <QObject>
 
 class AudioBridge;
+class AudioDeviceManager;
 class AudioSourceManager;
 class NowPlayingService;
+class PillVisibilityManager;
 class PowerModeManager;
 struct Platform;
 
-/// Ties the capture of sound to its use. It runs, if the power mode allows it, while something plays, and
-/// while system audio is followed also when nothing plays: else nobody would hear it begin.
+/// Ties the capture of sound to its use. It runs, if the power mode allows it, while something plays and the
+/// pill shows its level, and as long as system audio is followed also when nothing plays: else nobody would
+/// hear it begin.
 class AudioCaptureSupervision : public QObject
 {
     Q_OBJECT
 
 public:
-    AudioCaptureSupervision(Platform& platform, NowPlayingService& service, AudioSourceManager& sources,
-                            PowerModeManager& power, AudioBridge& bridge);
+    /// What it ties together. Everything outlives it.
+    struct Dependencies {
+        Platform& platform;
+        NowPlayingService& service;
+        AudioSourceManager& sources;
+        AudioDeviceManager& devices;
+        PowerModeManager& power;
+        PillVisibilityManager& visibility;
+        AudioBridge& bridge;
+    };
+
+    explicit AudioCaptureSupervision(const Dependencies& dependencies);
     ~AudioCaptureSupervision() override;
 
     /// Begins to supervise. Capture that has failed, as for want of permission, is tried again every half
-    /// minute as long as there is use for it.
+    /// minute as long as there is use for it, and as soon as devices come: then the sound server is there.
     void startAudioCapture();
 
 private:
+    void retry();
     void applyPowerModeToAudioCapture();
     bool isAudioCaptureWanted() const;
 
-    Platform& _platform;
-    NowPlayingService& _service;
-    AudioSourceManager& _sources;
-    PowerModeManager& _power;
-    AudioBridge& _bridge;
+    Dependencies _of;
     std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
 };

@@ -231,7 +231,7 @@ bool AudioCaptureService::startDevice()
         return false;
     }
     _ioProcID = proc.id;
-    observeRunning();
+    observeDevice();
     const int status = _hardware.start(_aggregateID, _ioProcID);
     if (status != 0) {
         qCCritical(audioLog, "AudioDeviceStart failed: status=%d", status);
@@ -239,22 +239,29 @@ bool AudioCaptureService::startDevice()
     return status == 0;
 }
 
-void AudioCaptureService::observeRunning()
+void AudioCaptureService::observeDevice()
 {
-    _isDeviceRunning = true;
-    const auto changed = [service = QPointer(this), session = _session](bool isRunning) {
-        if (service.isNull() || service->_session != session) {
-            return;
-        }
-        service->_isDeviceRunning = isRunning;
-        if (isRunning && !service->_sampler) {
-            service->startSampler();
-        }
-    };
-    _hardware.observeRunning(_aggregateID, [changed](bool isRunning) {
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(), [changed, isRunning] { changed(isRunning); }, Qt::QueuedConnection);
-    });
+    _isSounding = true;
+    _hardware.observeDevice(
+        _aggregateID, [service = QPointer(this), session = _session](AudioHardware::DeviceState state) {
+            const auto changed = [service, session, state] {
+                if (!service.isNull() && service->_session == session) {
+                    service->deviceChanged(state);
+                }
+            };
+            QMetaObject::invokeMethod(QCoreApplication::instance(), changed, Qt::QueuedConnection);
+        });
+}
+
+void AudioCaptureService::deviceChanged(AudioHardware::DeviceState state)
+{
+    if (state.sampleRate) {
+        _sampleRate = static_cast<float>(*state.sampleRate);
+    }
+    _isSounding = state.isSounding;
+    if (_isSounding && !_sampler) {
+        startSampler();
+    }
 }
 
 void AudioCaptureService::tearDown()
@@ -312,7 +319,8 @@ void AudioCaptureService::sampleAndAnalyze(quint64 session)
     if (frame.rms > silenceFloor) {
         _lastNonSilentTime = now;
     }
-    const bool isLive = now - _lastNonSilentTime < silenceTimeoutSecs;
+    const double silence = now - _lastNonSilentTime; // negative when the clock has been set back
+    const bool isLive = silence >= 0 && silence < silenceTimeoutSecs;
     QMetaObject::invokeMethod(
         this,
         [this, session, isLive, bands = QList<float>(frame.bands.begin(), frame.bands.end())] {
@@ -324,11 +332,11 @@ void AudioCaptureService::sampleAndAnalyze(quint64 session)
         Qt::QueuedConnection);
 }
 
-/// With nothing played and the levels come to rest, there is nothing to sample until something is.
+/// With nothing to be heard and the levels come to rest, there is nothing to sample until something sounds.
 void AudioCaptureService::rest()
 {
     constexpr float restingLevel = 0.001F;
-    if (!_isDeviceRunning && !_isLive && *std::max_element(_bands.begin(), _bands.end()) < restingLevel) {
+    if (!_isSounding && !_isLive && *std::max_element(_bands.begin(), _bands.end()) < restingLevel) {
         _sampler.reset();
     }
 }

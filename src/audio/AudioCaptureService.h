@@ -62,7 +62,8 @@ private:
     void tearDown();
     void destroyAggregateDevice();
     void destroyTap();
-    void observeRunning();
+    void observeDevice();
+    void deviceChanged(AudioHardware::DeviceState state);
     void startSampler();
     void rest();
     void sampleAndAnalyze(quint64 session);
@@ -74,7 +75,7 @@ private:
     QList<float> _bands = {0, 0, 0, 0};
     bool _isLive = false;
     bool _isRunning = false;
-    bool _isDeviceRunning = true; ///< the system plays something
+    bool _isSounding = true; ///< else there is nothing to be sampled
     AudioObjectId _tapID = 0;
     AudioObjectId _aggregateID = 0;
     AudioIOProcId _ioProcID = 0;

@@ -95,7 +95,7 @@ void HttpCall::readEnd()
     if (!isWholeAnswer(*_reply, status)) {
         fail(_reply->errorString());
     } else if (target.isEmpty()) {
-        finish({.status = status, .body = _body, .failure = {}});
+        finish({.status = status, .body = std::exchange(_body, {}), .failure = {}});
     } else {
         redirect(status, _request.url.resolved(target));
     }

@@ -119,7 +119,8 @@ void NowPlayingService::sendMediaKey(MediaKeys::Key key)
     scheduleHijackSilencer();
 }
 
-/// A media key may also be grabbed by a player that was paused: it is paused again.
+/// A media key may also be grabbed by a player that was paused: it is paused again. One that is no source is
+/// what the key was meant for.
 void NowPlayingService::scheduleHijackSilencer()
 {
     _platform.runLoop.after(hijackDelay, this, [this] {
@@ -127,7 +128,7 @@ void NowPlayingService::scheduleHijackSilencer()
             return;
         }
         for (const Player player : {Player::spotify, Player::appleMusic}) {
-            if (isRunning(player)) {
+            if (isEnabledAndRunning(player)) {
                 runScript(PlayerScripts::pauseIfPlaying(player));
             }
         }

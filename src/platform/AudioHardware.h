@@ -69,7 +69,8 @@ public:
     virtual std::optional<AudioObjectId> defaultOutputDevice() const = 0;
     virtual int setDefaultOutputDevice(AudioObjectId device) = 0;
 
-    /// Tells, on any thread, when a device has come or gone or another one has become the default.
+    /// Tells, on any thread, when a device has come or gone or another one has become the default. There is
+    /// one observer.
     virtual void observeDevices(std::function<void()> changed) = 0;
 
     /// Every process that can make sound, in a steady order.
@@ -90,10 +91,16 @@ public:
     virtual Created<AudioIOProcId> createIOProc(AudioObjectId device, AudioIOProc proc, void* clientData) = 0;
     virtual int destroyIOProc(AudioObjectId device, AudioIOProcId proc) = 0;
 
-    /// Tells, on any thread, when the system begins and ceases to play what the device carries. One that is
-    /// not running delivers at most silence. Nothing is told once `stop` has returned; a device of which
-    /// nothing is ever told counts as running.
-    virtual void observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed) = 0;
+    struct DeviceState {
+        bool isSounding = true;           ///< else it delivers at most silence, and may deliver nothing
+        std::optional<double> sampleRate; ///< Hz; none when it is not known
+
+        friend bool operator==(const DeviceState&, const DeviceState&) = default;
+    };
+
+    /// Tells, on any thread, when a started device changes, soon after it does. Nothing is told once `stop`
+    /// has returned; a device of which nothing is told sounds.
+    virtual void observeDevice(AudioObjectId device, std::function<void(DeviceState state)> changed) = 0;
 
     virtual int start(AudioObjectId device, AudioIOProcId proc) = 0;
     virtual int stop(AudioObjectId device, AudioIOProcId proc) = 0;

@@ -1,5 +1,7 @@
 #include "app/AudioCaptureSupervision.h"
+#include "audio/AudioDeviceManager.h"
 #include "engine/EngineFixture.h"
+#include "prefs/PillVisibilityManager.h"
 
 #include <QTest>
 
@@ -14,8 +16,15 @@ struct Supervised : EngineFixture {
     {
         defaults.setObject(QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled"), true);
         start();
-        supervision =
-            std::make_unique<AudioCaptureSupervision>(desktop.ports, *service, *manager, *power, *bridge);
+        devices = std::make_unique<AudioDeviceManager>(desktop.audioHardware);
+        supervision = std::make_unique<AudioCaptureSupervision>(
+            AudioCaptureSupervision::Dependencies{.platform = desktop.ports,
+                                                  .service = *service,
+                                                  .sources = *manager,
+                                                  .devices = *devices,
+                                                  .power = *power,
+                                                  .visibility = visibility,
+                                                  .bridge = *bridge});
         supervision->startAudioCapture();
     }
 
@@ -37,6 +46,8 @@ struct Supervised : EngineFixture {
         Q_EMIT desktop.power.changed();
     }
 
+    PillVisibilityManager visibility{defaults};
+    std::unique_ptr<AudioDeviceManager> devices;
     std::unique_ptr<AudioCaptureSupervision> supervision;
 };
 
@@ -61,6 +72,10 @@ void AudioSupervisionTest::followsPlayback()
     engine.saveSystemPower(true);
     QVERIFY(!engine.isCapturing());
     engine.saveSystemPower(false);
+    QVERIFY(engine.isCapturing());
+    engine.visibility.setShowVisualizer(false);
+    QVERIFY(!engine.isCapturing());
+    engine.visibility.setShowVisualizer(true);
     QVERIFY(engine.isCapturing());
     engine.play(QStringLiteral("paused"));
     QVERIFY(!engine.isCapturing());
@@ -94,9 +109,11 @@ void AudioSupervisionTest::triesAgainWhileWanted()
     const int starts = engine.capture->starts;
     engine.desktop.runLoop.advance(61);
     QCOMPARE(engine.capture->starts, starts + 2);
+    Q_EMIT engine.devices->devicesChanged();
+    QCOMPARE(engine.capture->starts, starts + 3);
     engine.play(QStringLiteral("paused"));
     engine.desktop.runLoop.advance(61);
-    QCOMPARE(engine.capture->starts, starts + 2);
+    QCOMPARE(engine.capture->starts, starts + 3);
 }
 
 QTEST_GUILESS_MAIN(AudioSupervisionTest)

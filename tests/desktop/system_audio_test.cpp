@@ -3,6 +3,7 @@
 #include "app/AudioCaptureSupervision.h"
 #include "audio/AudioBridge.h"
 #include "audio/AudioCaptureService.h"
+#include "audio/AudioDeviceManager.h"
 #include "audio/AudioSourceManager.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
@@ -10,6 +11,7 @@
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/x11/X11MediaKey.h"
 #include "platform/linux/x11/X11Session.h"
+#include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
@@ -117,7 +119,15 @@ struct Listener {
                                .theme = theme,
                                .recentlyPlayed = recentlyPlayed},
                               {.sendMediaKey = [this](MediaKeys::Key key) { mediaKeys.send(key); }}};
-    AudioCaptureSupervision supervision{ports, service, sources, power, bridge};
+    PillVisibilityManager visibility{defaults};
+    AudioDeviceManager devices{ports.audioHardware};
+    AudioCaptureSupervision supervision{{.platform = ports,
+                                         .service = service,
+                                         .sources = sources,
+                                         .devices = devices,
+                                         .power = power,
+                                         .visibility = visibility,
+                                         .bridge = bridge}};
 };
 
 } // namespace

@@ -63,9 +63,9 @@ public:
         return created("proc", AudioIOProcId{procId});
     }
     int destroyIOProc(AudioObjectId device, AudioIOProcId /*id*/) override { return note("-proc", device); }
-    void observeRunning(AudioObjectId /*device*/, std::function<void(bool)> changed) override
+    void observeDevice(AudioObjectId /*device*/, std::function<void(DeviceState)> changed) override
     {
-        runningChanged = std::move(changed);
+        deviceChanged = std::move(changed);
     }
     int start(AudioObjectId device, AudioIOProcId /*id*/) override
     {
@@ -112,7 +112,7 @@ public:
     QVariantMap aggregate;
     AudioIOProc proc = nullptr;
     void* client = nullptr;
-    std::function<void(bool)> runningChanged;
+    std::function<void(DeviceState)> deviceChanged;
     QStringList calls;
 
 private:

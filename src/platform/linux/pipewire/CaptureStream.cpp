@@ -5,13 +5,16 @@
 #include <pipewire/pipewire.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
-Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire")
+Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire", QtInfoMsg)
 
 // Longer than the longest cycle of the graph: 8192 frames at 44.1 kHz are 0.19 s.
-constexpr double silenceCheckInterval = 0.25; // seconds
+constexpr double checkInterval = 0.25; // seconds
+
+constexpr float silenceFloor = 1e-4F; // below it no analysis hears anything
 
 const float* samplesOf(void* port, quint32 frames)
 {
@@ -35,7 +38,7 @@ CaptureStream::CaptureStream(PipewireLoop& loop, pw_core* core, std::shared_ptr<
                                               "Pellar visualizer", PW_KEY_MEDIA_TYPE, "Audio",
                                               PW_KEY_NODE_AUTOCONNECT, "false", PW_KEY_NODE_PASSIVE, "true",
                                               PW_KEY_NODE_WANT_DRIVER, "false", nullptr)))
-    , _silenceTimer(loop, [this] { fillSilence(); })
+    , _timer(loop, [this] { check(); })
 {
     setRunning(false);
     if (!connect()) {
@@ -119,18 +122,21 @@ void CaptureStream::stateChanged(pw_filter_state state, const char* error)
 void CaptureStream::setRunning(bool isRunning)
 {
     if (isRunning) {
-        _silenceTimer.fireEvery(silenceCheckInterval);
+        _timer.fireEvery(checkInterval);
     } else {
-        _silenceTimer.cancel();
+        _timer.cancel();
+        _isLoud = false;
         deliverSilence();
+        tell();
     }
-    _slot->tellRunning(isRunning);
 }
 
 void CaptureStream::process(const spa_io_position& position)
 {
     _cycles.fetch_add(1, std::memory_order_relaxed);
+    _rate.store(position.clock.rate.denom, std::memory_order_relaxed);
     const auto frames = static_cast<quint32>(position.clock.duration);
+    bool isLoud = false;
     const float* const left = samplesOf(_left, frames);
     const float* const right = samplesOf(_right, frames);
     for (quint32 done = 0; done < frames; done += chunkFrames) {
@@ -139,12 +145,18 @@ void CaptureStream::process(const spa_io_position& position)
             _chunk[2 * i] = left != nullptr ? left[done + i] : 0;
             _chunk[2 * i + 1] = right != nullptr ? right[done + i] : 0;
         }
+        isLoud = isLoud || std::any_of(_chunk.begin(), _chunk.begin() + 2 * count,
+                                       [](float sample) { return std::abs(sample) > silenceFloor; });
         _slot->deliver(_chunk.data(), count, position.clock.nsec);
+    }
+    if (isLoud) {
+        _isLoud.store(true, std::memory_order_relaxed);
     }
 }
 
-/// A graph that should run may stand still, too, as when its sink is being changed.
-void CaptureStream::fillSilence()
+/// A graph that should run may stand still, too, as when its sink is being changed; and one that runs may
+/// play silence.
+void CaptureStream::check()
 {
     const quint32 cycles = _cycles.load(std::memory_order_relaxed);
     const bool isStanding = cycles == std::exchange(_seenCycles, cycles);
@@ -152,6 +164,20 @@ void CaptureStream::fillSilence()
         deliverSilence();
     }
     _isSilent = isStanding;
+    tell();
+}
+
+void CaptureStream::tell()
+{
+    const quint32 rate = _rate.load(std::memory_order_relaxed);
+    AudioHardware::DeviceState state{.isSounding = _isLoud.exchange(false, std::memory_order_relaxed),
+                                     .sampleRate = std::nullopt};
+    if (rate > 0) {
+        state.sampleRate = rate;
+    }
+    if (state != std::exchange(_told, state)) {
+        _slot->tell(state);
+    }
 }
 
 void CaptureStream::deliverSilence()

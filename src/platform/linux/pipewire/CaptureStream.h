@@ -38,9 +38,10 @@ private:
     bool connect();
     void* addInput(const char* name, const char* channel);
     void stateChanged(pw_filter_state state, const char* error);
-    void setRunning(bool isRunning);
+    void tell();
     void process(const spa_io_position& position);
-    void fillSilence();
+    void check();
+    void setRunning(bool isRunning);
     void deliverSilence();
 
     std::shared_ptr<IOProcSlot> _slot;
@@ -51,8 +52,13 @@ private:
     void* _right = nullptr;
     Chunk _chunk{}; ///< the real-time thread's own
 
-    std::atomic<quint32> _cycles = 0; ///< of the graph
+    // What the real-time thread leaves for the other one.
+    std::atomic<quint32> _cycles = 0;  ///< of the graph
+    std::atomic<quint32> _rate = 0;    ///< Hz
+    std::atomic<bool> _isLoud = false; ///< since it was last looked at
+
     quint32 _seenCycles = 0;
     bool _isSilent = false;
-    PipewireLoop::Timer _silenceTimer;
+    AudioHardware::DeviceState _told;
+    PipewireLoop::Timer _timer;
 };

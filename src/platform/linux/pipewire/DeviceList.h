@@ -15,6 +15,8 @@ public:
         QString uid;        ///< the node's name
         QString name;
         bool isOutput = false;
+
+        friend bool operator==(const Device&, const Device&) = default;
     };
 
     /// Puts a device in its place, which is that of its coming.
@@ -28,6 +30,8 @@ public:
 
     /// The output of this name.
     std::optional<Device> output(const QString& uid) const;
+
+    friend bool operator==(const DeviceList&, const DeviceList&) = default;
 
 private:
     QList<Device> _devices;

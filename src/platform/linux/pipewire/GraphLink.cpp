@@ -5,7 +5,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire")
+Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire", QtInfoMsg)
 
 pw_proxy* makeLink(pw_core* core, CaptureGraph::Link ports)
 {

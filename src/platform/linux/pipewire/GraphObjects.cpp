@@ -104,12 +104,15 @@ void PipewireSession::publishDevices()
     if (_roundTrips > 0) {
         return;
     }
+    bool isNews = false;
     {
+        const QString sink = _defaultSink ? _defaultSink->name() : QString();
         const std::lock_guard guard(_lock);
+        isNews = _publishedDevices != _devices || _publishedSink != sink;
         _publishedDevices = _devices;
-        _publishedSink = _defaultSink ? _defaultSink->name() : QString();
+        _publishedSink = sink;
     }
-    if (_devicesChanged) {
+    if (isNews && _devicesChanged) {
         _devicesChanged();
     }
 }

@@ -1,26 +1,26 @@
 #include "platform/linux/pipewire/IOProcSlot.h"
 
-void IOProcSlot::open(AudioObjectId device, AudioIOProc proc, void* clientData, RunningChanged runningChanged)
+void IOProcSlot::open(AudioObjectId device, AudioIOProc proc, void* clientData, Changed changed)
 {
     const std::lock_guard guard(_lock);
     _device = device;
     _proc = proc;
     _clientData = clientData;
-    _runningChanged = std::move(runningChanged);
+    _changed = std::move(changed);
 }
 
 void IOProcSlot::close()
 {
     const std::lock_guard guard(_lock);
     _proc = nullptr;
-    _runningChanged = nullptr;
+    _changed = nullptr;
 }
 
-void IOProcSlot::tellRunning(bool isRunning)
+void IOProcSlot::tell(AudioHardware::DeviceState state)
 {
     const std::lock_guard guard(_lock);
-    if (_runningChanged) {
-        _runningChanged(isRunning);
+    if (_changed) {
+        _changed(state);
     }
 }
 

@@ -9,13 +9,13 @@
 class IOProcSlot
 {
 public:
-    using RunningChanged = std::function<void(bool isRunning)>;
+    using Changed = std::function<void(AudioHardware::DeviceState state)>;
 
-    void open(AudioObjectId device, AudioIOProc proc, void* clientData, RunningChanged runningChanged);
+    void open(AudioObjectId device, AudioIOProc proc, void* clientData, Changed changed);
     void close();
 
-    /// Whether the graph runs, and with it the device. Not real-time.
-    void tellRunning(bool isRunning);
+    /// Not real-time.
+    void tell(AudioHardware::DeviceState state);
 
     /// Hands over interleaved stereo frames, at most as many as a buffer can hold. Real-time.
     void deliver(const float* samples, quint32 frames, AudioTimeStamp now);
@@ -25,5 +25,5 @@ private:
     AudioObjectId _device = 0;
     AudioIOProc _proc = nullptr;
     void* _clientData = nullptr;
-    RunningChanged _runningChanged;
+    Changed _changed;
 };

@@ -195,10 +195,11 @@ int PipewireAudioHardware::destroyIOProc(AudioObjectId device, AudioIOProcId pro
     return 0;
 }
 
-void PipewireAudioHardware::observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed)
+void PipewireAudioHardware::observeDevice(AudioObjectId device,
+                                          std::function<void(DeviceState state)> changed)
 {
     if (const auto found = _devices.find(device); found != _devices.end()) {
-        found->runningChanged = std::move(changed);
+        found->changed = std::move(changed);
     }
 }
 
@@ -216,7 +217,7 @@ int PipewireAudioHardware::start(AudioObjectId device, AudioIOProcId proc)
     }
     const QList<AudioObjectId> excluded = _taps.value(found->tap).excludedProcesses;
     _startedDevice = device;
-    _slot->open(device, found->proc, found->clientData, found->runningChanged);
+    _slot->open(device, found->proc, found->clientData, found->changed);
     _session->startCapture(QSet<AudioObjectId>(excluded.begin(), excluded.end()), _slot);
     return 0;
 }

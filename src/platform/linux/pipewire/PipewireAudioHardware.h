@@ -39,7 +39,7 @@ public:
     std::optional<double> nominalSampleRate(AudioObjectId device) const override;
     Created<AudioIOProcId> createIOProc(AudioObjectId device, AudioIOProc proc, void* clientData) override;
     int destroyIOProc(AudioObjectId device, AudioIOProcId proc) override;
-    void observeRunning(AudioObjectId device, std::function<void(bool isRunning)> changed) override;
+    void observeDevice(AudioObjectId device, std::function<void(DeviceState state)> changed) override;
     int start(AudioObjectId device, AudioIOProcId proc) override;
     int stop(AudioObjectId device, AudioIOProcId proc) override;
 
@@ -50,7 +50,7 @@ private:
         AudioIOProcId procId = 0;
         AudioIOProc proc = nullptr;
         void* clientData = nullptr;
-        IOProcSlot::RunningChanged runningChanged = {};
+        IOProcSlot::Changed changed = {};
     };
     Device* find(AudioObjectId device, AudioIOProcId proc);
     PipewireSession& session();

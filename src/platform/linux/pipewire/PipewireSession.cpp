@@ -9,7 +9,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire")
+Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire", QtInfoMsg)
 
 constexpr double connectTimeout = 5;  // seconds
 constexpr double retryInterval = 0.5; // seconds
