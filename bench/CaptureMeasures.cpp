@@ -84,10 +84,15 @@ QString loadText(const ProcessMeter::Load& load)
 
 bool isCapturing()
 {
-    return output(QStringLiteral("pw-link"), {QStringLiteral("-l")})
-               .contains(QStringLiteral("Pellar:input_FL")) ||
-           output(QStringLiteral("pw-link"), {QStringLiteral("-l")})
-               .contains(QStringLiteral("pellar.capture:input_FL"));
+    return output(QStringLiteral("pw-cli"), {QStringLiteral("ls"), QStringLiteral("Node")})
+        .contains(QStringLiteral("pellar.capture"));
+}
+
+bool areSinksAsleep()
+{
+    const QString sinks = output(QStringLiteral("pactl"),
+                                 {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sinks")});
+    return !sinks.contains(QStringLiteral("RUNNING")) && !sinks.contains(QStringLiteral("IDLE"));
 }
 
 void measurePlaying(const PillWatch& pill, PowerMode mode, const QString& what, const QString& reach)
@@ -106,13 +111,14 @@ void measurePlaying(const PillWatch& pill, PowerMode mode, const QString& what, 
 void measureListening(const PillWatch& pill)
 {
     constexpr qlonglong all = 7;
-    constexpr int untilSinksSleep = 12'000; // milliseconds
     RealPlayer::tell(QStringLiteral("pause"));
     const CapturingProgram program(PowerMode::normal, all);
-    PillWatch::millisecondsUntil([&] { return pill.isDrawn(); });
-    QTest::qWait(untilSinksSleep);
+    const bool isReady = PillWatch::millisecondsUntil(
+                             [&] { return pill.isDrawn() && isCapturing() && areSinksAsleep(); }) >= 0;
+    QTest::qWait(3000);
     Table::row(QStringLiteral("processor, paused, listening for system audio"),
-               loadText(program.meter().watch(watched)), QStringLiteral("0.2 %"));
+               loadText(program.meter().watch(watched)), QStringLiteral("0.2 %"),
+               isReady ? QString() : QStringLiteral("it does not listen, or the sinks are awake"));
 }
 
 } // namespace

@@ -44,7 +44,8 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                     .power = PowerModeManager::shared(),
                     .recentlyPlayed = RecentlyPlayedManager::shared(),
                     .visibility = MenuVisibilityManager::shared(),
-                    .widget = WidgetManager::shared()})
+                    .widget = WidgetManager::shared(),
+                    .workspace = platform.workspace})
     , _audioCapture({.platform = platform,
                      .service = _service,
                      .sources = AudioSourceManager::shared(),

@@ -23,7 +23,8 @@ class TrayIcon;
 class UserDefaults;
 struct Platform;
 
-/// Builds the program's parts and wires them: the engine, the status item and its pill.
+/// Builds the program's parts and wires them: the engine and what it hears and commands, the status item with
+/// its pill, the menus.
 class AppDelegate : public QObject
 {
     Q_OBJECT

@@ -3,7 +3,9 @@
 #include "audio/AudioDeviceManager.h"
 #include "audio/AudioSourceManager.h"
 #include "engine/NowPlayingService.h"
+#include "platform/BundleId.h"
 #include "platform/Pasteboard.h"
+#include "platform/Workspace.h"
 #include "prefs/ListeningStats.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
@@ -77,8 +79,10 @@ ContextMenuState ContextMenu::state() const
     state.title = service.title();
     state.artist = service.artist();
     state.activePlayer = service.activePlayer();
-    state.supportsLove = service.supportsLoveAction();
-    state.supportsDislike = service.supportsDislikeAction();
+    const PlayerAbilities abilities = _from.workspace.abilities(
+        state.activePlayer == Player::spotify ? BundleId::spotify : BundleId::music);
+    state.supportsLove = service.supportsLoveAction() && abilities.canRate;
+    state.supportsDislike = service.supportsDislikeAction() && abilities.canRate;
     state.sleepTimerRemaining = service.sleepTimerRemaining();
     state.outputs = _from.audioDevices.outputDevices();
     state.currentOutput = _from.audioDevices.currentOutput();
@@ -93,10 +97,10 @@ ContextMenuState ContextMenu::state() const
     state.showListeningStats = visibility.showListeningStats();
     state.showRecentlyPlayed = visibility.showRecentlyPlayed();
     // Asking the player is not free: only for what is shown.
-    if (state.showReactions) {
+    if (state.showReactions && state.supportsLove) {
         state.reaction = service.currentTrackReaction();
     }
-    if (state.showUpNext && state.activePlayer == Player::appleMusic) {
+    if (state.showUpNext && state.activePlayer == Player::appleMusic && abilities.canListTracks) {
         state.upNext = service.upNextTracks();
     }
     if (state.showListeningStats) {

@@ -12,6 +12,7 @@ class Pasteboard;
 class PowerModeManager;
 class RecentlyPlayedManager;
 class WidgetManager;
+class Workspace;
 
 /// Where the context menu takes its rows from: it reads the engine and the managers each time a menu opens,
 /// and hands the commands of the rows to them.
@@ -28,6 +29,7 @@ public:
         RecentlyPlayedManager& recentlyPlayed;
         MenuVisibilityManager& visibility;
         WidgetManager& widget;
+        Workspace& workspace;
     };
 
     explicit ContextMenu(const Sources& sources);

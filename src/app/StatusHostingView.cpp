@@ -36,7 +36,9 @@ void StatusHostingView::mousePressEvent(QMouseEvent* event)
 
 void StatusHostingView::mouseMoveEvent(QMouseEvent* event)
 {
-    _isDragging = _isDragging && event->buttons().testFlag(Qt::LeftButton); // a release can get lost
+    if (_isDragging && !event->buttons().testFlag(Qt::LeftButton)) { // the release got lost
+        drop();
+    }
     if (!_isDragging) {
         QQuickView::mouseMoveEvent(event);
         return;
@@ -51,11 +53,16 @@ void StatusHostingView::mouseMoveEvent(QMouseEvent* event)
 void StatusHostingView::mouseReleaseEvent(QMouseEvent* event)
 {
     if (event->button() == Qt::LeftButton && _isDragging) {
-        _isDragging = false;
-        Q_EMIT itemDropped();
+        drop();
     } else {
         QQuickView::mouseReleaseEvent(event);
     }
+}
+
+void StatusHostingView::drop()
+{
+    _isDragging = false;
+    Q_EMIT itemDropped();
 }
 
 void StatusHostingView::openContextMenu(const QMouseEvent& event)

@@ -34,6 +34,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    void drop();
     void openContextMenu(const QMouseEvent& event);
 
     bool _isDragging = false;

@@ -37,9 +37,12 @@ TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(ClassicM
     , _fillMenu(std::move(fillMenu))
     , _icon(pillIcon())
 {
+    // Panels that draw the menu themselves may take it as it was before it is about to show.
     const auto fill = [this] { _fillMenu(_menu); };
     fill();
     connect(&_menu, &QMenu::aboutToShow, this, fill);
+    connect(&_service, &NowPlayingService::titleChanged, this, fill);
+    connect(&_service, &NowPlayingService::activePlayerChanged, this, fill);
     _icon.setContextMenu(&_menu);
     connect(&_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) {

@@ -85,7 +85,8 @@ void MediaKeys::send(Key key)
 {
     const auto front = _platform.workspace.frontmostApplication();
     const QString bundleId = front ? front->bundleId.value_or(QString()) : QString();
-    if (browserBundleIDs().contains(bundleId) && typeInto(*front, key)) {
+    const bool isBrowser = browserBundleIDs().contains(bundleId);
+    if (isBrowser && front->processId && typeInto(*front->processId, key)) {
         return;
     }
     trace(key,
@@ -93,10 +94,10 @@ void MediaKeys::send(Key key)
     broadcast(key);
 }
 
-bool MediaKeys::typeInto(const RunningApplication& browser, Key key)
+bool MediaKeys::typeInto(qint64 browser, Key key)
 {
-    const QString processId = QString::number(browser.processId);
-    const ScriptOutcome outcome = _platform.scripts.run(keystrokeScript(browser.processId, key));
+    const QString processId = QString::number(browser);
+    const ScriptOutcome outcome = _platform.scripts.run(keystrokeScript(browser, key));
     if (outcome.reply == QStringLiteral("OK")) {
         trace(key, QStringLiteral(" → keystroke pid ") + processId);
         return true;

@@ -4,7 +4,6 @@
 #include <QString>
 
 struct Platform;
-struct RunningApplication;
 
 /// Controls sound whose maker is no known player: by a keystroke into the browser in front, so that the page
 /// there reacts, or by the media keys that any other program listens to.
@@ -21,7 +20,7 @@ public:
     void send(Key key);
 
 private:
-    bool typeInto(const RunningApplication& browser, Key key);
+    bool typeInto(qint64 browser, Key key);
     void broadcast(Key key);
 
     Platform& _platform;

@@ -8,9 +8,21 @@
 #include "prefs/ServiceAddresses.h"
 #include "prefs/ThemeManager.h"
 
+#include <QCryptographicHash>
+
 namespace {
 
 constexpr double searchSeconds = 4;
+
+/// The address, or a digest of one that holds the cover itself.
+QString identity(const QString& address)
+{
+    constexpr qsizetype longest = 1024;
+    return address.size() <= longest
+               ? address
+               : QString::fromLatin1(
+                     QCryptographicHash::hash(address.toUtf8(), QCryptographicHash::Sha256).toHex());
+}
 
 } // namespace
 
@@ -33,7 +45,7 @@ void NowPlayingService::fetchAppleMusicArtwork()
     const QString key = QStringLiteral("am-its-") + artist + u'|' + title + u'|' + album;
     const QString service = ServiceAddresses(_defaults).artworkSearch;
     fetchArtwork(
-        cover.isEmpty() ? key : key + u'|' + cover,
+        cover.isEmpty() ? key : key + u'|' + identity(cover),
         [=](const std::stop_token& stop) {
             const QImage own = cover.isEmpty() ? QImage() : loadArtwork(cover, stop);
             return own.isNull() ? lookupiTunesArtwork(service, title, artist, album, stop) : own;
@@ -45,7 +57,7 @@ void NowPlayingService::fetchSpotifyArtwork(const QString& url)
 {
     if (!url.isEmpty()) {
         fetchArtwork(
-            url, [url](const std::stop_token& stop) { return loadArtwork(url, stop); },
+            identity(url), [url](const std::stop_token& stop) { return loadArtwork(url, stop); },
             [this] { return _activePlayer == Player::spotify; });
     }
 }
@@ -65,17 +77,19 @@ QImage NowPlayingService::lookupiTunesArtwork(const QString& service, const QStr
     return artwork ? loadArtwork(artwork->toString(QUrl::FullyEncoded), stop) : QImage();
 }
 
-/// Loads an artwork in the background, unless it is on show or the one asked for last. It is asked for anew
-/// by the next poll when it fails.
+/// Loads an artwork in the background, unless it is on show or the one asked for last. What was asked for
+/// before is given up. It is asked for anew by the next poll when it fails.
 void NowPlayingService::fetchArtwork(const QString& source, ArtworkLoad load, std::function<bool()> isWanted)
 {
     if (source == _currentArtworkSource || source == _requestedArtworkSource) {
         return;
     }
     _requestedArtworkSource = source;
+    _artworkStop.request_stop();
+    _artworkStop = {};
     _artworkQueue.async([this, source, load = std::move(load), isWanted = std::move(isWanted),
                          stop = _artworkStop.get_token()] {
-        const QImage image = load(stop);
+        const QImage image = stop.stop_requested() ? QImage() : load(stop);
         QMetaObject::invokeMethod(this, [this, source, isWanted, image] {
             if (_requestedArtworkSource == source) {
                 _requestedArtworkSource.clear();

@@ -9,6 +9,8 @@
 #include <QImageReader>
 #include <QUrl>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype mostBytes = 16LL * 1024 * 1024;
@@ -67,7 +69,7 @@ QImage decodeArtwork(const QByteArray& content)
     QImageReader reader(&buffer);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (static_cast<qint64>(size.width()) * size.height() > mostPixels) {
+    if (size.isValid() && static_cast<qint64>(size.width()) * size.height() > mostPixels) {
         return {};
     }
     if (size.width() > longestSide || size.height() > longestSide) {
@@ -75,6 +77,9 @@ QImage decodeArtwork(const QByteArray& content)
         reader.setScaledSize(fitted.expandedTo({1, 1}));
     }
     QImage image = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (std::max(image.width(), image.height()) > longestSide) { // of a format that does not tell its size
+        image = image.scaled(longestSide, longestSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
     if (image.colorSpace().isValid()) {
         image.convertToColorSpace(QColorSpace::SRgb);
     }

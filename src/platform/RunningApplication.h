@@ -6,6 +6,6 @@
 
 /// A program with a user interface.
 struct RunningApplication {
-    qint64 processId = 0; ///< 0 when it cannot be told
+    std::optional<qint64> processId;
     std::optional<QString> bundleId;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PlayerAbilities.h"
 #include "platform/RunningApplication.h"
 
 #include <QObject>
@@ -20,6 +21,9 @@ public:
 
     /// The application that has the keyboard; none when none has.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+
+    /// None at all when no such player runs.
+    virtual PlayerAbilities abilities(const QString& bundleId) const = 0;
 
     /// Opens an address with what the desktop has for it. False when nothing could be started.
     virtual bool open(const QUrl& url) = 0;

@@ -103,6 +103,9 @@ void MarqueeText::follow()
 
 void MarqueeText::advance()
 {
+    if (_clock->now() < _startTime) { // it has been set back
+        _startTime = _clock->now();
+    }
     if (window() != nullptr && pixelOffset(window()->effectiveDevicePixelRatio()) != _drawnOffset) {
         update();
     }

@@ -123,8 +123,10 @@ Item {
 
         frame: root.parts.progress
 
-        Accessible.role: Accessible.ProgressBar
+        Accessible.role: Accessible.Slider
         Accessible.name: qsTr("Position")
+        Accessible.onIncreaseAction: root.pill.seekBy(5)
+        Accessible.onDecreaseAction: root.pill.seekBy(-5)
 
         ProgressLine {
             anchors { fill: parent; topMargin: -2; bottomMargin: -2 }

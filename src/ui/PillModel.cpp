@@ -31,6 +31,11 @@ void PillModel::observe()
     const NowPlayingService* const service = &_of.service;
     connect(service, &NowPlayingService::titleChanged, this, &PillModel::contentChanged);
     connect(service, &NowPlayingService::activePlayerChanged, this, &PillModel::contentChanged);
+    connect(service, &NowPlayingService::titleChanged, this, [this] {
+        if (_isSeeking) {
+            cancelPress(); // the place was one in another track
+        }
+    });
     connect(service, &NowPlayingService::artworkChanged, this, &PillModel::artworkChanged);
     connect(service, &NowPlayingService::elapsedChanged, this, &PillModel::progressChanged);
     connect(service, &NowPlayingService::durationChanged, this, &PillModel::progressChanged);
@@ -160,6 +165,7 @@ void PillModel::release(QPointF point)
         _of.service.seekTo(_seekFraction * _of.service.duration());
         _isSeeking = false;
         Q_EMIT progressChanged();
+        hover(point);
         return;
     }
     followZones(point);
@@ -190,6 +196,14 @@ void PillModel::activate(const QString& zone)
         _of.service.togglePlayPause();
     } else if (zone == QStringLiteral("next")) {
         _of.service.nextTrack();
+    }
+}
+
+void PillModel::seekBy(double seconds)
+{
+    const double duration = _of.service.duration();
+    if (duration > 0) {
+        _of.service.seekTo(std::clamp(_of.service.elapsed() + seconds, 0.0, duration));
     }
 }
 

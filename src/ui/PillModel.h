@@ -94,6 +94,9 @@ public:
     /// Does what a control is for: "art", "prev", "play" or "next". Any other name does nothing.
     Q_INVOKABLE void activate(const QString& zone);
 
+    /// Goes on or back in the track, by some seconds.
+    Q_INVOKABLE void seekBy(double seconds);
+
 Q_SIGNALS:
     void contentChanged();
     void artworkChanged();

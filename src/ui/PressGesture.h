@@ -26,7 +26,6 @@ public:
     /// The press is no longer ours.
     void cancel();
 
-    bool isDown() const { return _isDown; }
     /// The control on which the button went down and has not come up.
     std::optional<QString> pressedZone() const { return _zone; }
 

@@ -1,7 +1,7 @@
 #include "audio/AudioBridge.h"
-#include "audio/AudioCapture.h"
 #include "audio/AudioSourceManager.h"
 #include "base/NotificationCenter.h"
+#include "support/FakeCapture.h"
 #include "support/ManualRunLoop.h"
 #include "support/MemoryDefaults.h"
 
@@ -33,6 +33,7 @@ private Q_SLOTS:
     void toggle_data();
     void toggle();
     void assignmentsAreStoredThenTold();
+    void bridgeFollowsItsSwitch();
 };
 
 void AudioSourcesTest::toggle_data()
@@ -85,6 +86,36 @@ void AudioSourcesTest::assignmentsAreStoredThenTold()
     QCOMPARE(posts, 2);
     QVERIFY(fixture.manager.includesSpotify() && !fixture.manager.includesAppleMusic());
     QVERIFY(fixture.bridge.isEnabled()); // the source does not switch it off again
+}
+
+void AudioSourcesTest::bridgeFollowsItsSwitch()
+{
+    ManualRunLoop runLoop;
+    MemoryDefaults defaults;
+    auto* const capture = new FakeCapture;
+    AudioBridge bridge(runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
+    QVERIFY(!bridge.isEnabled() && !bridge.hasUserDecided());
+    bridge.start();
+    QVERIFY(!capture->isRunning);
+
+    bridge.setEnabled(true);
+    QVERIFY(capture->isRunning && bridge.hasUserDecided());
+    Q_EMIT capture->liveChanged(true);
+    Q_EMIT capture->bandsPublished({1, 1, 1, 1});
+    QVERIFY(bridge.isLive() && bridge.bands()[3] == 1);
+
+    bridge.setEnabled(false);
+    runLoop.settle();
+    QVERIFY(!capture->isRunning && !bridge.isLive());
+    QCOMPARE(bridge.bands(), (QList<float>{0, 0, 0, 0}));
+    const auto stored = [&defaults] {
+        return defaults.boolean(QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled"));
+    };
+    QCOMPARE(stored(), std::optional(false));
+    defaults.values.clear();
+    bridge.setEnabled(false); // an equal value is a decision, too
+    QCOMPARE(stored(), std::optional(false));
+    QVERIFY(bridge.hasUserDecided());
 }
 
 QTEST_GUILESS_MAIN(AudioSourcesTest)

@@ -72,6 +72,8 @@ private Q_SLOTS:
     void ringWraps();
     void publishesSound();
     void stopsInSilence();
+    void restsWhileNothingSounds();
+    void followsTheRate();
     void startsFromAnyThread();
     void callbackDoesNotAllocate();
 };
@@ -350,6 +352,33 @@ void CaptureServiceTest::publishesSound()
     f.clock.seconds = f.clock.seconds + 0.1;
     QTRY_VERIFY(!f.service.isLive());
     QCOMPARE(lives.size(), 2);
+}
+
+void CaptureServiceTest::restsWhileNothingSounds()
+{
+    Fixture f;
+    f.service.start();
+    const auto tell = f.hardware.deviceChanged;
+    QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
+    QTRY_VERIFY(frames.size() > 1);
+    tell({.isSounding = false, .sampleRate = std::nullopt});
+    QTRY_VERIFY((frames.clear(), !frames.wait(100)));
+    tell({.isSounding = true, .sampleRate = std::nullopt});
+    QTRY_VERIFY(frames.size() > 1);
+    f.service.stop();
+    QTRY_VERIFY((frames.clear(), !frames.wait(100)));
+    tell({.isSounding = true, .sampleRate = std::nullopt}); // of a device that is gone
+    QVERIFY(!frames.wait(100));
+}
+
+void CaptureServiceTest::followsTheRate()
+{
+    Fixture f;
+    f.service.start();
+    f.hardware.play(tone(1024), 1); // 2105 Hz, in the third band
+    QTRY_VERIFY(f.service.bands()[2] > 0.9F);
+    f.hardware.deviceChanged({.isSounding = true, .sampleRate = 192'000});
+    QTRY_VERIFY(f.service.bands()[3] > 0.9F && f.service.bands()[2] < 0.1F);
 }
 
 void CaptureServiceTest::stopsInSilence()

@@ -1,6 +1,7 @@
 #include "audio/AudioBridge.h"
 #include "audio/VisualizerModel.h"
 #include "prefs/PowerModeManager.h"
+#include "support/FakeCapture.h"
 #include "support/FakePlatform.h"
 #include "support/MemoryDefaults.h"
 
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void barHeights_data();
     void barHeights();
     void asksForFramesOnlyWhileItMoves();
+    void showsWhatIsHeard();
     void clampsTheRate_data();
     void clampsTheRate();
 };
@@ -108,6 +110,20 @@ void VisualizerTest::asksForFramesOnlyWhileItMoves()
     QCOMPARE(meter.framesPerSecond(), 0);
     QCOMPARE(meter.heights(), atStop); // a still frame is that of the stop
     QCOMPARE(desktop.runLoop.pending(), 0);
+}
+
+void VisualizerTest::showsWhatIsHeard()
+{
+    FakePlatform desktop;
+    MemoryDefaults defaults;
+    auto* const capture = new FakeCapture;
+    AudioBridge audio(desktop.runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
+    PowerModeManager power(defaults, desktop.power);
+    VisualizerModel meter(desktop.runLoop, audio, power);
+    meter.setPlaying(true);
+    Q_EMIT capture->liveChanged(true);
+    Q_EMIT capture->bandsPublished({0.5F, 1, 0, 0.5F});
+    QCOMPARE(meter.heights(), (VisualizerModel::Heights{6.5, 11, 2, 6.5}));
 }
 
 void VisualizerTest::clampsTheRate_data()

@@ -135,6 +135,7 @@ private Q_SLOTS:
 private:
     static void styles();
     void open();
+    void clickRow(const QString& title);
     void choose(const QStringList& path);
 
     std::unique_ptr<PlistUserDefaults> _defaults;
@@ -187,13 +188,18 @@ void MenuTest::open()
 }
 
 /// Opens the menu and clicks on one row after the other.
+void MenuTest::clickRow(const QString& title)
+{
+    QTRY_VERIFY2(rowNamed(title), qPrintable(title));
+    QTRY_VERIFY(glass() == nullptr || glass()->opacity() == 1); // it has unfolded
+    click(*rowNamed(title));
+}
+
 void MenuTest::choose(const QStringList& path)
 {
     open();
     for (const QString& title : path) {
-        QTRY_VERIFY2(rowNamed(title), qPrintable(title));
-        QTRY_VERIFY(glass() == nullptr || glass()->opacity() == 1); // it has unfolded
-        click(*rowNamed(title));
+        clickRow(title);
     }
     QTRY_VERIFY2(!isOpen(), "still open after a choice");
 }
@@ -230,7 +236,7 @@ void MenuTest::rowsDoWhatTheySay()
 
     choose({QStringLiteral("Sleep Timer"), QStringLiteral("15 minutes")});
     open();
-    click(*rowNamed(QStringLiteral("Sleep Timer")));
+    clickRow(QStringLiteral("Sleep Timer"));
     const auto cancel = [] {
         for (const char* const left : {"15:00", "14:59", "14:58", "14:57", "14:56"}) {
             const QString row = QStringLiteral("Cancel Timer (%1 left)").arg(QString::fromLatin1(left));
@@ -244,7 +250,7 @@ void MenuTest::rowsDoWhatTheySay()
     QTRY_VERIFY(glass() == nullptr || glass()->opacity() == 1);
     click(*cancel());
     open();
-    click(*rowNamed(QStringLiteral("Sleep Timer")));
+    clickRow(QStringLiteral("Sleep Timer"));
     QTRY_VERIFY(rowNamed(QStringLiteral("No Timer Active")));
 }
 

@@ -36,8 +36,8 @@ public:
     {
         const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(_server)).data->root;
         for (const auto symbol : {X11MediaKey::Symbol::play, X11MediaKey::Symbol::next}) {
-            xcb_grab_key(_server, 0, root, XCB_MOD_MASK_ANY, X11MediaKey::find(symbol).value_or(0),
-                         XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+            xcb_grab_key(_server, 0, root, 0, X11MediaKey::find(symbol).value_or(0), XCB_GRAB_MODE_ASYNC,
+                         XCB_GRAB_MODE_ASYNC);
         }
         synchronise();
     }
@@ -254,8 +254,10 @@ void SystemAudioTest::leavesTheKeyToItsGrabber()
     Grabber grabber;
     _listener->service.togglePlayPause();
     QTRY_COMPARE(grabber.keys(), std::pair(1, 1));
+    output(QStringLiteral("xdotool"), {QStringLiteral("keydown"), QStringLiteral("Shift_L")});
     _listener->service.nextTrack();
     QTRY_COMPARE(grabber.keys(), std::pair(2, 2));
+    output(QStringLiteral("xdotool"), {QStringLiteral("keyup"), QStringLiteral("Shift_L")});
     QVERIFY(page(QStringLiteral("playing 5 toggles 2 next 1 previous")));
 }
 

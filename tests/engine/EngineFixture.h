@@ -9,25 +9,10 @@
 #include "prefs/PowerModeManager.h"
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
+#include "support/FakeCapture.h"
 #include "support/FakePlatform.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
-
-class FakeCapture final : public AudioCapture
-{
-    Q_OBJECT
-
-public:
-    void start() override
-    {
-        ++starts;
-        isRunning = true;
-    }
-    void stop() override { isRunning = false; }
-
-    int starts = 0;
-    bool isRunning = false;
-};
 
 /// An engine on a desktop of fakes. Players are set by what their status scripts reply.
 struct EngineFixture {

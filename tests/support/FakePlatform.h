@@ -46,6 +46,7 @@ public:
         return artworks.value(bundleId);
     }
     std::optional<RunningApplication> frontmostApplication() const override { return front; }
+    PlayerAbilities abilities(const QString& /*bundleId*/) const override { return {}; }
     bool open(const QUrl& url) override
     {
         opened.append(url.toString());

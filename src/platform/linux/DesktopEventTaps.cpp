@@ -27,8 +27,7 @@ constexpr MediaKey mediaKeys[] = {
     {18, X11MediaKey::Symbol::previous, &MprisPlayer::previous},
 };
 
-constexpr int keyDown = 0xA;
-constexpr int keyUp = 0xB;
+constexpr quint32 keyDown = 0xA;
 
 } // namespace
 
@@ -44,11 +43,8 @@ void DesktopEventTaps::post(const SystemDefinedEvent& event, Tap tap)
         return;
     }
     const auto data = static_cast<quint32>(event.data1);
-    const auto direction = static_cast<int>(data >> 8U & 0xFFU);
-    if (direction == keyDown) {
+    if ((data >> 8U & 0xFFU) == keyDown) {
         press(static_cast<int>(data >> 16U));
-    } else if (direction == keyUp && _pressed) {
-        X11MediaKey::send(*std::exchange(_pressed, std::nullopt), false);
     }
 }
 
@@ -65,8 +61,7 @@ void DesktopEventTaps::press(int key)
         _addressed = player->uniqueName();
         (player->*found->command)();
     } else if (keycode) {
-        _pressed = keycode;
-        X11MediaKey::send(*keycode, true);
+        X11MediaKey::tap(*keycode);
     } else {
         qCWarning(log, "nothing takes media keys here");
     }

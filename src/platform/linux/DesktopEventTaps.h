@@ -4,10 +4,6 @@
 
 #include <QString>
 
-#include <xcb/xcb.h>
-
-#include <optional>
-
 class MprisBus;
 class MprisPlayer;
 class PlayerRoster;
@@ -20,7 +16,8 @@ class DesktopEventTaps final : public EventTaps
 public:
     DesktopEventTaps(const MprisBus& bus, const PlayerRoster& roster);
 
-    /// What is let in at the HID tap reaches the session, too, so that the session's tap drops it.
+    /// What is let in at the HID tap reaches the session, too, so that the session's tap drops it. The key
+    /// goes down and up at once, while the modifiers that the user may hold are lifted.
     void post(const SystemDefinedEvent& event, Tap tap) override;
 
 private:
@@ -30,5 +27,4 @@ private:
     const MprisBus& _bus;
     const PlayerRoster& _roster;
     QString _addressed; ///< the player that got the last command, by its unique name
-    std::optional<xcb_keycode_t> _pressed;
 };

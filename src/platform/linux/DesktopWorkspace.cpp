@@ -41,14 +41,24 @@ QString DesktopWorkspace::artworkAddress(const QString& bundleId) const
     return player == nullptr ? QString() : player->state().track.artworkUrl;
 }
 
+PlayerAbilities DesktopWorkspace::abilities(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    if (player == nullptr) {
+        return {};
+    }
+    return {.canRate = role == PlayerRole::spotify,
+            .canListTracks = player->trackList().contains(player->state().track)};
+}
+
 std::optional<RunningApplication> DesktopWorkspace::frontmostApplication() const
 {
     const auto processes = X11Processes::running();
     if (processes.empty() || !processes.front().isFrontmost) {
         return std::nullopt;
     }
-    return RunningApplication{.processId = processes.front().unixId.value_or(0),
-                              .bundleId = processes.front().bundleId};
+    return RunningApplication{.processId = processes.front().unixId, .bundleId = processes.front().bundleId};
 }
 
 bool DesktopWorkspace::open(const QUrl& url)

@@ -16,6 +16,9 @@ public:
     QString artworkAddress(const QString& bundleId) const override;
     std::optional<RunningApplication> frontmostApplication() const override;
 
+    /// MPRIS has no ratings; Spotify takes them by key.
+    PlayerAbilities abilities(const QString& bundleId) const override;
+
     /// "music://" and "spotify://" bring the running player to the front; any other address, and that of a
     /// player that does not run, goes to the desktop.
     bool open(const QUrl& url) override;

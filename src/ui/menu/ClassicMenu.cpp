@@ -34,6 +34,7 @@ void ClassicMenu::setItems(const std::vector<PellarMenuItem>& items, bool isDark
     qDeleteAll(findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
     clear();
     setPalette(menuPalette(isDark));
+    setToolTipsVisible(true);
     for (const PellarMenuItem& item : items) {
         add(item, isDark);
     }
@@ -59,6 +60,9 @@ void ClassicMenu::add(const PellarMenuItem& item, bool isDark)
     }
     if (item.kind == Kind::header) {
         action->setFont(font);
+    }
+    if (title.contains(QChar(0x2026)) && title != item.title) {
+        action->setToolTip(item.title.toHtmlEscaped()); // else it would be taken for markup
     }
     if (item.kind == Kind::toggle) {
         action->setCheckable(true);

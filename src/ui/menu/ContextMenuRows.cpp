@@ -51,10 +51,18 @@ std::function<void()> with(const std::function<void(Value)>& command, const std:
     return command ? std::function<void()>([command, value] { command(value); }) : nullptr;
 }
 
-/// Names come from players and devices, and may hold line breaks.
-QString trackText(const QString& title, const QString& artist)
+QString named(const QString& title, const QString& artist)
 {
-    return (artist.isEmpty() ? title : QStringLiteral("%1 — %2").arg(title, artist)).simplified();
+    return artist.isEmpty() ? title : QStringLiteral("%1 — %2").arg(title, artist);
+}
+
+/// Names come from players and may hold line breaks. Each keeps its own direction of writing.
+QString shown(const QString& title, const QString& artist)
+{
+    const auto isolated = [](const QString& name) {
+        return name.isRightToLeft() ? QChar(0x2068) + name.simplified() + QChar(0x2069) : name.simplified();
+    };
+    return artist.isEmpty() ? title.simplified() : named(isolated(title), isolated(artist));
 }
 
 /// As "14:07".
@@ -137,7 +145,7 @@ void RowBuilder::addUpNext()
     }
     Items tracks;
     for (const UpNextTrack& track : *_state.upNext) {
-        tracks.push_back(Item::action(trackText(track.title, track.artist),
+        tracks.push_back(Item::action(shown(track.title, track.artist),
                                       with(_commands.playUpNextTrack, track.playlistIndex)));
     }
     if (tracks.empty()) {
@@ -183,7 +191,10 @@ void RowBuilder::addListening()
         Item::info(tr("Today: %1").arg(listening.today)), Item::info(tr("This Week: %1").arg(listening.week)),
         Item::info(
             (listening.streak == 1 ? tr("Streak: %1 day") : tr("Streak: %1 days")).arg(listening.streak)),
-        Item::separator(), Item::header(tr("Top Artists"))};
+        Item::separator()};
+    if (!listening.topArtists.isEmpty()) {
+        rows.push_back(Item::header(tr("Top Artists")));
+    }
     for (qsizetype i = 0; i < std::min(limit, listening.topArtists.size()); ++i) {
         const auto& [name, time] = listening.topArtists[i];
         rows.push_back(
@@ -199,8 +210,7 @@ void RowBuilder::addRecentlyPlayed()
     }
     Items rows;
     for (const auto& [title, artist] : *_state.recentlyPlayed) {
-        const QString text = trackText(title, artist);
-        rows.push_back(Item::action(text, with(_commands.copyText, text)));
+        rows.push_back(Item::action(shown(title, artist), with(_commands.copyText, named(title, artist))));
     }
     rows.push_back(Item::separator());
     rows.push_back(Item::action(tr("Clear History"), _commands.clearRecentlyPlayed));

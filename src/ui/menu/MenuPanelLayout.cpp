@@ -118,7 +118,9 @@ private:
         row.checkFrame = box(left - columnGap - checkWidth, checkWidth);
         double right = _width - rowPadding;
         if (const double trailing = trailingWidth(item, _font); trailing > 0) {
-            row.trailingFrame = QRectF(right - trailing, 0, trailing, height);
+            // A square for the chevron, which is turned when its rows are open.
+            row.trailingFrame = item.kind == Kind::submenu ? box(right - trailing, trailing)
+                                                           : QRectF(right - trailing, 0, trailing, height);
             right -= trailing + trailingGap;
         }
         if (item.icon) {

@@ -174,7 +174,9 @@ void PellarMenuPanel::animate(Step step, const MenuPanelFrame& from, double seco
 
 MenuPanelFrame PellarMenuPanel::openFrame() const
 {
-    return MenuPanelFrame::open(_pin, _model->layout().size, _screen->availableGeometry());
+    const QScreen* const screen = _screen.isNull() ? QGuiApplication::primaryScreen() : _screen.data();
+    const QRect available = screen != nullptr ? screen->availableGeometry() : QRect();
+    return MenuPanelFrame::open(_pin, _model->layout().size, available);
 }
 
 /// The window is as much larger than the panel as the shadow reaches. No window is lower than a pixel.

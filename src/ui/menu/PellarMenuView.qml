@@ -25,7 +25,7 @@ Item {
             x: -1
             y: -1 - root.menu.scroll
 
-            Rectangle {
+            RoundedBox {
                 x: root.menu.expandedFrame.x
                 y: root.menu.expandedFrame.y
                 width: root.menu.expandedFrame.width
@@ -70,13 +70,13 @@ Item {
         Accessible.checked: modelData.isOn
         Accessible.onPressAction: root.menu.choose(modelData.key)
 
-        Rectangle {
+        RoundedBox {
             anchors.fill: parent
             radius: 8
             color: root.menu.pressedKey === row.modelData.key ? root.menu.colors.pressed
                  : root.menu.hoveredKey === row.modelData.key ? root.menu.colors.hovered : "transparent"
         }
-        Rectangle {
+        RoundedBox {
             x: row.modelData.checkFrame.x
             width: parent.width - x - 8
             y: Math.floor(parent.height / 2)

@@ -10,6 +10,8 @@
 #include <QDBusVariant>
 #include <QLoggingCategory>
 
+#include <algorithm>
+
 namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
@@ -53,6 +55,13 @@ MprisTrackList::MprisTrackList(QDBusConnection bus, QString uniqueName, RunLoop&
                  fetch();
              }
          });
+}
+
+bool MprisTrackList::contains(const MprisTrack& track) const
+{
+    return std::any_of(_tracks.begin(), _tracks.end(), [&track](const MprisTrack& listed) {
+        return listed.title == track.title && listed.artist == track.artist;
+    });
 }
 
 void MprisTrackList::goTo(const MprisTrack& track)

@@ -25,6 +25,9 @@ public:
 
     const QList<MprisTrack>& tracks() const { return _tracks; }
 
+    /// Whether a track of this title and artist is among them.
+    bool contains(const MprisTrack& track) const;
+
     /// Has the player play one of its tracks.
     void goTo(const MprisTrack& track);
 

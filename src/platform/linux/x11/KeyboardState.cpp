@@ -154,6 +154,26 @@ std::vector<KeyEvent> lockToggle(const KeyboardState& state)
     return events;
 }
 
+/// What is done before and after keys are pressed, so that nothing held or locked counts.
+struct Quiet {
+    explicit Quiet(const KeyboardState& state)
+    {
+        const std::vector<KeyEvent> lock = lockToggle(state);
+        before = releases(state);
+        for (const KeyEvent& release : before) {
+            const auto& keys = state.modifierKeys;
+            if (std::find(keys.begin(), keys.end(), release.keycode) != keys.end()) {
+                after.push_back({release.keycode, true});
+            }
+        }
+        before.insert(before.end(), lock.begin(), lock.end());
+        after.insert(after.begin(), lock.begin(), lock.end());
+    }
+
+    std::vector<KeyEvent> before;
+    std::vector<KeyEvent> after;
+};
+
 } // namespace
 
 std::optional<std::vector<KeyEvent>> keyEvents(const Keystroke& keystroke, const KeyboardState& state)
@@ -162,10 +182,8 @@ std::optional<std::vector<KeyEvent>> keyEvents(const Keystroke& keystroke, const
     if (!modifiers) {
         return std::nullopt;
     }
-    const std::vector<KeyEvent> released = releases(state);
-    std::vector<KeyEvent> events = released;
-    const std::vector<KeyEvent> lock = lockToggle(state);
-    events.insert(events.end(), lock.begin(), lock.end());
+    const Quiet quiet(state);
+    std::vector<KeyEvent> events = quiet.before;
     for (const xcb_keycode_t key : *modifiers) {
         events.push_back({key, true});
     }
@@ -175,12 +193,15 @@ std::optional<std::vector<KeyEvent>> keyEvents(const Keystroke& keystroke, const
     for (const xcb_keycode_t key : *modifiers) {
         events.push_back({key, false});
     }
-    events.insert(events.end(), lock.begin(), lock.end());
-    for (const KeyEvent& release : released) {
-        const auto& keys = state.modifierKeys;
-        if (std::find(keys.begin(), keys.end(), release.keycode) != keys.end()) {
-            events.push_back({release.keycode, true});
-        }
-    }
+    events.insert(events.end(), quiet.after.begin(), quiet.after.end());
+    return events;
+}
+
+std::vector<KeyEvent> keyEvents(xcb_keycode_t keycode, const KeyboardState& state)
+{
+    const Quiet quiet(state);
+    std::vector<KeyEvent> events = quiet.before;
+    tap(events, keycode);
+    events.insert(events.end(), quiet.after.begin(), quiet.after.end());
     return events;
 }

@@ -35,3 +35,6 @@ struct KeyEvent {
 /// were. None when a character is on no key of the present layout, plain or with Shift; with Control or Alt,
 /// which programs match on the Latin layout, the other layouts count, too.
 std::optional<std::vector<KeyEvent>> keyEvents(const Keystroke& keystroke, const KeyboardState& state);
+
+/// The key events that press one key and let it go, in the same way.
+std::vector<KeyEvent> keyEvents(xcb_keycode_t keycode, const KeyboardState& state);

@@ -73,20 +73,35 @@ std::optional<Reason> reasonOf(const std::variant<Events, Reason>& plan)
     return reason != nullptr ? std::optional(*reason) : std::nullopt;
 }
 
+void send(const Events& events)
+{
+    xcb_connection_t* const server = X11Session::connection();
+    for (const KeyEvent& event : events) {
+        xcb_test_fake_input(server, event.isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, event.keycode,
+                            XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    }
+    xcb_flush(server);
+}
+
 } // namespace
 
 std::optional<QString> X11Keyboard::press(const Keystroke& keystroke)
 {
     const auto planned = plan(keystroke);
     if (const auto* const events = std::get_if<Events>(&planned)) {
-        xcb_connection_t* const server = X11Session::connection();
-        for (const KeyEvent& event : *events) {
-            xcb_test_fake_input(server, event.isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, event.keycode,
-                                XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-        }
-        xcb_flush(server);
+        send(*events);
     }
     return reasonOf(planned);
+}
+
+std::optional<QString> X11Keyboard::tap(xcb_keycode_t keycode)
+{
+    const auto state = X11Session::hasXTest() ? readState(X11Session::connection()) : std::nullopt;
+    if (!state) {
+        return QStringLiteral("The keyboard cannot be read.");
+    }
+    send(keyEvents(keycode, *state));
+    return std::nullopt;
 }
 
 std::optional<QString> X11Keyboard::refusal(const Keystroke& keystroke)

@@ -2,6 +2,8 @@
 
 #include "platform/linux/x11/Keystroke.h"
 
+#include <xcb/xcb.h>
+
 #include <optional>
 
 /// Types on behalf of the user, by key events that programs cannot tell from real ones.
@@ -12,6 +14,9 @@ namespace X11Keyboard {
 /// 256 characters. Gives the reason, for people, when nothing was sent: no such keyboard, or a character that
 /// is not on it.
 std::optional<QString> press(const Keystroke& keystroke);
+
+/// Presses one key and lets it go, as if nothing else was held.
+std::optional<QString> tap(xcb_keycode_t keycode);
 
 /// Why the keystroke could not be sent as things are; none when it could.
 std::optional<QString> refusal(const Keystroke& keystroke);

@@ -1,12 +1,19 @@
 #include "platform/linux/x11/X11MediaKey.h"
 
+#include "platform/linux/x11/X11Keyboard.h"
 #include "platform/linux/x11/X11Reply.h"
 #include "platform/linux/x11/X11Session.h"
 
-#include <xcb/xtest.h>
+#include <QLoggingCategory>
 
 #include <cstdlib>
 #include <span>
+
+namespace {
+
+Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.keyboard", QtWarningMsg)
+
+} // namespace
 
 std::optional<xcb_keycode_t> X11MediaKey::find(Symbol symbol)
 {
@@ -46,10 +53,9 @@ bool X11MediaKey::isGrabbed(xcb_keycode_t keycode)
     return false;
 }
 
-void X11MediaKey::send(xcb_keycode_t keycode, bool isPress)
+void X11MediaKey::tap(xcb_keycode_t keycode)
 {
-    xcb_connection_t* const server = X11Session::connection();
-    xcb_test_fake_input(server, isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode, XCB_CURRENT_TIME,
-                        XCB_WINDOW_NONE, 0, 0, 0);
-    xcb_flush(server);
+    if (const auto reason = X11Keyboard::tap(keycode)) {
+        qCWarning(log, "no media key was sent: %ls", qUtf16Printable(*reason));
+    }
 }

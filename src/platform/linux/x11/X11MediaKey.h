@@ -15,6 +15,7 @@ std::optional<xcb_keycode_t> find(Symbol symbol);
 /// Whether a program gets the key wherever the keyboard's focus is. One round trip.
 bool isGrabbed(xcb_keycode_t keycode);
 
-void send(xcb_keycode_t keycode, bool isPress);
+/// Presses the key and lets it go, whatever else the user holds: a grab is one of the key without modifiers.
+void tap(xcb_keycode_t keycode);
 
 } // namespace X11MediaKey
