@@ -27,6 +27,18 @@ QPalette menuPalette(bool isDark)
     return palette;
 }
 
+/// The style draws separators darker than the background, which is not to be seen on a dark one.
+QString separatorStyle(bool isDark)
+{
+    const QColor line = PillColors::forDesktop(isDark).border;
+    return QStringLiteral(
+               "QMenu::separator { height: 1px; margin: 3px 4px; background: rgba(%1, %2, %3, %4); }")
+        .arg(line.red())
+        .arg(line.green())
+        .arg(line.blue())
+        .arg(line.alpha());
+}
+
 } // namespace
 
 void ClassicMenu::setItems(const std::vector<PellarMenuItem>& items, bool isDark)
@@ -34,6 +46,7 @@ void ClassicMenu::setItems(const std::vector<PellarMenuItem>& items, bool isDark
     qDeleteAll(findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
     clear();
     setPalette(menuPalette(isDark));
+    setStyleSheet(separatorStyle(isDark));
     setToolTipsVisible(true);
     for (const PellarMenuItem& item : items) {
         add(item, isDark);
