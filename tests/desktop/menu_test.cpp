@@ -5,6 +5,7 @@
 #include "prefs/MenuStyleManager.h"
 #include "prefs/PowerModeManager.h"
 #include "support/Command.h"
+#include "support/MprisStandIn.h"
 #include "support/RealPlayer.h"
 #include "ui/PillLayout.h"
 #include "ui/menu/PellarMenuModel.h"
@@ -107,6 +108,12 @@ std::optional<QPoint> rowNamed(const QString& title)
     return std::nullopt;
 }
 
+QString shownTitle()
+{
+    const auto* const view = qobject_cast<QQuickView*>(windowNamed(QStringLiteral("Pellar")));
+    return view->rootObject()->property("pill").value<QObject*>()->property("title").toString();
+}
+
 QString settings()
 {
     QFile file(PlistUserDefaults::defaultPath());
@@ -130,6 +137,8 @@ private Q_SLOTS:
     void rowsDoWhatTheySay();
     void isDismissed_data() { styles(); }
     void isDismissed();
+    void rowsReachThePlayer_data() { styles(); }
+    void rowsReachThePlayer();
     void hangsBelowPill();
 
 private:
@@ -157,9 +166,7 @@ void MenuTest::initTestCase()
     QWindow* const pill = windowNamed(QStringLiteral("Pellar"));
     QVERIFY(pill != nullptr && QTest::qWaitForWindowExposed(pill));
     _pill = pill->geometry().center() + QPoint(40, 0);
-    const QObject* const model =
-        qobject_cast<QQuickView*>(pill)->rootObject()->property("pill").value<QObject*>();
-    QTRY_COMPARE(model->property("title").toString(), RealPlayer::metadata(QStringLiteral("title")));
+    QTRY_COMPARE(shownTitle(), RealPlayer::metadata(QStringLiteral("title")));
 }
 
 void MenuTest::cleanupTestCase()
@@ -252,6 +259,31 @@ void MenuTest::rowsDoWhatTheySay()
     open();
     clickRow(QStringLiteral("Sleep Timer"));
     QTRY_VERIFY(rowNamed(QStringLiteral("No Timer Active")));
+}
+
+void MenuTest::rowsReachThePlayer()
+{
+    QFETCH(PellarMenuStyle, style);
+    MenuStyleManager::shared().setStyle(style);
+    RealPlayer::tell(QStringLiteral("pause"));
+    const auto resume = qScopeGuard([] { RealPlayer::tell(QStringLiteral("play")); });
+    const auto track = [](int number) {
+        return MprisStandIn::metadata(QStringLiteral("/t/%1").arg(number),
+                                      QStringLiteral("Title %1").arg(number), QStringLiteral("Band"),
+                                      QString(), 100);
+    };
+    MprisStandIn player(QStringLiteral("lister"));
+    player.setTracks({track(1), track(2), track(3)});
+    player.change(MprisStandIn::playing(track(2)));
+    QTRY_COMPARE(shownTitle(), QStringLiteral("Title 2"));
+    choose({QStringLiteral("Open in Music App")});
+    QTRY_COMPARE(player.calls, QStringList{QStringLiteral("Raise")});
+    choose({QStringLiteral("Up Next"), QStringLiteral("Title 3 — Band")});
+    QTRY_COMPARE(player.calls.last(), QStringLiteral("GoTo /t/3"));
+    choose({QStringLiteral("Recently Played"), QStringLiteral("Title 2 — Band")});
+    QTRY_COMPARE(clipboard(), QStringLiteral("Title 2 — Band"));
+    choose({QStringLiteral("Recently Played"), QStringLiteral("Clear History")});
+    QTRY_VERIFY(settings().contains(QStringLiteral("<key>pellar.recentlyPlayed.v1</key><data>W10=</data>")));
 }
 
 void MenuTest::isDismissed()

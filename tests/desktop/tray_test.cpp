@@ -1,3 +1,4 @@
+#include "support/Command.h"
 #include "support/LoopbackServices.h"
 #include "support/MprisStandIn.h"
 
@@ -89,6 +90,29 @@ void TrayTest::tellsWhatPlays()
         return title;
     };
     QTRY_COMPARE(toolTip(), QStringLiteral("Rock & Roll — Band"));
+
+    // The menu as a panel takes it that asks for it only once, and a row of it chosen there.
+    const auto ask = [&tray](const QStringList& words) {
+        return output(
+            QStringLiteral("dbus-send"),
+            QStringList{QStringLiteral("--print-reply"), u"--dest=" + tray.item, QStringLiteral("/MenuBar")} +
+                words);
+    };
+    const auto menu = [&ask] {
+        return ask({QStringLiteral("com.canonical.dbusmenu.GetLayout"), QStringLiteral("int32:0"),
+                    QStringLiteral("int32:-1"), QStringLiteral("array:string:")});
+    };
+    QVERIFY(menu().contains(QStringLiteral("Roll\""))); // the ampersand is a mnemonic's to Qt
+    player.change(
+        {{QStringLiteral("Metadata"), MprisStandIn::metadata(QStringLiteral("/t/2"), QStringLiteral("Blues"),
+                                                             QStringLiteral("Band"), QString(), 9)}});
+    QTRY_VERIFY(menu().contains(QStringLiteral("\"Blues\"")));
+    const QString aboveQuit = menu().section(QStringLiteral("\"Quit Pellar\""), 0, 0);
+    const QString id = aboveQuit.section(QStringLiteral("int32 "), -1).section(u'\n', 0, 0);
+    ask({QStringLiteral("com.canonical.dbusmenu.Event"), u"int32:" + id, QStringLiteral("string:clicked"),
+         QStringLiteral("variant:int32:0"), QStringLiteral("uint32:0")});
+    QTRY_COMPARE(program.state(), QProcess::NotRunning);
+    QCOMPARE(program.exitCode(), 0);
 }
 
 QTEST_GUILESS_MAIN(TrayTest)

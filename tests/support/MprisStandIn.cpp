@@ -128,7 +128,10 @@ bool MprisStandIn::handleMessage(const QDBusMessage& message, const QDBusConnect
         return true;
     }
     if (message.interface() == propertiesInterface) {
-        bus.send(message.createReply(answer(message)));
+        const QVariant value = answer(message);
+        bus.send(value.isValid()
+                     ? message.createReply(value)
+                     : message.createErrorReply(QDBusError::UnknownProperty, QStringLiteral("no")));
         return true;
     }
     if (message.member() == QStringLiteral("GetTracksMetadata")) {
@@ -148,7 +151,8 @@ QVariant MprisStandIn::answer(const QDBusMessage& message)
     if (message.member() == QStringLiteral("GetAll")) {
         return _properties;
     }
-    return QVariant::fromValue(QDBusVariant(_properties.value(message.arguments().value(1).toString())));
+    const QVariant value = _properties.value(message.arguments().value(1).toString());
+    return value.isValid() ? QVariant::fromValue(QDBusVariant(value)) : QVariant();
 }
 
 void MprisStandIn::obey(const QDBusMessage& message)
