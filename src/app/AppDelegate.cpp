@@ -77,7 +77,8 @@ void AppDelegate::setup()
                                         .audio = AudioBridge::shared(),
                                         .appearance = _appearance,
                                         .runLoop = _platform.runLoop,
-                                        .notifications = _platform.notifications};
+                                        .notifications = _platform.notifications,
+                                        .haptics = _platform.haptics};
     _pill = std::make_unique<PillModel>(shown, _platform.statusBar.thickness());
     _hosting = std::make_unique<StatusHostingView>();
     _hosting->setTitle(QStringLiteral("Pellar"));

@@ -3,6 +3,7 @@
 class AudioHardware;
 class Automation;
 class EventTaps;
+class HapticFeedback;
 class NotificationCenter;
 class Pasteboard;
 class PowerState;
@@ -22,6 +23,7 @@ struct Platform {
     StatusBar& statusBar;
     AudioHardware& audioHardware;
     EventTaps& eventTaps;
+    HapticFeedback& haptics;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and
     /// "com.spotify.client.PlaybackStateChanged".

@@ -72,7 +72,7 @@ std::optional<QList<DailyRecord>> decodeDailyRecords(const QByteArray& json)
     }
     QList<DailyRecord> records;
     const QJsonArray array = document.array();
-    for (const QJsonValue& value : array) {
+    for (const QJsonValue value : array) {
         const auto record = decode(value.toObject());
         if (!record) {
             return std::nullopt;

@@ -53,7 +53,7 @@ std::optional<QList<PlayedTrack>> decodePlayedTracks(const QByteArray& json)
     }
     QList<PlayedTrack> tracks;
     const QJsonArray array = document.array();
-    for (const QJsonValue& value : array) {
+    for (const QJsonValue value : array) {
         const auto track = decode(value.toObject());
         if (!track) {
             return std::nullopt;

@@ -3,6 +3,7 @@
 #include "base/NotificationCenter.h"
 #include "engine/NowPlayingService.h"
 #include "platform/Appearance.h"
+#include "platform/HapticFeedback.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
 #include "prefs/ThemeManager.h"
@@ -153,6 +154,7 @@ void PillModel::completeHold()
     _holdTimer.reset();
     const QString zone = _hoveredZone;
     if (_gesture.completeHold(zone.isEmpty() ? std::nullopt : std::optional(zone))) {
+        _of.haptics.perform(HapticFeedback::Pattern::levelChange);
         _of.notifications.post(togglePreview);
     }
 }

@@ -14,6 +14,7 @@
 
 class Appearance;
 class AudioBridge;
+class HapticFeedback;
 class NotificationCenter;
 class NowPlayingService;
 class PillVisibilityManager;
@@ -54,6 +55,7 @@ public:
         Appearance& appearance;
         RunLoop& runLoop;
         NotificationCenter& notifications;
+        HapticFeedback& haptics;
     };
 
     /// `height` is the status bar's thickness, in points.

@@ -3,6 +3,7 @@
 #include "base/NotificationCenter.h"
 #include "platform/Automation.h"
 #include "platform/EventTaps.h"
+#include "platform/HapticFeedback.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/PowerState.h"
@@ -68,6 +69,14 @@ public:
     QList<std::pair<SystemDefinedEvent, Tap>> posted;
 };
 
+class FakeHaptics final : public HapticFeedback
+{
+public:
+    void perform(Pattern /*pattern*/) override { ++performed; }
+
+    int performed = 0;
+};
+
 class FakePower final : public PowerState
 {
     Q_OBJECT
@@ -117,6 +126,7 @@ struct FakePlatform {
     FakeStatusBar statusBar;
     FakeAudioHardware audioHardware;
     FakeEventTaps eventTaps;
+    FakeHaptics haptics;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -128,6 +138,7 @@ struct FakePlatform {
                    .statusBar = statusBar,
                    .audioHardware = audioHardware,
                    .eventTaps = eventTaps,
+                   .haptics = haptics,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };

@@ -29,16 +29,17 @@ struct PillFixture {
     /// The pill's timers may be another loop's than the engine's.
     void start(RunLoop& runLoop)
     {
-        pill = std::make_unique<PillModel>(
-            PillModel::Dependencies{.service = *engine.service,
-                                    .visibility = visibility,
-                                    .theme = theme,
-                                    .power = *engine.power,
-                                    .audio = *engine.bridge,
-                                    .appearance = appearance,
-                                    .runLoop = runLoop,
-                                    .notifications = engine.desktop.notifications},
-            28);
+        pill =
+            std::make_unique<PillModel>(PillModel::Dependencies{.service = *engine.service,
+                                                                .visibility = visibility,
+                                                                .theme = theme,
+                                                                .power = *engine.power,
+                                                                .audio = *engine.bridge,
+                                                                .appearance = appearance,
+                                                                .runLoop = runLoop,
+                                                                .notifications = engine.desktop.notifications,
+                                                                .haptics = engine.desktop.haptics},
+                                        28);
     }
 
     EngineFixture engine;

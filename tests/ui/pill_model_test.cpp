@@ -77,6 +77,7 @@ void PillModelTest::obeysTheLeftButton()
     };
     pressed();
     QTEST(done.join(u'+'), "outcome");
+    QCOMPARE(f.engine.desktop.haptics.performed, done.count(QStringLiteral("preview")));
     done.clear();
     pressed(); // nothing is left over from the first
     QTEST(done.join(u'+'), "outcome");

@@ -41,6 +41,7 @@ LinuxPlatform::LinuxPlatform(const UserDefaults& defaults)
              .statusBar = _statusBar,
              .audioHardware = _audioHardware,
              .eventTaps = _eventTaps,
+             .haptics = _haptics,
              .distributedNotifications = _distributedNotifications,
              .notifications = _notifications}
 {

@@ -8,6 +8,7 @@
 #include "platform/linux/DesktopAutomation.h"
 #include "platform/linux/DesktopEventTaps.h"
 #include "platform/linux/DesktopWorkspace.h"
+#include "platform/linux/NoHapticFeedback.h"
 #include "platform/linux/PowerProfiles.h"
 #include "platform/linux/mpris/MprisBus.h"
 #include "platform/linux/mpris/PlayerNotifier.h"
@@ -43,5 +44,6 @@ private:
     X11StatusBar _statusBar;
     PipewireAudioHardware _audioHardware;
     DesktopEventTaps _eventTaps;
+    NoHapticFeedback _haptics;
     Platform _ports;
 };

@@ -145,7 +145,7 @@ void CaptureStream::process(const spa_io_position& position)
             _chunk[2 * i] = left != nullptr ? left[done + i] : 0;
             _chunk[2 * i + 1] = right != nullptr ? right[done + i] : 0;
         }
-        isLoud = isLoud || std::any_of(_chunk.begin(), _chunk.begin() + 2 * count,
+        isLoud = isLoud || std::any_of(_chunk.begin(), _chunk.begin() + 2L * count,
                                        [](float sample) { return std::abs(sample) > silenceFloor; });
         _slot->deliver(_chunk.data(), count, position.clock.nsec);
     }
