@@ -6,13 +6,14 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 class SymbolEngine final : public QIconEngine
 {
 public:
-    SymbolEngine(const QString& name, const QColor& color) : _name(name), _color(color) {}
+    SymbolEngine(QString name, const QColor& color) : _name(std::move(name)), _color(color) {}
 
     QIconEngine* clone() const override { return new SymbolEngine(_name, _color); }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -74,9 +75,9 @@ double widestRow(const Items& items, int level, const QFont& font)
 class Stack
 {
 public:
-    Stack(MenuPanelLayout& layout, const QString& expandedKey, const QFont& font, double width)
+    Stack(MenuPanelLayout& layout, QString expandedKey, const QFont& font, double width)
         : _layout(layout)
-        , _expandedKey(expandedKey)
+        , _expandedKey(std::move(expandedKey))
         , _font(font)
         , _width(width)
     {
