@@ -5,8 +5,6 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QLoggingCategory>
 #include <QRegularExpression>
@@ -18,12 +16,10 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
 
-const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString rootInterface = QStringLiteral("org.mpris.MediaPlayer2");
 const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
-constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
 
@@ -256,24 +252,20 @@ void MprisPlayer::command(const QString& member, const QVariantList& arguments)
 }
 
 void MprisPlayer::call(const QString& interface, const QString& member, const QVariantList& arguments,
-                       Answer answer)
+                       MprisCall::Answer answer)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(_uniqueName, objectPath, interface, member);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
-    auto* const watcher = new QDBusPendingCallWatcher(_bus.asyncCall(message, timeLimitMilliseconds), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, sent = _runLoop.now(), answer = std::move(answer)](QDBusPendingCallWatcher* call) {
-                call->deleteLater();
-                const QDBusMessage reply = call->reply();
-                if (!isTimeOut(reply)) {
-                    heard();
-                } else if (_lastHeard <= sent) {
-                    _isSilent = true;
-                    updateClock();
-                }
-                answer(reply);
-            });
+    const MprisCall call{
+        .player = _uniqueName, .interface = interface, .member = member, .arguments = arguments};
+    call.send(_bus, this,
+              [this, sent = _runLoop.now(), answer = std::move(answer)](const QDBusMessage& reply) {
+                  if (!isTimeOut(reply)) {
+                      heard();
+                  } else if (_lastHeard <= sent) {
+                      _isSilent = true;
+                      updateClock();
+                  }
+                  answer(reply);
+              });
 }
 
 void MprisPlayer::heard()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Date.h"
+#include "platform/linux/mpris/MprisCall.h"
 #include "platform/linux/mpris/MprisTrack.h"
 #include "platform/linux/mpris/MprisTrackList.h"
 #include "platform/linux/mpris/PositionClock.h"
@@ -9,10 +10,6 @@
 #include <QObject>
 #include <QStringList>
 
-#include <functional>
-
-class QDBusMessage;
-class QDBusPendingCall;
 class RunLoop;
 
 /// A mirror of one MPRIS player, kept current by its signals. Nothing here waits for the player: questions
@@ -91,15 +88,14 @@ Q_SIGNALS:
     void jumped();
 
 private:
-    using Answer = std::function<void(const QDBusMessage& reply)>;
-
     void fetchAll();
     void fetchPosition();
     void apply(const QVariantMap& properties);
     void applyStatus(const QString& text);
     void applyMetadata(const QVariant& metadata);
     void command(const QString& member, const QVariantList& arguments = {});
-    void call(const QString& interface, const QString& member, const QVariantList& arguments, Answer answer);
+    void call(const QString& interface, const QString& member, const QVariantList& arguments,
+              MprisCall::Answer answer);
     void heard();
     void updateClock();
     void scheduleSettling();

@@ -6,7 +6,6 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 #include <QLoggingCategory>
 
@@ -16,7 +15,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
 
-const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString rootInterface = QStringLiteral("org.mpris.MediaPlayer2");
 const QString listInterface = QStringLiteral("org.mpris.MediaPlayer2.TrackList");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
@@ -119,15 +117,12 @@ void MprisTrackList::fetchTracks(const QVariant& paths)
 }
 
 void MprisTrackList::call(const QString& interface, const QString& member, const QVariantList& arguments,
-                          Answer answer)
+                          MprisCall::Answer answer)
 {
-    QDBusMessage message = QDBusMessage::createMethodCall(_uniqueName, objectPath, interface, member);
-    message.setArguments(arguments);
-    message.setAutoStartService(false);
-    auto* const watcher = new QDBusPendingCallWatcher(_bus.asyncCall(message, timeLimitMilliseconds), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [answer = std::move(answer)](QDBusPendingCallWatcher* call) {
-                call->deleteLater();
-                answer(call->reply());
-            });
+    const MprisCall call{.player = _uniqueName,
+                         .interface = interface,
+                         .member = member,
+                         .arguments = arguments,
+                         .timeLimit = timeLimitMilliseconds};
+    call.send(_bus, this, std::move(answer));
 }

@@ -1,14 +1,12 @@
 #pragma once
 
+#include "platform/linux/mpris/MprisCall.h"
 #include "platform/linux/mpris/MprisTrack.h"
 
 #include <QDBusConnection>
 #include <QList>
 #include <QObject>
 
-#include <functional>
-
-class QDBusMessage;
 class RunLoop;
 
 /// A mirror of the track list of one MPRIS player, kept current by its signals. Players without one, which
@@ -35,11 +33,10 @@ public:
     void changed();
 
 private:
-    using Answer = std::function<void(const QDBusMessage& reply)>;
-
     void fetch();
     void fetchTracks(const QVariant& paths);
-    void call(const QString& interface, const QString& member, const QVariantList& arguments, Answer answer);
+    void call(const QString& interface, const QString& member, const QVariantList& arguments,
+              MprisCall::Answer answer);
 
     QDBusConnection _bus;
     QString _uniqueName;
