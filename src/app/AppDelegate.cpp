@@ -98,6 +98,7 @@ void AppDelegate::setup()
     setCorners();
     _statusItem->setView(_hosting.get());
     bindPillVisibilityToStatusItem();
+    connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
     _trayIcon = std::make_unique<TrayIcon>(_service, [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
@@ -112,6 +113,18 @@ void AppDelegate::bindPillVisibilityToStatusItem()
 void AppDelegate::buildMenu(ClassicMenu& menu) const
 {
     menu.setItems(_contextMenu.items(), _appearance.isDark());
+}
+
+/// Headphones may come or go while their list is open.
+void AppDelegate::refreshMenus()
+{
+    if (_liveMenuPanel) {
+        _liveMenuPanel->refresh();
+    }
+    auto* const classic = qobject_cast<ClassicMenu*>(_classicMenu.get());
+    if (classic != nullptr && classic->isVisible()) {
+        classic->refreshSubmenus(_contextMenu.items(), _appearance.isDark());
+    }
 }
 
 void AppDelegate::presentRightClickMenu(const QMouseEvent& event)

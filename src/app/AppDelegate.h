@@ -39,6 +39,7 @@ public:
 private:
     void setup();
     void bindPillVisibilityToStatusItem();
+    void refreshMenus();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);
     void presentGlassMenu();

@@ -139,6 +139,8 @@ private Q_SLOTS:
     void isDismissed();
     void rowsReachThePlayer_data() { styles(); }
     void rowsReachThePlayer();
+    void followsDevices_data() { styles(); }
+    void followsDevices();
     void hangsBelowPill();
 
 private:
@@ -308,6 +310,26 @@ void MenuTest::isDismissed()
     QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused")); // now it reaches it again
     click(play);
     QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Playing"));
+}
+
+void MenuTest::followsDevices()
+{
+    QFETCH(PellarMenuStyle, style);
+    MenuStyleManager::shared().setStyle(style);
+    open();
+    clickRow(QStringLiteral("Audio Output"));
+    QTRY_VERIFY(rowNamed(QStringLiteral("Headphones")));
+    const QString module =
+        run(QStringLiteral("pactl"), {QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
+                                      QStringLiteral("sink_properties=device.description=Kitchen")});
+    QTRY_VERIFY(rowNamed(QStringLiteral("Kitchen")));
+    QVERIFY(rowNamed(QStringLiteral("Headphones")) && rowNamed(QStringLiteral("Quit Pellar")));
+    run(QStringLiteral("pactl"), {QStringLiteral("unload-module"), module});
+    QTRY_VERIFY(!rowNamed(QStringLiteral("Kitchen")));
+    clickRow(QStringLiteral("Speakers"));
+    QTRY_COMPARE(run(QStringLiteral("pactl"), {QStringLiteral("get-default-sink")}),
+                 QStringLiteral("speakers"));
+    QTRY_VERIFY(!isOpen());
 }
 
 /// As the window server sees it.

@@ -5,6 +5,8 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
+
 namespace {
 
 /// Not too long, and an ampersand is no mnemonic.
@@ -48,8 +50,27 @@ void ClassicMenu::setItems(const std::vector<PellarMenuItem>& items, bool isDark
     setPalette(menuPalette(isDark));
     setStyleSheet(separatorStyle(isDark));
     setToolTipsVisible(true);
+    _items = items;
     for (const PellarMenuItem& item : items) {
         add(item, isDark);
+    }
+}
+
+void ClassicMenu::refreshSubmenus(const std::vector<PellarMenuItem>& items, bool isDark)
+{
+    const auto looksAlike = [](const PellarMenuItem& a, const PellarMenuItem& b) {
+        return a.kind == b.kind && a.title == b.title && a.isOn == b.isOn;
+    };
+    const auto submenus = findChildren<ClassicMenu*>(QString(), Qt::FindDirectChildrenOnly);
+    for (const PellarMenuItem& item : items) {
+        const QString title = menuText(item.title, fontMetrics());
+        for (ClassicMenu* const submenu : submenus) {
+            const bool isSame = std::equal(submenu->_items.begin(), submenu->_items.end(), item.items.begin(),
+                                           item.items.end(), looksAlike);
+            if (item.kind == PellarMenuItem::Kind::submenu && submenu->title() == title && !isSame) {
+                submenu->setItems(item.items, isDark);
+            }
+        }
     }
 }
 

@@ -15,10 +15,15 @@ public:
     /// Replaces all rows. Of a title some 300 points are shown.
     void setItems(const std::vector<PellarMenuItem>& items, bool isDark);
 
+    /// Replaces the rows of those submenus whose rows are others now, also while they are open.
+    void refreshSubmenus(const std::vector<PellarMenuItem>& items, bool isDark);
+
 protected:
     /// Also chooses the row whose key equivalent is pressed.
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void add(const PellarMenuItem& item, bool isDark);
+
+    std::vector<PellarMenuItem> _items;
 };

@@ -25,6 +25,19 @@ PellarMenuModel::PellarMenuModel(std::vector<PellarMenuItem> items)
 {
 }
 
+void PellarMenuModel::setItems(std::vector<PellarMenuItem> items)
+{
+    const MenuPanelRow* const expanded = _layout.rowWithKey(_expandedKey);
+    const QString title = expanded != nullptr ? expanded->title() : QString();
+    _items = std::move(items);
+    const auto found = std::find_if(_items.begin(), _items.end(), [&title](const PellarMenuItem& item) {
+        return item.kind == PellarMenuItem::Kind::submenu && item.title == title;
+    });
+    _expandedKey = found != _items.end() ? QString::number(found - _items.begin()) : QString();
+    leave();
+    updateLayout();
+}
+
 QVariantList PellarMenuModel::rows() const
 {
     QVariantList list;

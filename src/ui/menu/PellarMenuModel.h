@@ -30,6 +30,9 @@ class PellarMenuModel : public QObject
 public:
     explicit PellarMenuModel(std::vector<PellarMenuItem> items);
 
+    /// Replaces all rows. A submenu that is open stays so if it is still there.
+    void setItems(std::vector<PellarMenuItem> items);
+
     const MenuPanelLayout& layout() const { return _layout; }
     QVariantList rows() const;
     QRectF expandedFrame() const { return _layout.expandedFrame; }

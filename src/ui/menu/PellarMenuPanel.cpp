@@ -25,10 +25,10 @@ constexpr double wheelNotch = 120;
 
 } // namespace
 
-PellarMenuPanel::PellarMenuPanel(const Desktop& desktop,
-                                 const std::function<std::vector<PellarMenuItem>()>& items, const QRect& pill)
+PellarMenuPanel::PellarMenuPanel(const Desktop& desktop, Items items, const QRect& pill)
     : _desktop(desktop)
-    , _model(std::make_unique<PellarMenuModel>(items()))
+    , _items(std::move(items))
+    , _model(std::make_unique<PellarMenuModel>(_items()))
     , _view(std::make_unique<QQuickView>())
     , _pin(MenuPanelPin::below(pill))
     , _screen(QGuiApplication::screenAt(pill.center()))
@@ -75,6 +75,13 @@ void PellarMenuPanel::present()
         _isEntering = false;
         resize();
     });
+}
+
+void PellarMenuPanel::refresh()
+{
+    if (!_isClosing) {
+        _model->setItems(_items());
+    }
 }
 
 void PellarMenuPanel::close()

@@ -32,15 +32,20 @@ public:
         Appearance& appearance;
     };
 
-    /// `items` are asked once, as the panel opens. `pill` is what it hangs from, in screen coordinates.
-    PellarMenuPanel(const Desktop& desktop, const std::function<std::vector<PellarMenuItem>()>& items,
-                    const QRect& pill);
+    using Items = std::function<std::vector<PellarMenuItem>()>;
+
+    /// `items` are asked as the panel opens, and by `refresh`. `pill` is what it hangs from, in screen
+    /// coordinates.
+    PellarMenuPanel(const Desktop& desktop, Items items, const QRect& pill);
     ~PellarMenuPanel() override;
 
     /// Called once, when the panel is off the screen.
     std::function<void()> onClose;
 
     void present();
+
+    /// Shows the rows as they are now.
+    void refresh();
 
     /// Folds the panel up. Ignored while that is going on.
     void close();
@@ -70,6 +75,7 @@ private:
     void finishClosing();
 
     Desktop _desktop;
+    Items _items;
     std::unique_ptr<PellarMenuModel> _model;
     std::unique_ptr<QQuickView> _view;
     MenuPanelPin _pin;
