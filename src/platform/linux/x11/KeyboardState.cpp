@@ -176,6 +176,16 @@ struct Quiet {
 
 } // namespace
 
+std::optional<xcb_keycode_t> KeyboardState::key(xcb_keysym_t symbol) const
+{
+    const auto found = std::find(symbols.begin(), symbols.end(), symbol);
+    if (columns == 0 || found == symbols.end()) {
+        return std::nullopt;
+    }
+    const auto index = static_cast<size_t>(found - symbols.begin());
+    return static_cast<xcb_keycode_t>(firstKeycode + index / columns);
+}
+
 std::optional<std::vector<KeyEvent>> keyEvents(const Keystroke& keystroke, const KeyboardState& state)
 {
     const auto modifiers = wantedModifiers(keystroke.modifiers, state);

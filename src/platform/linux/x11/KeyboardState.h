@@ -21,6 +21,9 @@ struct KeyboardState {
     std::array<uint8_t, 32> held = {}; ///< a bit a keycode
     uint16_t mask = 0;                 ///< active modifiers, and the layout's number in bits 13 and 14
 
+    /// The first key with this symbol, in whatever layout and level.
+    std::optional<xcb_keycode_t> key(xcb_keysym_t symbol) const;
+
     bool isHeld(xcb_keycode_t keycode) const { return (held.at(keycode / 8U) >> (keycode % 8U) & 1U) != 0; }
 };
 

@@ -94,6 +94,12 @@ std::optional<QString> X11Keyboard::press(const Keystroke& keystroke)
     return reasonOf(planned);
 }
 
+std::optional<xcb_keycode_t> X11Keyboard::key(xcb_keysym_t symbol)
+{
+    const auto state = X11Session::hasXTest() ? readState(X11Session::connection()) : std::nullopt;
+    return state ? state->key(symbol) : std::nullopt;
+}
+
 std::optional<QString> X11Keyboard::tap(xcb_keycode_t keycode)
 {
     const auto state = X11Session::hasXTest() ? readState(X11Session::connection()) : std::nullopt;

@@ -15,6 +15,9 @@ namespace X11Keyboard {
 /// is not on it.
 std::optional<QString> press(const Keystroke& keystroke);
 
+/// The key with this symbol; none on a keyboard without, or when no key events can be sent.
+std::optional<xcb_keycode_t> key(xcb_keysym_t symbol);
+
 /// Presses one key and lets it go, as if nothing else was held.
 std::optional<QString> tap(xcb_keycode_t keycode);
 

@@ -1,13 +1,11 @@
 #include "platform/linux/x11/X11MediaKey.h"
 
 #include "platform/linux/x11/X11Keyboard.h"
-#include "platform/linux/x11/X11Reply.h"
 #include "platform/linux/x11/X11Session.h"
 
 #include <QLoggingCategory>
 
 #include <cstdlib>
-#include <span>
 
 namespace {
 
@@ -17,25 +15,7 @@ Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.keyboard", QtWarningMsg)
 
 std::optional<xcb_keycode_t> X11MediaKey::find(Symbol symbol)
 {
-    if (!X11Session::hasXTest()) {
-        return std::nullopt;
-    }
-    xcb_connection_t* const server = X11Session::connection();
-    const xcb_setup_t* const setup = xcb_get_setup(server);
-    const auto count = static_cast<uint8_t>(setup->max_keycode - setup->min_keycode + 1);
-    const X11Reply<xcb_get_keyboard_mapping_reply_t> reply(xcb_get_keyboard_mapping_reply(
-        server, xcb_get_keyboard_mapping(server, setup->min_keycode, count), nullptr));
-    if (!reply || reply->keysyms_per_keycode == 0) {
-        return std::nullopt;
-    }
-    const std::span symbols(xcb_get_keyboard_mapping_keysyms(reply.get()),
-                            static_cast<size_t>(xcb_get_keyboard_mapping_keysyms_length(reply.get())));
-    for (size_t i = 0; i < symbols.size(); i += reply->keysyms_per_keycode) {
-        if (symbols[i] == static_cast<xcb_keysym_t>(symbol)) {
-            return static_cast<xcb_keycode_t>(setup->min_keycode + i / reply->keysyms_per_keycode);
-        }
-    }
-    return std::nullopt;
+    return X11Keyboard::key(static_cast<xcb_keysym_t>(symbol));
 }
 
 /// A key can have one grabber only: where it can be grabbed, nobody else has done so.
