@@ -16,7 +16,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(lcMenu, "pellar.menu")
+Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.menu")
 
 constexpr double frameInterval = 1.0 / 60; // seconds
 constexpr double shadowExtent = 28;        // points
@@ -222,10 +222,10 @@ void PellarMenuPanel::startMonitoring()
 {
     qGuiApp->installEventFilter(this);
     if (!_view->setMouseGrabEnabled(true)) {
-        qCWarning(lcMenu, "the pointer could not be taken: a click beside the menu does not close it");
+        qCWarning(log, "the pointer could not be taken: a click beside the menu does not close it");
     }
     if (!_view->setKeyboardGrabEnabled(true)) {
-        qCWarning(lcMenu, "the keyboard could not be taken: the menu follows the pointer only");
+        qCWarning(log, "the keyboard could not be taken: the menu follows the pointer only");
     }
 }
 
