@@ -42,7 +42,6 @@ TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(ClassicM
     fill();
     connect(&_menu, &QMenu::aboutToShow, this, fill);
     connect(&_service, &NowPlayingService::titleChanged, this, fill);
-    connect(&_service, &NowPlayingService::activePlayerChanged, this, fill);
     _icon.setContextMenu(&_menu);
     connect(&_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) {
