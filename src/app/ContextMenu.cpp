@@ -31,15 +31,6 @@ ContextMenuState::Listening listening(const ListeningStats& stats)
     return listening;
 }
 
-QList<ContextMenuState::PlayedTrack> shown(const QList<PlayedTrack>& tracks)
-{
-    QList<ContextMenuState::PlayedTrack> shown;
-    for (const PlayedTrack& track : tracks) {
-        shown.append({.title = track.title, .artist = track.artist});
-    }
-    return shown;
-}
-
 } // namespace
 
 ContextMenu::ContextMenu(const Sources& sources) : _from(sources)
@@ -107,7 +98,7 @@ ContextMenuState ContextMenu::state() const
         state.listening = listening(service.stats());
     }
     if (state.showRecentlyPlayed) {
-        state.recentlyPlayed = shown(_from.recentlyPlayed.tracks());
+        state.recentlyPlayed = _from.recentlyPlayed.tracks();
     }
     return state;
 }

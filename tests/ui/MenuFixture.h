@@ -27,8 +27,8 @@ struct MenuFixture {
                             {QStringLiteral("D"), QStringLiteral("2m")},
                             {QStringLiteral("E"), QStringLiteral("1m")},
                             {QStringLiteral("F"), QStringLiteral("0m")}}};
-        state.recentlyPlayed = {{QStringLiteral("Harbour"), QStringLiteral("Ines")},
-                                {QStringLiteral("Untitled"), QString()}};
+        state.recentlyPlayed = {{QStringLiteral("Harbour"), QStringLiteral("Ines"), QString(), {}, QString()},
+                                {QStringLiteral("Untitled"), QString(), QString(), {}, QString()}};
         state.enabledSources = defaultAudioSources;
 
         const auto write = [this](const QString& line) { return [this, line] { told << line; }; };

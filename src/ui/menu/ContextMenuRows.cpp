@@ -209,8 +209,9 @@ void RowBuilder::addRecentlyPlayed()
         return;
     }
     Items rows;
-    for (const auto& [title, artist] : *_state.recentlyPlayed) {
-        rows.push_back(Item::action(shown(title, artist), with(_commands.copyText, named(title, artist))));
+    for (const PlayedTrack& track : *_state.recentlyPlayed) {
+        rows.push_back(Item::action(shown(track.title, track.artist),
+                                    with(_commands.copyText, named(track.title, track.artist))));
     }
     rows.push_back(Item::separator());
     rows.push_back(Item::action(tr("Clear History"), _commands.clearRecentlyPlayed));

@@ -5,6 +5,7 @@
 #include "engine/Player.h"
 #include "engine/TrackReaction.h"
 #include "engine/UpNextTrack.h"
+#include "prefs/PlayedTrack.h"
 #include "prefs/PowerMode.h"
 
 #include <QList>
@@ -25,12 +26,6 @@ struct ContextMenuState {
         QString week;
         int streak = 0;           ///< days
         QList<Artist> topArtists; ///< the most heard first; five at most are shown
-    };
-
-    /// An entry of the recently played list.
-    struct PlayedTrack {
-        QString title;
-        QString artist; ///< may be empty
     };
 
     QString title; ///< "Not Playing" when nothing plays
