@@ -9,11 +9,12 @@
 
 namespace {
 
+constexpr int widestTitle = 300; // points
+
 /// Not too long, and an ampersand is no mnemonic.
 QString menuText(const QString& title, const QFontMetrics& metrics)
 {
-    constexpr int width = 300;
-    return metrics.elidedText(title, Qt::ElideRight, width).replace(u'&', QStringLiteral("&&"));
+    return metrics.elidedText(title, Qt::ElideRight, widestTitle).replace(u'&', QStringLiteral("&&"));
 }
 
 /// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
@@ -95,7 +96,7 @@ void ClassicMenu::add(const PellarMenuItem& item, bool isDark)
     if (item.kind == Kind::header) {
         action->setFont(font);
     }
-    if (title.contains(QChar(0x2026)) && title != item.title) {
+    if (QFontMetrics(font).horizontalAdvance(item.title) > widestTitle) {
         action->setToolTip(item.title.toHtmlEscaped()); // else it would be taken for markup
     }
     if (item.kind == Kind::toggle) {
