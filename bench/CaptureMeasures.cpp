@@ -4,7 +4,7 @@
 #include "ProcessMeter.h"
 #include "Table.h"
 
-#include "platform/linux/PlistUserDefaults.h"
+#include "linux/settings/PlistUserDefaults.h"
 #include "prefs/PowerMode.h"
 #include "prefs/PowerModeManager.h"
 #include "support/Command.h"

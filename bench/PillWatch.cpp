@@ -1,6 +1,6 @@
 #include "PillWatch.h"
 
-#include "ui/PillLayout.h"
+#include "ui/pill/PillLayout.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>

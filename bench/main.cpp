@@ -6,10 +6,11 @@
 
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "audio/PlayerChoice.h"
 #include "audio/SpectrumAnalyzer.h"
 #include "base/DebugLog.h"
 #include "engine/NowPlayingService.h"
-#include "platform/linux/LinuxPlatform.h"
+#include "linux/LinuxPlatform.h"
 #include "prefs/PowerModeManager.h"
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
@@ -79,7 +80,8 @@ void measureStatusPoll()
     const QTemporaryDir folder;
     DebugLog::shared().setPath(folder.filePath(QStringLiteral("log")));
     MemoryDefaults defaults;
-    LinuxPlatform linux(defaults);
+    const PlayerChoice casting(defaults);
+    LinuxPlatform linux(casting);
     AudioBridge audio(linux.ports().runLoop, defaults, nullptr);
     AudioSourceManager sources(defaults, linux.ports().notifications, audio);
     PowerModeManager power(defaults, linux.ports().power);

@@ -24,33 +24,24 @@ if(PELLAR_FUZZ)
     target_link_options(pellar_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
-# pellar_room(NAME [FOLDER folder below src] [LINKS targets…]): the library of one room, from all its sources.
-function(pellar_room name)
-    cmake_parse_arguments(ARG "" "FOLDER" "LINKS" ${ARGN})
-    if(NOT ARG_FOLDER)
-        set(ARG_FOLDER ${name})
-    endif()
-    set(folder ${PROJECT_SOURCE_DIR}/src/${ARG_FOLDER})
-    if(name STREQUAL "platform") # its Linux side is a room of its own
-        file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
-    else()
-        file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${folder}/*.cpp ${folder}/*.h)
-    endif()
-    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
-    add_library(${name} STATIC ${sources})
+# pellar_room(FOLDER [LINKS targets…]): the library of the folder below src/, from the sources right in it. Its
+# name is the folder's with an underscore for each slash.
+function(pellar_room folder)
+    cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+    string(REPLACE "/" "_" name ${folder})
+    file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.h)
+    file(GLOB bodies CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+    list(FILTER bodies EXCLUDE REGEX "/main\\.cpp$")
+    add_library(${name} STATIC ${headers} ${bodies})
 
+    # A link a header, as the folder may hold those of other rooms.
     set(root ${PELLAR_ROOMS}/${name})
-    if(name STREQUAL "platform")
-        foreach(header ${sources})
-            cmake_path(GET header FILENAME file)
-            file(MAKE_DIRECTORY ${root}/platform)
-            file(CREATE_LINK ${header} ${root}/platform/${file} SYMBOLIC)
-        endforeach()
-    else()
-        cmake_path(GET ARG_FOLDER PARENT_PATH parent)
-        file(MAKE_DIRECTORY ${root}/${parent})
-        file(CREATE_LINK ${folder} ${root}/${ARG_FOLDER} SYMBOLIC)
-    endif()
+    file(REMOVE_RECURSE ${root})
+    file(MAKE_DIRECTORY ${root}/${folder})
+    foreach(header ${headers})
+        cmake_path(GET header FILENAME file)
+        file(CREATE_LINK ${header} ${root}/${folder}/${file} SYMBOLIC)
+    endforeach()
     target_include_directories(${name} PUBLIC ${root})
     target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE pellar_flags)
     if(name STREQUAL "base")
@@ -58,4 +49,21 @@ function(pellar_room name)
     else()
         target_precompile_headers(${name} REUSE_FROM base)
     endif()
+endfunction()
+
+# pellar_qml_module(ROOM URI [QML_FILES files…]): the room's types, and the files beside the CMakeLists.txt that
+# calls it, as a QML module.
+function(pellar_qml_module room uri)
+    cmake_parse_arguments(ARG "" "" "QML_FILES" ${ARGN})
+    string(REPLACE "." "/" path ${uri})
+    qt_add_qml_module(${room}
+        URI ${uri}
+        VERSION 1.0
+        OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${path}
+        IMPORT_PATH ${CMAKE_BINARY_DIR}/qml
+        QML_FILES ${ARG_QML_FILES}
+    )
+    # The generated type registration includes the headers by their bare names.
+    target_include_directories(${room} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+    set_target_properties(${room} PROPERTIES PELLAR_HAS_QML ON)
 endfunction()

@@ -1,6 +1,6 @@
 #include "platform/UserDefaults.h"
 #include "prefs/PillVisibilityManager.h"
-#include "ui/PillLayout.h"
+#include "ui/pill/PillLayout.h"
 
 #include <QMap>
 

@@ -15,10 +15,10 @@
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
 #include "prefs/WidgetManager.h"
-#include "ui/PillColors.h"
-#include "ui/PillModel.h"
 #include "ui/menu/ClassicMenu.h"
 #include "ui/menu/PellarMenuPanel.h"
+#include "ui/pill/PillColors.h"
+#include "ui/pill/PillModel.h"
 
 #include <QMouseEvent>
 
@@ -83,7 +83,7 @@ void AppDelegate::setup()
     _hosting = std::make_unique<StatusHostingView>();
     _hosting->setTitle(QStringLiteral("Pellar"));
     _hosting->setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(_pill.get())}});
-    _hosting->setSource(QUrl(QStringLiteral("qrc:/Pellar/MenuBarPlayerView.qml")));
+    _hosting->setSource(QUrl(QStringLiteral("qrc:/Pellar/Pill/MenuBarPlayerView.qml")));
     _hosting->contextMenuProvider = [this] {
         auto menu = std::make_unique<ClassicMenu>();
         buildMenu(*menu);

@@ -4,7 +4,7 @@
 #include "app/StatusItemPlacement.h"
 #include "platform/StatusBar.h"
 #include "platform/UserDefaults.h"
-#include "ui/RoundedRegion.h"
+#include "ui/controls/RoundedRegion.h"
 
 #include <QGuiApplication>
 #include <QScreen>

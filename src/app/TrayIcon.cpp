@@ -1,8 +1,8 @@
 #include "app/TrayIcon.h"
 
 #include "engine/NowPlayingService.h"
-#include "ui/PillColors.h"
-#include "ui/Symbol.h"
+#include "ui/controls/Symbol.h"
+#include "ui/pill/PillColors.h"
 
 #include <QPainter>
 #include <QPixmap>

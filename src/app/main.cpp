@@ -1,16 +1,15 @@
 #include "app/AppDelegate.h"
 #include "app/SingleInstance.h"
+#include "audio/PlayerChoice.h"
+#include "linux/LinuxPlatform.h"
+#include "linux/settings/PlistUserDefaults.h"
 #include "platform/Platform.h"
-#include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/PlistUserDefaults.h"
+#include "ui/QmlModules.h"
 
 #include <QApplication>
 #include <QQuickWindow>
-#include <QtQml/QQmlExtensionPlugin>
 
 #include <cstdio>
-
-Q_IMPORT_QML_PLUGIN(PellarPlugin)
 
 namespace {
 
@@ -45,6 +44,7 @@ int main(int argc, char** argv)
     keepToRunningBus();
     chooseWindowSystem();
     chooseRenderer();
+    importQmlModules();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellar"));
     QApplication::setApplicationDisplayName(QStringLiteral("Pellar"));
@@ -57,7 +57,8 @@ int main(int argc, char** argv)
     }
     PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
     UserDefaults::setStandard(&defaults);
-    LinuxPlatform linux(defaults);
+    const PlayerChoice casting(defaults);
+    LinuxPlatform linux(casting);
     Platform::setCurrent(&linux.ports());
 
     AppDelegate delegate(linux.ports(), defaults, linux.appearance());

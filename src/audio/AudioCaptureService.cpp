@@ -315,12 +315,11 @@ void AudioCaptureService::sampleAndAnalyze(quint64 session)
 {
     _ring.copyNewest(_frame);
     const SpectrumAnalyzer::Frame frame = _analyzer.analyze(_frame, _sampleRate);
-    const Date now = _runLoop.now();
+    const Uptime now = _runLoop.uptime();
     if (frame.rms > silenceFloor) {
         _lastNonSilentTime = now;
     }
-    const double silence = now - _lastNonSilentTime; // negative when the clock has been set back
-    const bool isLive = silence >= 0 && silence < silenceTimeoutSecs;
+    const bool isLive = now - _lastNonSilentTime < silenceTimeoutSecs;
     QMetaObject::invokeMethod(
         this,
         [this, session, isLive, bands = QList<float>(frame.bands.begin(), frame.bands.end())] {

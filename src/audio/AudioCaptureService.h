@@ -3,9 +3,9 @@
 #include "audio/AudioCapture.h"
 #include "audio/SampleRing.h"
 #include "audio/SpectrumAnalyzer.h"
-#include "base/Date.h"
 #include "base/QueueTimer.h"
 #include "base/SerialQueue.h"
+#include "base/Uptime.h"
 #include "platform/AudioHardware.h"
 
 #include <atomic>
@@ -89,7 +89,7 @@ private:
     // The sampler's own, on its queue.
     SpectrumAnalyzer _analyzer;
     SpectrumAnalyzer::Samples _frame{};
-    Date _lastNonSilentTime;
+    Uptime _lastNonSilentTime = Uptime::distantPast();
 
     SerialQueue _samplerQueue{QStringLiteral("com.orvalen.pellar.audio.sampler")};
     std::unique_ptr<QueueTimer> _sampler;

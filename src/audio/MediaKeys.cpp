@@ -1,5 +1,6 @@
 #include "audio/MediaKeys.h"
 
+#include "audio/MediaKeyTarget.h"
 #include "base/DebugLog.h"
 #include "platform/EventTaps.h"
 #include "platform/Platform.h"
@@ -11,6 +12,19 @@ namespace {
 
 constexpr quint32 keyDown = 0xA00;
 constexpr quint32 keyUp = 0xB00;
+
+MediaCommand mediaCommand(MediaKeys::Key key)
+{
+    switch (key) {
+    case MediaKeys::Key::next:
+        return MediaCommand::next;
+    case MediaKeys::Key::previous:
+        return MediaCommand::previous;
+    case MediaKeys::Key::playPause:
+        break;
+    }
+    return MediaCommand::playPause;
+}
 
 QString keyName(MediaKeys::Key key)
 {
@@ -109,6 +123,9 @@ bool MediaKeys::typeInto(qint64 browser, Key key)
 
 void MediaKeys::broadcast(Key key)
 {
+    if (!_platform.eventTaps.isTaken(static_cast<int>(key)) && command(key)) {
+        return;
+    }
     for (const quint32 direction : {keyDown, keyUp}) {
         const SystemDefinedEvent event{.modifierFlags = direction,
                                        .data1 =
@@ -117,4 +134,17 @@ void MediaKeys::broadcast(Key key)
         _platform.eventTaps.post(event, EventTaps::Tap::hid);
         _platform.eventTaps.post(event, EventTaps::Tap::session);
     }
+}
+
+/// False when no player could take it.
+bool MediaKeys::command(Key key)
+{
+    const auto players = _platform.mediaPlayers.all();
+    const MediaPlayer* const target = mediaKeyTarget(players, _addressed);
+    if (target == nullptr) {
+        return false;
+    }
+    _addressed = target->id;
+    _platform.mediaPlayers.send(target->id, mediaCommand(key));
+    return true;
 }

@@ -38,10 +38,10 @@ double drum(double time, double period, double attack, double decay)
 
 } // namespace
 
-double VisualizerBars::liveHeight(int bar, Date date)
+double VisualizerBars::liveHeight(int bar, Uptime now)
 {
     const BarProfile& profile = barProfiles[bar];
-    const double time = date.sinceReference;
+    const double time = now.seconds;
     const double phase = bar * 0.8;
     const double kick = drum(phase + time, beat, 0.05, 4);
     const double snare = drum(phase + 0.5 + time, 2 * beat, 0.03, 1 / 0.4);
@@ -52,16 +52,16 @@ double VisualizerBars::liveHeight(int bar, Date date)
                          (swell * 0.55 + (ripple + 0.5) * 0.2 + std::max(kick, snare * 0.7) * 0.3));
 }
 
-double VisualizerBars::barHeight(int bar, Date date) const
+double VisualizerBars::barHeight(int bar, Uptime now) const
 {
     if (isPlaying) {
-        return isLive && bar < bands.size() ? heightAtLevel(bands[bar]) : liveHeight(bar, date);
+        return isLive && bar < bands.size() ? heightAtLevel(bands[bar]) : liveHeight(bar, now);
     }
     if (!stoppedAt) {
         return minBarHeight;
     }
     const double start = liveHeight(bar, *stoppedAt);
-    const double fallen = (date - *stoppedAt) - settleDelays[bar];
+    const double fallen = (now - *stoppedAt) - settleDelays[bar];
     if (fallen < 0) {
         return start;
     }
@@ -70,7 +70,7 @@ double VisualizerBars::barHeight(int bar, Date date) const
     return start + eased * (minBarHeight - start);
 }
 
-bool VisualizerBars::needsAnimation(Date now) const
+bool VisualizerBars::needsAnimation(Uptime now) const
 {
     return isPlaying || (stoppedAt && now - *stoppedAt < windDownDuration + afterglow);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/Date.h"
+#include "base/Uptime.h"
 
 #include <QList>
 
@@ -18,16 +18,16 @@ struct VisualizerBars {
     static constexpr double afterglow = 0.5; ///< seconds for which a meter is drawn on after that
 
     bool isPlaying = false;
-    std::optional<Date> stoppedAt; ///< none before the first stop and while music plays
-    bool isLive = false;           ///< whether `bands` are levels of real sound
-    QList<float> bands;            ///< bass to treble, each 0 to 1; a bar without a band dances by itself
+    std::optional<Uptime> stoppedAt; ///< none before the first stop and while music plays
+    bool isLive = false;             ///< whether `bands` are levels of real sound
+    QList<float> bands;              ///< bass to treble, each 0 to 1; a bar without a band dances by itself
 
     /// The dance to an imagined beat of 128 a minute: the height of a bar, 0 (bass) to 3 (treble).
-    static double liveHeight(int bar, Date date);
+    static double liveHeight(int bar, Uptime now);
 
-    /// The height of a bar at a date not before `stoppedAt`.
-    double barHeight(int bar, Date date) const;
+    /// The height of a bar at a time not before `stoppedAt`.
+    double barHeight(int bar, Uptime now) const;
 
     /// Whether the bars still move: while music plays, and until they have come to rest after it.
-    bool needsAnimation(Date now) const;
+    bool needsAnimation(Uptime now) const;
 };

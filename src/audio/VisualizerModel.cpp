@@ -31,7 +31,7 @@ void VisualizerModel::setPlaying(bool isPlaying)
     _bars.isPlaying = isPlaying;
     _bars.stoppedAt.reset();
     if (!isPlaying) {
-        _bars.stoppedAt = _runLoop.now();
+        _bars.stoppedAt = _runLoop.uptime();
         awaitRest();
     }
     Q_EMIT changed();
@@ -42,7 +42,7 @@ void VisualizerModel::awaitRest()
 {
     constexpr double fall = VisualizerBars::windDownDuration + VisualizerBars::afterglow;
     constexpr double shortest = 0.01;
-    const double left = fall - (_runLoop.now() - _bars.stoppedAt.value_or(Date::distantPast()));
+    const double left = fall - (_runLoop.uptime() - _bars.stoppedAt.value_or(Uptime::distantPast()));
     if (left <= 0) {
         Q_EMIT changed();
         return;
@@ -57,7 +57,7 @@ bool VisualizerModel::isEnabled() const
 
 int VisualizerModel::framesPerSecond() const
 {
-    const bool isMoving = isEnabled() && _bars.needsAnimation(_runLoop.now());
+    const bool isMoving = isEnabled() && _bars.needsAnimation(_runLoop.uptime());
     return isMoving ? std::clamp(_powerMode.effectiveSettings().visualizerFPS, 0, fastest) : 0;
 }
 
@@ -71,11 +71,11 @@ VisualizerModel::Heights VisualizerModel::heights() const
     VisualizerBars bars = _bars;
     bars.isLive = _audio.isLive();
     bars.bands = _audio.bands();
-    const Date now = _runLoop.now();
-    const Date date = framesPerSecond() > 0 ? now : _bars.stoppedAt.value_or(now);
+    const Uptime now = _runLoop.uptime();
+    const Uptime shown = framesPerSecond() > 0 ? now : _bars.stoppedAt.value_or(now);
     Heights heights{};
     for (int bar = 0; bar < VisualizerBars::barCount; ++bar) {
-        heights[bar] = bars.barHeight(bar, date);
+        heights[bar] = bars.barHeight(bar, shown);
     }
     return heights;
 }

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <chrono>
 #include <cmath>
 
 namespace {
@@ -33,6 +34,11 @@ private:
 Date EventLoop::now() const
 {
     return {static_cast<double>(QDateTime::currentMSecsSinceEpoch()) / 1000.0 - Date::unixOffset};
+}
+
+Uptime EventLoop::uptime() const
+{
+    return {std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count()};
 }
 
 void EventLoop::after(double seconds, QObject* context, Work work)

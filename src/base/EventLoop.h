@@ -7,6 +7,7 @@ class EventLoop final : public RunLoop
 {
 public:
     Date now() const override;
+    Uptime uptime() const override;
     void after(double seconds, QObject* context, Work work) override;
     std::unique_ptr<Timer> every(double seconds, QObject* context, Work work) override;
 };

@@ -1,14 +1,15 @@
 #pragma once
 
 #include "base/Date.h"
+#include "base/Uptime.h"
 
 #include <functional>
 #include <memory>
 
 class QObject;
 
-/// The clock and the timers of the main thread. Everything that waits takes one, so that a test can move time
-/// by hand.
+/// The clocks and the timers of the main thread. Everything that waits takes one, so that a test can move
+/// time by hand.
 class RunLoop
 {
 public:
@@ -28,7 +29,11 @@ public:
     RunLoop(const RunLoop&) = delete;
     RunLoop& operator=(const RunLoop&) = delete;
 
+    /// The date, for what people read; it may be set forward and back at any time.
     virtual Date now() const = 0;
+
+    /// The steady clock, for spans of time.
+    virtual Uptime uptime() const = 0;
 
     /// Runs `work` once on the main thread, `seconds` (0 or more) from now, unless `context` is gone by then.
     /// Zero means: behind what is already queued, never inside this call.

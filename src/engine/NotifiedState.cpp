@@ -26,7 +26,7 @@ double number(const QVariantMap& userInfo, const QString& key, double otherwise)
 
 void NowPlayingService::handlePlayerNotification(Player player, const QVariantMap& userInfo)
 {
-    const Date now = _platform.runLoop.now();
+    const Uptime now = _platform.runLoop.uptime();
     if (userInfo.isEmpty() || !isEnabledSource(player) || now < _systemAudioStickUntil) {
         return;
     }
@@ -34,7 +34,7 @@ void NowPlayingService::handlePlayerNotification(Player player, const QVariantMa
     const bool isStopped = state == QStringLiteral("Stopped");
     if (isStopped || state == QStringLiteral("Paused")) {
         _lastSourcePauseTime = now;
-        _systemAudioEngagedUntil = Date::distantPast();
+        _systemAudioEngagedUntil = Uptime::distantPast();
     }
     if (isStopped) {
         if (_activePlayer == player) {

@@ -237,9 +237,9 @@ private:
     int _systemAudioSilenceTicks = 0;
     int _systemAudioActivityTicks = 0;
     bool _systemAudioUserPaused = false;
-    Date _systemAudioStickUntil = Date::distantPast();
-    Date _systemAudioEngagedUntil = Date::distantPast();
-    Date _lastSourcePauseTime = Date::distantPast();
+    Uptime _systemAudioStickUntil = Uptime::distantPast();
+    Uptime _systemAudioEngagedUntil = Uptime::distantPast();
+    Uptime _lastSourcePauseTime = Uptime::distantPast();
     std::stop_source _artworkStop;
     SerialQueue _artworkQueue{QStringLiteral("com.orvalen.pellar.artwork")};
 };

@@ -110,7 +110,7 @@ void NowPlayingService::seekTo(double seconds)
 
 void NowPlayingService::sendMediaKey(MediaKeys::Key key)
 {
-    const Date now = _platform.runLoop.now();
+    const Uptime now = _platform.runLoop.uptime();
     _systemAudioStickUntil = now + stickSeconds;
     _systemAudioEngagedUntil = now + keyEngagementSeconds;
     if (_neighbours.sendMediaKey) {

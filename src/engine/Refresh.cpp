@@ -10,7 +10,7 @@ void NowPlayingService::refresh()
 {
     const bool musicRunning = isEnabledAndRunning(Player::appleMusic);
     const bool spotifyRunning = isEnabledAndRunning(Player::spotify);
-    const bool isStuck = _platform.runLoop.now() < _systemAudioStickUntil;
+    const bool isStuck = _platform.runLoop.uptime() < _systemAudioStickUntil;
     dlog(QStringLiteral("refresh: srcs=%1 am=%2 sp=%3 active=%4 stuck=%5")
              .arg(_sources.enabledSources().toInt())
              .arg(boolText(musicRunning), boolText(spotifyRunning), playerName(_activePlayer),

@@ -46,7 +46,7 @@ bool NowPlayingService::followSystemAudio()
     if (!isEnabledSource(Player::systemAudio)) {
         return false;
     }
-    const Date now = _platform.runLoop.now();
+    const Uptime now = _platform.runLoop.uptime();
     const bool isLive = isLoud(_audio.bands());
     const bool isEngaged = now < _systemAudioEngagedUntil;
     const bool isNewSound = isLive && sincePlayerPause() >= pauseTail;
@@ -69,7 +69,7 @@ void NowPlayingService::applySystemAudioActivity(const QList<float>& bands)
         const bool isPlayerPlaying =
             (_activePlayer == Player::appleMusic || _activePlayer == Player::spotify) && _isPlaying;
         if (!isPlayerPlaying && sincePlayerPause() >= pauseTail) {
-            _systemAudioEngagedUntil = _platform.runLoop.now() + engagementSeconds;
+            _systemAudioEngagedUntil = _platform.runLoop.uptime() + engagementSeconds;
             if (_activePlayer != Player::systemAudio) {
                 refresh();
             }
@@ -108,5 +108,5 @@ bool NowPlayingService::isLoud(const QList<float>& bands) const
 
 double NowPlayingService::sincePlayerPause() const
 {
-    return _platform.runLoop.now() - _lastSourcePauseTime;
+    return _platform.runLoop.uptime() - _lastSourcePauseTime;
 }

@@ -4,6 +4,7 @@ class AudioHardware;
 class Automation;
 class EventTaps;
 class HapticFeedback;
+class MediaPlayers;
 class NotificationCenter;
 class Pasteboard;
 class PowerState;
@@ -23,6 +24,7 @@ struct Platform {
     StatusBar& statusBar;
     AudioHardware& audioHardware;
     EventTaps& eventTaps;
+    MediaPlayers& mediaPlayers;
     HapticFeedback& haptics;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and

@@ -18,7 +18,8 @@ namespace {
 class SharedClock final : public RunLoop
 {
 public:
-    Date now() const override { return {seconds}; }
+    Date now() const override { return {}; }
+    Uptime uptime() const override { return {seconds}; }
     void after(double /*seconds*/, QObject* /*context*/, Work /*work*/) override {}
     std::unique_ptr<Timer> every(double /*seconds*/, QObject* /*context*/, Work /*work*/) override
     {

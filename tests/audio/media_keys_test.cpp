@@ -35,6 +35,7 @@ private Q_SLOTS:
     void choosesTheWay_data();
     void choosesTheWay();
     void postsDownAndUpToBothTaps();
+    void commandsWhatSounds();
 };
 
 void MediaKeysTest::choosesTheWay_data()
@@ -112,6 +113,23 @@ void MediaKeysTest::postsDownAndUpToBothTaps()
                              {up, EventTaps::Tap::hid},
                              {up, EventTaps::Tap::session}};
     QVERIFY(desktop.eventTaps.posted == expected);
+}
+
+/// Only where no program has grabbed the key, and then nobody gets the key as well.
+void MediaKeysTest::commandsWhatSounds()
+{
+    LogFile log;
+    FakePlatform desktop;
+    desktop.mediaPlayers.players = {{.id = QStringLiteral(":1.7"), .isPlaying = true}};
+    MediaKeys keys(desktop.ports);
+    desktop.eventTaps.isGrabbed = true;
+    keys.send(Key::next);
+    QVERIFY(desktop.mediaPlayers.sent.isEmpty());
+    QCOMPARE(std::exchange(desktop.eventTaps.posted, {}).size(), 4);
+    desktop.eventTaps.isGrabbed = false;
+    keys.send(Key::next);
+    QCOMPARE(desktop.mediaPlayers.sent, (QList{std::pair(QStringLiteral(":1.7"), MediaCommand::next)}));
+    QVERIFY(desktop.eventTaps.posted.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(MediaKeysTest)

@@ -59,7 +59,7 @@ void VisualizerTest::barHeights_data()
     QTest::newRow("never played") << VisualizerBars{} << 1 << 1000.0 << 2.0;
     VisualizerBars fall = playing(true, {1, 1, 1, 1});
     fall.isPlaying = false;
-    fall.stoppedAt = Date{100};
+    fall.stoppedAt = Uptime{100};
     QTest::newRow("bass holds") << fall << 0 << 100.149 << 7.40444;
     QTest::newRow("bass falling") << fall << 0 << 100.35 << 4.279998;
     QTest::newRow("bass down") << fall << 0 << 100.951 << 2.0;

@@ -1,7 +1,7 @@
 #include "support/Command.h"
 #include "support/LoopbackServices.h"
 #include "support/RealPlayer.h"
-#include "ui/PillLayout.h"
+#include "ui/pill/PillLayout.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>

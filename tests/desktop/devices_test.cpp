@@ -3,7 +3,7 @@
 #include "audio/AudioCaptureService.h"
 #include "audio/AudioDeviceManager.h"
 #include "base/EventLoop.h"
-#include "platform/linux/pipewire/PipewireAudioHardware.h"
+#include "linux/pipewire/PipewireAudioHardware.h"
 #include "support/Command.h"
 #include "support/LogFile.h"
 

@@ -1,14 +1,16 @@
 #include "app/AppDelegate.h"
 #include "audio/AudioSourceManager.h"
-#include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/PlistUserDefaults.h"
+#include "audio/PlayerChoice.h"
+#include "linux/LinuxPlatform.h"
+#include "linux/settings/PlistUserDefaults.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/PowerModeManager.h"
 #include "support/Command.h"
 #include "support/MprisStandIn.h"
 #include "support/RealPlayer.h"
-#include "ui/PillLayout.h"
+#include "ui/QmlModules.h"
 #include "ui/menu/PellarMenuModel.h"
+#include "ui/pill/PillLayout.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -17,9 +19,6 @@
 #include <QQuickView>
 #include <QRegularExpression>
 #include <QTest>
-#include <QtQml/QQmlExtensionPlugin>
-
-Q_IMPORT_QML_PLUGIN(PellarPlugin)
 
 namespace {
 
@@ -150,6 +149,7 @@ private:
     void choose(const QStringList& path);
 
     std::unique_ptr<PlistUserDefaults> _defaults;
+    std::unique_ptr<PlayerChoice> _casting;
     std::unique_ptr<LinuxPlatform> _linux;
     std::unique_ptr<AppDelegate> _program;
     RealPlayer _mpv;
@@ -161,7 +161,8 @@ void MenuTest::initTestCase()
     QVERIFY(_mpv.start());
     _defaults = std::make_unique<PlistUserDefaults>(PlistUserDefaults::defaultPath());
     UserDefaults::setStandard(_defaults.get());
-    _linux = std::make_unique<LinuxPlatform>(*_defaults);
+    _casting = std::make_unique<PlayerChoice>(*_defaults);
+    _linux = std::make_unique<LinuxPlatform>(*_casting);
     Platform::setCurrent(&_linux->ports());
     _program = std::make_unique<AppDelegate>(_linux->ports(), *_defaults, _linux->appearance());
     _program->applicationDidFinishLaunching();
@@ -352,6 +353,7 @@ void MenuTest::hangsBelowPill()
 
 int main(int argc, char** argv)
 {
+    importQmlModules();
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellar"));

@@ -1,12 +1,13 @@
 #include "audio/AudioBridge.h"
 #include "audio/AudioCapture.h"
 #include "audio/AudioSourceManager.h"
+#include "audio/PlayerChoice.h"
 #include "engine/NowPlayingService.h"
 #include "engine/PlayerScripts.h"
+#include "linux/LinuxPlatform.h"
 #include "platform/BundleId.h"
 #include "platform/ScriptRunner.h"
 #include "platform/Workspace.h"
-#include "platform/linux/LinuxPlatform.h"
 #include "prefs/PowerModeManager.h"
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
@@ -59,7 +60,8 @@ struct Session {
 
     LogFile log;
     MemoryDefaults defaults;
-    LinuxPlatform linux{defaults};
+    PlayerChoice casting{defaults};
+    LinuxPlatform linux{casting};
     HeardSound* sound = new HeardSound;
     AudioBridge bridge{linux.ports().runLoop, defaults, std::unique_ptr<AudioCapture>(sound)};
     AudioSourceManager sources{defaults, linux.ports().notifications, bridge};

@@ -6,11 +6,12 @@
 #include "audio/AudioDeviceManager.h"
 #include "audio/AudioSourceManager.h"
 #include "audio/MediaKeys.h"
+#include "audio/PlayerChoice.h"
 #include "engine/NowPlayingService.h"
+#include "linux/LinuxPlatform.h"
+#include "linux/x11/X11MediaKey.h"
+#include "linux/x11/X11Session.h"
 #include "platform/Workspace.h"
-#include "platform/linux/LinuxPlatform.h"
-#include "platform/linux/x11/X11MediaKey.h"
-#include "platform/linux/x11/X11Session.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
 #include "prefs/RecentlyPlayedManager.h"
@@ -102,7 +103,8 @@ struct Listener {
 
     LogFile log;
     MemoryDefaults defaults;
-    LinuxPlatform linux{defaults};
+    PlayerChoice casting{defaults};
+    LinuxPlatform linux{casting};
     Platform& ports = linux.ports();
     AudioBridge bridge{ports.runLoop, defaults,
                        std::make_unique<AudioCaptureService>(ports.audioHardware, ports.runLoop)};

@@ -4,6 +4,7 @@
 #include "platform/Automation.h"
 #include "platform/EventTaps.h"
 #include "platform/HapticFeedback.h"
+#include "platform/MediaPlayers.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/PowerState.h"
@@ -64,9 +65,21 @@ public:
 class FakeEventTaps final : public EventTaps
 {
 public:
+    bool isTaken(int /*mediaKey*/) const override { return isGrabbed; }
     void post(const SystemDefinedEvent& event, Tap tap) override { posted.append({event, tap}); }
 
     QList<std::pair<SystemDefinedEvent, Tap>> posted;
+    bool isGrabbed = false;
+};
+
+class FakeMediaPlayers final : public MediaPlayers
+{
+public:
+    QList<MediaPlayer> all() const override { return players; }
+    void send(const QString& id, MediaCommand command) override { sent.append({id, command}); }
+
+    QList<MediaPlayer> players;
+    QList<std::pair<QString, MediaCommand>> sent;
 };
 
 class FakeHaptics final : public HapticFeedback
@@ -126,6 +139,7 @@ struct FakePlatform {
     FakeStatusBar statusBar;
     FakeAudioHardware audioHardware;
     FakeEventTaps eventTaps;
+    FakeMediaPlayers mediaPlayers;
     FakeHaptics haptics;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
@@ -138,6 +152,7 @@ struct FakePlatform {
                    .statusBar = statusBar,
                    .audioHardware = audioHardware,
                    .eventTaps = eventTaps,
+                   .mediaPlayers = mediaPlayers,
                    .haptics = haptics,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/PlistUserDefaults.h"
+#include "linux/settings/PlistUserDefaults.h"
 
 /// Has a program that is started after this look for web services where nobody listens. For a desktop of the
 /// test's own only: it writes the settings file of the user.

@@ -31,7 +31,7 @@ std::unique_ptr<RunLoop::Timer> ManualRunLoop::every(double seconds, QObject* co
 
 void ManualRunLoop::advance(double seconds)
 {
-    const Date end = _now + seconds;
+    const Uptime end = _now + seconds;
     while (true) {
         _entries.remove_if([](const Entry& entry) { return entry.context.isNull(); });
         const auto next = std::min_element(_entries.begin(), _entries.end(),

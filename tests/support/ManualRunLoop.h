@@ -6,15 +6,19 @@
 
 #include <list>
 
-/// A run loop whose clock stands still until a test moves it.
+/// A run loop whose clocks stand still until a test moves them.
 class ManualRunLoop final : public RunLoop
 {
 public:
-    Date now() const override { return _now; }
+    Date now() const override { return _date + _now.seconds; }
+    Uptime uptime() const override { return _now; }
     void after(double seconds, QObject* context, Work work) override;
     std::unique_ptr<Timer> every(double seconds, QObject* context, Work work) override;
 
-    /// Moves the clock, running what falls due in the order of its time.
+    /// Sets the date, as a user may; the steady clock knows nothing of it.
+    void setDateForward(double seconds) { _date = _date + seconds; }
+
+    /// Moves the clocks, running what falls due in the order of its time.
     void advance(double seconds);
 
     /// Runs what is due now: everything scheduled with a delay of zero.
@@ -25,7 +29,7 @@ public:
 
 private:
     struct Entry {
-        Date due;
+        Uptime due;
         double interval; ///< 0: once
         QPointer<QObject> context;
         Work work;
@@ -33,6 +37,7 @@ private:
     };
     class Handle;
 
-    Date _now{800'000'000.0};
+    Uptime _now{1'000.0};
+    Date _date{799'999'000.0}; ///< at uptime 0
     std::list<Entry> _entries;
 };

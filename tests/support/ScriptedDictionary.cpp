@@ -1,6 +1,6 @@
 #include "support/ScriptedDictionary.h"
 
-#include "platform/linux/script/ScriptError.h"
+#include "linux/script/ScriptError.h"
 
 namespace {
 

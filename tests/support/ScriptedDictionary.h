@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/script/ScriptObject.h"
+#include "linux/script/ScriptObject.h"
 
 #include <QMap>
 #include <QStringList>

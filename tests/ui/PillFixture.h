@@ -4,7 +4,7 @@
 #include "platform/Appearance.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/ThemeManager.h"
-#include "ui/PillModel.h"
+#include "ui/pill/PillModel.h"
 
 class FixedAppearance final : public Appearance
 {

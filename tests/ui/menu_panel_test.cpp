@@ -1,6 +1,7 @@
 #include "support/FakeAppearance.h"
 #include "support/FakePlatform.h"
 #include "ui/MenuFixture.h"
+#include "ui/QmlModules.h"
 #include "ui/menu/MenuPanelFrame.h"
 #include "ui/menu/PellarMenuModel.h"
 #include "ui/menu/PellarMenuPanel.h"
@@ -9,7 +10,6 @@
 #include <QQuickView>
 #include <QScreen>
 #include <QTest>
-#include <QtQml/QQmlExtensionPlugin>
 
 #include <cmath>
 
@@ -291,10 +291,9 @@ void MenuPanelTest::closesBesideIt()
     QTRY_VERIFY(other.presses > 0);
 }
 
-Q_IMPORT_QML_PLUGIN(PellarPlugin)
-
 int main(int argc, char** argv)
 {
+    importQmlModules();
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QApplication application(argc, argv);
     MenuPanelTest test;

@@ -1,14 +1,12 @@
 #include "PillFixture.h"
 #include "base/EventLoop.h"
-#include "ui/ArtworkView.h"
+#include "ui/QmlModules.h"
+#include "ui/controls/ArtworkView.h"
 
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QQuickView>
 #include <QTest>
-#include <QtQml/QQmlExtensionPlugin>
-
-Q_IMPORT_QML_PLUGIN(PellarPlugin)
 
 namespace {
 
@@ -23,7 +21,11 @@ class PillFramesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QQuickWindow::setGraphicsApi(QSGRendererInterface::Software); }
+    void initTestCase()
+    {
+        importQmlModules();
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
     void drawsWhilePlaying_data();
     void drawsWhilePlaying();
     void restsWhilePaused();
@@ -36,7 +38,7 @@ private:
         {
             start(loop);
             view.setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(pill.get())}});
-            view.setSource(QUrl(QStringLiteral("qrc:/Pellar/MenuBarPlayerView.qml")));
+            view.setSource(QUrl(QStringLiteral("qrc:/Pellar/Pill/MenuBarPlayerView.qml")));
             view.show();
             connect(&view, &QQuickWindow::frameSwapped, &view, [this] { ++frames; });
         }

@@ -1,11 +1,11 @@
 #include "prefs/PellarTheme.h"
 #include "prefs/PillVisibilityManager.h"
 #include "support/MemoryDefaults.h"
-#include "ui/Marquee.h"
-#include "ui/PillColors.h"
-#include "ui/PillLayout.h"
-#include "ui/Symbol.h"
-#include "ui/VisualizerView.h"
+#include "ui/controls/Marquee.h"
+#include "ui/controls/Symbol.h"
+#include "ui/pill/PillColors.h"
+#include "ui/pill/PillLayout.h"
+#include "ui/pill/VisualizerView.h"
 
 #include <QTest>
 

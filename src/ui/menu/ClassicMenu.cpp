@@ -1,7 +1,7 @@
 #include "ui/menu/ClassicMenu.h"
 
-#include "ui/PillColors.h"
-#include "ui/SymbolIcon.h"
+#include "ui/controls/SymbolIcon.h"
+#include "ui/menu/MenuColors.h"
 
 #include <QKeyEvent>
 
@@ -20,7 +20,7 @@ QString menuText(const QString& title, const QFontMetrics& metrics)
 /// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
 QPalette menuPalette(bool isDark)
 {
-    const PillColors colors = PillColors::forDesktop(isDark);
+    const MenuColors colors = MenuColors::forDesktop(isDark, false);
     const QColor background = colors.background;
     QPalette palette(background, background);
     palette.setColor(QPalette::Base, background);
@@ -33,7 +33,7 @@ QPalette menuPalette(bool isDark)
 /// The style draws separators darker than the background, which is not to be seen on a dark one.
 QString separatorStyle(bool isDark)
 {
-    const QColor line = PillColors::forDesktop(isDark).border;
+    const QColor line = MenuColors::forDesktop(isDark, false).separator;
     return QStringLiteral(
                "QMenu::separator { height: 1px; margin: 3px 4px; background: rgba(%1, %2, %3, %4); }")
         .arg(line.red())

@@ -10,6 +10,7 @@ MenuColors MenuColors::forDesktop(bool isDark, bool isBlended)
     };
     return {
         .glass = GlassColors::forDesktop(isDark, isBlended),
+        .background = isDark ? QColor(38, 38, 41) : QColor(248, 248, 250),
         .text = inkAt(isDark ? 0.94 : 0.88),
         .dimmedText = inkAt(isDark ? 0.6 : 0.58),
         .separator = inkAt(isDark ? 0.13 : 0.11),

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/GlassColors.h"
+#include "ui/controls/GlassColors.h"
 
-/// The glass panel's colours on a light or a dark desktop.
+/// The menus' colours on a light or a dark desktop.
 struct MenuColors {
     Q_GADGET
     Q_PROPERTY(GlassColors glass MEMBER glass CONSTANT)
@@ -15,6 +15,7 @@ struct MenuColors {
 
 public:
     GlassColors glass;
+    QColor background; ///< of the classic style
     QColor text;
     QColor dimmedText;
     QColor separator;

@@ -2,7 +2,7 @@
 
 #include "platform/Appearance.h"
 #include "platform/StatusBar.h"
-#include "ui/RoundedRegion.h"
+#include "ui/controls/RoundedRegion.h"
 #include "ui/menu/PellarMenuModel.h"
 
 #include <QGuiApplication>
@@ -42,7 +42,7 @@ PellarMenuPanel::PellarMenuPanel(const Desktop& desktop, Items items, const QRec
     _view->setScreen(_screen);
     _view->setResizeMode(QQuickView::SizeRootObjectToView);
     _view->setInitialProperties({{QStringLiteral("menu"), QVariant::fromValue(_model.get())}});
-    _view->setSource(QUrl(QStringLiteral("qrc:/Pellar/PellarMenuView.qml")));
+    _view->setSource(QUrl(QStringLiteral("qrc:/Pellar/Menu/PellarMenuView.qml")));
 
     connect(_model.get(), &PellarMenuModel::layoutChanged, this, &PellarMenuPanel::resize);
     connect(_model.get(), &PellarMenuModel::chosen, this, [this](const PellarMenuItem& item) {
@@ -165,10 +165,10 @@ bool PellarMenuPanel::handleKey(const QKeyEvent& event)
 void PellarMenuPanel::animate(Step step, const MenuPanelFrame& from, double seconds,
                               const std::function<void()>& finished)
 {
-    const Date start = _desktop.runLoop.now();
+    const Uptime start = _desktop.runLoop.uptime();
     _animation = _desktop.runLoop.every(frameInterval, this, [=, this] {
-        const double progress = (_desktop.runLoop.now() - start) / seconds;
-        if (progress >= 0 && progress < 1) { // below when the clock was put back
+        const double progress = (_desktop.runLoop.uptime() - start) / seconds;
+        if (progress < 1) {
             setFrame(step(from, progress));
             return;
         }

@@ -1,5 +1,6 @@
 import QtQuick
-import Pellar
+import Pellar.Controls
+import Pellar.Menu
 
 Item {
     id: root

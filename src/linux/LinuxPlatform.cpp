@@ -1,0 +1,48 @@
+#include "linux/LinuxPlatform.h"
+
+#include "linux/mpris/MprisApplication.h"
+#include "linux/x11/SystemEvents.h"
+#include "linux/x11/X11Session.h"
+
+#include <QHash>
+
+namespace {
+
+/// The applications that scripts can address, by name in lower case.
+Interpreter::Applications scriptedApplications(PlayerRoster& roster, RunLoop& runLoop)
+{
+    QHash<QString, std::shared_ptr<ScriptObject>> applications = {
+        {QStringLiteral("music"), std::make_shared<MprisApplication>(roster, PlayerRole::music)},
+        {QStringLiteral("spotify"), std::make_shared<MprisApplication>(roster, PlayerRole::spotify)},
+    };
+    if (X11Session::connection() != nullptr) {
+        applications.insert(QStringLiteral("system events"), std::make_shared<SystemEvents>(runLoop));
+    }
+    return [applications](const QString& name) { return applications.value(name); };
+}
+
+} // namespace
+
+LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
+    : _bus(_runLoop)
+    , _roster(_bus, casting)
+    , _notifier(_roster, _distributedNotifications)
+    , _workspace(_roster)
+    , _automation(_roster)
+    , _interpreter(scriptedApplications(_roster, _runLoop))
+    , _power(QDBusConnection::systemBus())
+    , _ports{.runLoop = _runLoop,
+             .scripts = _interpreter,
+             .automation = _automation,
+             .workspace = _workspace,
+             .power = _power,
+             .pasteboard = _pasteboard,
+             .statusBar = _statusBar,
+             .audioHardware = _audioHardware,
+             .eventTaps = _eventTaps,
+             .mediaPlayers = _roster,
+             .haptics = _haptics,
+             .distributedNotifications = _distributedNotifications,
+             .notifications = _notifications}
+{
+}

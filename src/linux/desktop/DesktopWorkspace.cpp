@@ -1,0 +1,72 @@
+#include "linux/desktop/DesktopWorkspace.h"
+
+#include "linux/mpris/MprisPlayer.h"
+#include "linux/mpris/PlayerRoster.h"
+#include "linux/x11/X11Processes.h"
+
+#include <QDesktopServices>
+
+namespace {
+
+std::optional<PlayerRole> roleWithScheme(const QString& scheme)
+{
+    if (scheme == QStringLiteral("music")) {
+        return PlayerRole::music;
+    }
+    return scheme == QStringLiteral("spotify") ? std::optional(PlayerRole::spotify) : std::nullopt;
+}
+
+} // namespace
+
+DesktopWorkspace::DesktopWorkspace(PlayerRoster& roster) : _roster(roster)
+{
+    connect(&_roster, &PlayerRoster::appeared, this,
+            [this](PlayerRole role) { Q_EMIT applicationLaunched(bundleId(role)); });
+    connect(&_roster, &PlayerRoster::vanished, this,
+            [this](PlayerRole role) { Q_EMIT applicationTerminated(bundleId(role)); });
+    connect(&_roster, &PlayerRoster::jumped, this,
+            [this](PlayerRole role) { Q_EMIT playbackJumped(bundleId(role)); });
+}
+
+bool DesktopWorkspace::isRunning(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    return role && _roster.player(*role) != nullptr;
+}
+
+QString DesktopWorkspace::artworkAddress(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    const MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    return player == nullptr ? QString() : player->state().track.artworkUrl;
+}
+
+PlayerAbilities DesktopWorkspace::abilities(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    if (player == nullptr) {
+        return {};
+    }
+    return {.canRate = role == PlayerRole::spotify,
+            .canListTracks = player->trackList().contains(player->state().track)};
+}
+
+std::optional<RunningApplication> DesktopWorkspace::frontmostApplication() const
+{
+    const auto processes = X11Processes::running();
+    if (processes.empty() || !processes.front().isFrontmost) {
+        return std::nullopt;
+    }
+    return RunningApplication{.processId = processes.front().unixId, .bundleId = processes.front().bundleId};
+}
+
+bool DesktopWorkspace::open(const QUrl& url)
+{
+    const auto role = roleWithScheme(url.scheme());
+    if (MprisPlayer* const player = role ? _roster.player(*role) : nullptr) {
+        player->raise();
+        return true;
+    }
+    return QDesktopServices::openUrl(url);
+}

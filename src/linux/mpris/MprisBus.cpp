@@ -1,0 +1,206 @@
+#include "linux/mpris/MprisBus.h"
+
+#include "base/RunLoop.h"
+#include "linux/mpris/MprisPlayer.h"
+
+#include <QDBusArgument>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QLoggingCategory>
+
+#include <algorithm>
+
+namespace {
+
+Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
+
+const QString namePrefix = QStringLiteral("org.mpris.MediaPlayer2.");
+const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
+const QString trackListInterface = QStringLiteral("org.mpris.MediaPlayer2.TrackList");
+const QString busDaemon = QStringLiteral("org.freedesktop.DBus");
+const QString daemonPath = QStringLiteral("/org/freedesktop/DBus");
+
+constexpr double firstReconnectDelay = 0.5; // seconds; doubled after each failure
+constexpr double longestReconnectDelay = 30;
+
+} // namespace
+
+MprisBus::MprisBus(RunLoop& runLoop, QString address)
+    : _runLoop(runLoop)
+    , _address(std::move(address))
+    , _bus(QString())
+{
+    if (!connectToBus()) {
+        qCWarning(log, "There is no session bus to find players on: %ls",
+                  qUtf16Printable(_bus.lastError().message()));
+        reconnect(firstReconnectDelay);
+    }
+}
+
+MprisBus::~MprisBus()
+{
+    QDBusConnection::disconnectFromBus(_connectionName);
+}
+
+bool MprisBus::connectToBus()
+{
+    static int connections = 0;
+    _connectionName = QStringLiteral("pellar-players-%1").arg(++connections);
+    _bus = _address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, _connectionName)
+                              : QDBusConnection::connectToBus(_address, _connectionName);
+    if (!_bus.isConnected()) {
+        return false;
+    }
+    _bus.connect(busDaemon, daemonPath, busDaemon, QStringLiteral("NameOwnerChanged"), this,
+                 SLOT(nameOwnerChanged(QString, QString, QString)));
+    _bus.connect(QString(), objectPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+                 QStringLiteral("PropertiesChanged"), this, SLOT(propertiesChanged(QDBusMessage)));
+    _bus.connect(QString(), objectPath, QStringLiteral("org.mpris.MediaPlayer2.Player"),
+                 QStringLiteral("Seeked"), this, SLOT(seeked(QDBusMessage)));
+    for (const char* signal : {"TrackListReplaced", "TrackAdded", "TrackRemoved", "TrackMetadataChanged"}) {
+        _bus.connect(QString(), objectPath, trackListInterface, QString::fromLatin1(signal), this,
+                     SLOT(trackListChanged(QDBusMessage)));
+    }
+    _bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
+                 SLOT(disconnected()));
+    findPlayers();
+    return true;
+}
+
+void MprisBus::reconnect(double delay)
+{
+    _runLoop.after(delay, this, [this, delay] {
+        QDBusConnection::disconnectFromBus(_connectionName);
+        if (!connectToBus()) {
+            reconnect(std::min(delay * 2, longestReconnectDelay));
+        }
+    });
+}
+
+void MprisBus::findPlayers()
+{
+    const auto listNames =
+        QDBusMessage::createMethodCall(busDaemon, daemonPath, busDaemon, QStringLiteral("ListNames"));
+    auto* const watcher = new QDBusPendingCallWatcher(_bus.asyncCall(listNames), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
+        call->deleteLater();
+        const QDBusPendingReply<QStringList> names = *call;
+        for (const QString& name : names.isValid() ? names.value() : QStringList()) {
+            if (!name.startsWith(namePrefix)) {
+                continue;
+            }
+            auto getOwner = QDBusMessage::createMethodCall(busDaemon, daemonPath, busDaemon,
+                                                           QStringLiteral("GetNameOwner"));
+            getOwner.setArguments({name});
+            auto* const owner = new QDBusPendingCallWatcher(_bus.asyncCall(getOwner), this);
+            connect(owner, &QDBusPendingCallWatcher::finished, this,
+                    [this, name](QDBusPendingCallWatcher* ownerCall) {
+                        ownerCall->deleteLater();
+                        const QDBusPendingReply<QString> reply = *ownerCall;
+                        if (reply.isValid()) {
+                            addName(name, reply.value());
+                        }
+                    });
+        }
+    });
+}
+
+void MprisBus::nameOwnerChanged(const QString& name, const QString& oldOwner, const QString& newOwner)
+{
+    if (!name.startsWith(namePrefix)) {
+        return;
+    }
+    if (!oldOwner.isEmpty()) {
+        removeName(name, oldOwner);
+    }
+    if (!newOwner.isEmpty()) {
+        addName(name, newOwner);
+    }
+}
+
+void MprisBus::propertiesChanged(const QDBusMessage& signal)
+{
+    MprisPlayer* const player = withUniqueName(signal.service());
+    const QVariantList arguments = signal.arguments();
+    if (player == nullptr || arguments.size() < 3) {
+        return;
+    }
+    const QString interface = arguments[0].toString();
+    if (interface == trackListInterface) {
+        player->trackList().changed();
+    } else if (interface == QStringLiteral("org.mpris.MediaPlayer2.Player")) {
+        player->propertiesChanged(qdbus_cast<QVariantMap>(arguments[1]), arguments[2].toStringList());
+    }
+}
+
+void MprisBus::trackListChanged(const QDBusMessage& signal)
+{
+    if (MprisPlayer* const player = withUniqueName(signal.service())) {
+        player->trackList().changed();
+    }
+}
+
+void MprisBus::seeked(const QDBusMessage& signal)
+{
+    MprisPlayer* const player = withUniqueName(signal.service());
+    bool isNumber = false;
+    const qlonglong position = signal.arguments().value(0).toLongLong(&isNumber);
+    if (player != nullptr && isNumber) {
+        player->seeked(position);
+    }
+}
+
+void MprisBus::disconnected()
+{
+    qCWarning(log, "The session bus has gone; waiting for its return");
+    const auto players = _players;
+    for (MprisPlayer* const player : players) {
+        remove(player);
+    }
+    reconnect(firstReconnectDelay);
+}
+
+void MprisBus::addName(const QString& name, const QString& owner)
+{
+    const QString suffix = name.mid(namePrefix.size());
+    MprisPlayer* player = withUniqueName(owner);
+    const bool isNew = player == nullptr;
+    if (isNew) {
+        player = new MprisPlayer(_bus, owner, _runLoop, this);
+        _players.append(player);
+    }
+    if (!player->suffixes.contains(suffix)) {
+        player->suffixes.append(suffix);
+    }
+    if (isNew) {
+        Q_EMIT playerAdded(player);
+    }
+}
+
+void MprisBus::removeName(const QString& name, const QString& owner)
+{
+    MprisPlayer* const player = withUniqueName(owner);
+    if (player == nullptr) {
+        return;
+    }
+    player->suffixes.removeAll(name.mid(namePrefix.size()));
+    if (player->suffixes.isEmpty()) {
+        remove(player);
+    }
+}
+
+void MprisBus::remove(MprisPlayer* player)
+{
+    _players.removeAll(player);
+    Q_EMIT playerRemoved(player);
+    player->deleteLater();
+}
+
+MprisPlayer* MprisBus::withUniqueName(const QString& name) const
+{
+    const auto found = std::find_if(_players.begin(), _players.end(), [&name](const MprisPlayer* player) {
+        return player->uniqueName() == name;
+    });
+    return found == _players.end() ? nullptr : *found;
+}

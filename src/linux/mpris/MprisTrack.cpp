@@ -1,0 +1,82 @@
+#include "linux/mpris/MprisTrack.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QUrl>
+
+#include <cmath>
+
+namespace {
+
+QVariant unwrapped(const QVariant& value)
+{
+    return value.metaType() == QMetaType::fromType<QDBusVariant>() ? value.value<QDBusVariant>().variant()
+                                                                   : value;
+}
+
+QStringList texts(const QVariant& value)
+{
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>()) {
+        return value.toStringList();
+    }
+    const auto argument = value.value<QDBusArgument>();
+    QStringList list;
+    if (argument.currentType() != QDBusArgument::ArrayType) {
+        return list;
+    }
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        list.append(unwrapped(argument.asVariant()).toString());
+    }
+    argument.endArray();
+    return list;
+}
+
+QString text(const QVariantMap& metadata, const QString& key)
+{
+    const QVariant value = unwrapped(metadata.value(key));
+    if (value.metaType() == QMetaType::fromType<QString>()) {
+        return value.toString();
+    }
+    QStringList parts = texts(value);
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
+}
+
+QString trackId(const QVariantMap& metadata)
+{
+    const QVariant value = unwrapped(metadata.value(QStringLiteral("mpris:trackid")));
+    return value.metaType() == QMetaType::fromType<QDBusObjectPath>() ? value.value<QDBusObjectPath>().path()
+                                                                      : value.toString();
+}
+
+std::optional<double> length(const QVariantMap& metadata)
+{
+    constexpr double microsecondsASecond = 1e6;
+    constexpr double longest = 1e9; // seconds; live streams give the largest number there is
+    bool isNumber = false;
+    const double seconds =
+        unwrapped(metadata.value(QStringLiteral("mpris:length"))).toDouble(&isNumber) / microsecondsASecond;
+    const bool isPlausible = isNumber && std::isfinite(seconds) && seconds > 0 && seconds < longest;
+    return isPlausible ? std::optional(seconds) : std::nullopt;
+}
+
+} // namespace
+
+MprisTrack MprisTrack::fromMetadata(const QVariantMap& metadata)
+{
+    MprisTrack track{
+        .id = trackId(metadata),
+        .title = text(metadata, QStringLiteral("xesam:title")),
+        .artist = text(metadata, QStringLiteral("xesam:artist")),
+        .album = text(metadata, QStringLiteral("xesam:album")),
+        .artworkUrl = text(metadata, QStringLiteral("mpris:artUrl")),
+        .length = ::length(metadata),
+    };
+    if (track.title.isEmpty()) {
+        const QUrl url(text(metadata, QStringLiteral("xesam:url")));
+        track.title = url.fileName(QUrl::FullyDecoded);
+    }
+    return track;
+}

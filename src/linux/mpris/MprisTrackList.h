@@ -1,0 +1,47 @@
+#pragma once
+
+#include "linux/mpris/MprisCall.h"
+#include "linux/mpris/MprisTrack.h"
+
+#include <QDBusConnection>
+#include <QList>
+#include <QObject>
+
+class RunLoop;
+
+/// A mirror of the track list of one MPRIS player, kept current by its signals. Players without one, which
+/// are most, have an empty list.
+class MprisTrackList : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// As many tracks are mirrored, from the beginning of the list.
+    static constexpr qsizetype mostTracks = 2000;
+
+    MprisTrackList(QDBusConnection bus, QString uniqueName, RunLoop& runLoop);
+
+    const QList<MprisTrack>& tracks() const { return _tracks; }
+
+    /// Whether a track of this title and artist is among them.
+    bool contains(const MprisTrack& track) const;
+
+    /// Has the player play one of its tracks.
+    void goTo(const MprisTrack& track);
+
+    /// What the bus brings: the list, or something in it, is another one. A burst is answered once.
+    void changed();
+
+private:
+    void fetch();
+    void fetchTracks(const QVariant& paths);
+    void call(const QString& interface, const QString& member, const QVariantList& arguments,
+              MprisCall::Answer answer);
+
+    QDBusConnection _bus;
+    QString _uniqueName;
+    RunLoop& _runLoop;
+    QList<MprisTrack> _tracks;
+    bool _isFetchScheduled = false;
+    int _round = 0; ///< answers to earlier questions do not count
+};

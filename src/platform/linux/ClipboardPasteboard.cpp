@@ -1,9 +1,0 @@
-#include "platform/linux/ClipboardPasteboard.h"
-
-#include <QClipboard>
-#include <QGuiApplication>
-
-void ClipboardPasteboard::setText(const QString& text)
-{
-    QGuiApplication::clipboard()->setText(text);
-}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "ui/controls/FrameClock.h"
+#include "ui/controls/PixelItem.h"
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QPointer>
+#include <QProperty>
+
+/// One line of text. What does not fit its field fades out at the edge and, while active, scrolls through the
+/// field; text that is written from right to left lies at the right and scrolls to the right.
+class MarqueeText : public PixelItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+    Q_PROPERTY(bool isActive READ isActive WRITE setActive NOTIFY isActiveChanged)
+    Q_PROPERTY(bool isShrunkToFit READ isShrunkToFit WRITE setShrunkToFit NOTIFY isShrunkToFitChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
+    Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
+
+public:
+    explicit MarqueeText(QQuickItem* parent = nullptr);
+    ~MarqueeText() override;
+
+    QString text() const { return _text; }
+    void setText(const QString& text) { _text = text; }
+    bool isActive() const { return _isActive; }
+    void setActive(bool isActive) { _isActive = isActive; }
+    /// Whether text that is a little too long is set in a smaller size instead.
+    bool isShrunkToFit() const { return _isShrunkToFit; }
+    void setShrunkToFit(bool shrunk) { _isShrunkToFit = shrunk; }
+    QColor color() const { return _color; }
+    void setColor(const QColor& color) { _color = color; }
+    QFont font() const { return _font; }
+    void setFont(const QFont& font) { _font = font; }
+    FrameClock* clock() const { return _clock; }
+    void setClock(FrameClock* clock);
+
+Q_SIGNALS:
+    void textChanged();
+    void isActiveChanged();
+    void isShrunkToFitChanged();
+    void colorChanged();
+    void fontChanged();
+    void clockChanged();
+
+protected:
+    void paint(QPainter& painter, QSize size, double scale) override;
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+
+private:
+    void restart();
+    void relayout();
+    void follow();
+    void advance();
+    double offset() const;
+    double pixelOffset(double scale) const;
+    QImage drawnLabel(int height, double scale) const;
+
+    QString _line; ///< the text as it is drawn
+    QFont _lineFont;
+    double _textWidth = 0;
+    Uptime _startTime;
+    double _drawnOffset = 0; ///< pixels
+    QImage _label;           ///< of the scale and the colour last painted; null when it has to be drawn anew
+    QPointer<FrameClock> _clock;
+    Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QString, _text, &MarqueeText::textChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isActive, false, &MarqueeText::isActiveChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isShrunkToFit, false,
+                                         &MarqueeText::isShrunkToFitChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QColor, _color, &MarqueeText::colorChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QFont, _font, &MarqueeText::fontChanged)
+};
