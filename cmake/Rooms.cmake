@@ -7,6 +7,8 @@ set(PELLAR_ROOMS ${CMAKE_BINARY_DIR}/rooms)
 add_library(pellar_flags INTERFACE)
 target_compile_options(pellar_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror -fno-plt
+    # PipeWire's macros are statement expressions.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-statement-expression>
     # The code that qmlcachegen writes shadows its own parameters.
     $<$<NOT:$<BOOL:$<TARGET_PROPERTY:PELLAR_HAS_QML>>>:-Wshadow>)
 target_compile_definitions(pellar_flags INTERFACE
@@ -51,10 +53,11 @@ function(pellar_room folder)
     endif()
 endfunction()
 
-# pellar_qml_module(ROOM URI [QML_FILES files…]): the room's types, and the files beside the CMakeLists.txt that
-# calls it, as a QML module.
+# pellar_qml_module(ROOM URI [QML_FILES files…] [DEPENDENCIES uris…]): the room's types, and the files beside the
+# CMakeLists.txt that calls it, as a QML module. The dependencies are the modules, besides QtQuick, whose types
+# the room's own build on.
 function(pellar_qml_module room uri)
-    cmake_parse_arguments(ARG "" "" "QML_FILES" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "QML_FILES;DEPENDENCIES" ${ARGN})
     string(REPLACE "." "/" path ${uri})
     qt_add_qml_module(${room}
         URI ${uri}
@@ -62,6 +65,7 @@ function(pellar_qml_module room uri)
         OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${path}
         IMPORT_PATH ${CMAKE_BINARY_DIR}/qml
         QML_FILES ${ARG_QML_FILES}
+        DEPENDENCIES QtQuick ${ARG_DEPENDENCIES}
     )
     # The generated type registration includes the headers by their bare names.
     target_include_directories(${room} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})

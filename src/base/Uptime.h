@@ -16,7 +16,7 @@ struct Uptime {
 
     // NOLINTNEXTLINE(modernize-use-nullptr): of clang-tidy 14
     friend constexpr auto operator<=>(const Uptime&, const Uptime&) = default;
-    friend constexpr Uptime operator+(Uptime time, double seconds) { return {time.seconds + seconds}; }
+    friend constexpr Uptime operator+(Uptime time, double span) { return {time.seconds + span}; }
     friend constexpr double operator-(Uptime later, Uptime earlier)
     {
         return later.seconds - earlier.seconds;

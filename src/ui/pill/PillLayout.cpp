@@ -16,7 +16,6 @@ constexpr double visualizerWidth = 14;
 constexpr double buttonCell = 24;
 constexpr double buttonSide = 16;                    // a button's zone, grown by its margin, fills its cell
 constexpr double titleGap = 2;                       // behind the margin in the last button's cell
-constexpr double edgeMargin = rowPadding - artShift; // of cover and title
 constexpr double titleHeight = 14;
 constexpr double progressHeight = 3;
 constexpr double progressInset = 13;
