@@ -1,10 +1,18 @@
 #pragma once
 
-#include "lyrics/LyricWord.h"
-
 #include <QList>
+#include <QString>
 
 #include <optional>
+
+/// A word of a line and when it is sung.
+struct LyricWord {
+    double start = 0; ///< seconds from the start of the track
+    double end = 0;   ///< seconds from the start of the track
+    QString text;     ///< without white space around it; never empty
+
+    friend bool operator==(const LyricWord&, const LyricWord&) = default;
+};
 
 /// A line of lyrics and when it begins.
 struct SyncedLyric {

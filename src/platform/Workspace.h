@@ -1,10 +1,22 @@
 #pragma once
 
-#include "platform/PlayerAbilities.h"
-#include "platform/RunningApplication.h"
-
 #include <QObject>
+#include <QString>
 #include <QUrl>
+
+#include <optional>
+
+/// A program with a user interface.
+struct RunningApplication {
+    std::optional<qint64> processId;
+    std::optional<QString> bundleId;
+};
+
+/// What a player offers beyond playing.
+struct PlayerAbilities {
+    bool canRate = false;       ///< tracks can be loved
+    bool canListTracks = false; ///< it tells what stands around the current track
+};
 
 /// The applications that run on this desktop, by bundle identifier.
 class Workspace : public QObject
