@@ -232,6 +232,39 @@ void measureFootprint(const PillWatch& pill, const QProcess& program)
                pill.isDrawn() ? QString() : QStringLiteral("the pill is gone"));
 }
 
+/// Sixty tracks, each with a cover of its own in a file, as large as shops sell them.
+void measureCovers(const PillWatch& pill)
+{
+    constexpr int covers = 60;
+    constexpr int side = 1200; // pixels
+    const QTemporaryDir folder;
+    QProcess program;
+    if (!start(program, pill)) {
+        Table::row(QStringLiteral("resident memory after sixty covers"),
+                   QStringLiteral("the pill did not appear"), {});
+        return;
+    }
+    const ProcessMeter meter(program.processId());
+    QTest::qWait(1000);
+    const double before = meter.residentMegabytes();
+    MprisStandIn player(QStringLiteral("standin"));
+    for (int i = 0; i < covers; ++i) {
+        QImage cover(side, side, QImage::Format_RGB32);
+        cover.fill(QColor::fromHsv(i * 6, 200, 200));
+        const QString file = folder.filePath(QStringLiteral("%1.jpg").arg(i));
+        cover.save(file);
+        QVariantMap metadata =
+            MprisStandIn::metadata(QStringLiteral("/t/%1").arg(i), QStringLiteral("Track number %1").arg(i),
+                                   QStringLiteral("Band"), QStringLiteral("Album"), 200);
+        metadata[QStringLiteral("mpris:artUrl")] = QUrl::fromLocalFile(file).toString();
+        player.change(MprisStandIn::playing(metadata));
+        QTest::qWait(400);
+    }
+    Table::row(QStringLiteral("resident memory after sixty covers"), figure(meter.residentMegabytes(), "MB"),
+               QStringLiteral("55 MB"), QStringLiteral("before the first: %1").arg(figure(before, "MB")));
+    stop(program);
+}
+
 } // namespace
 
 /// Prints how fast and how small the program is. Has to run in a private desktop session.
@@ -259,6 +292,7 @@ int main(int argc, char** argv)
     measureChange(pill);
     measureFootprint(pill, program);
     stop(program);
+    measureCovers(pill);
     CaptureMeasures::measureCapture(pill);
     return 0;
 }

@@ -10,8 +10,23 @@
 #include <QQuickWindow>
 
 #include <cstdio>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace {
+
+/// Covers come and go in pieces of a megabyte. Left to itself the allocator raises its thresholds as they do,
+/// and keeps what they leave behind in an arena for each thread that has decoded one.
+void keepHeapSmall()
+{
+#ifdef __GLIBC__
+    constexpr int threshold = 128 * 1024; // bytes
+    mallopt(M_MMAP_THRESHOLD, threshold);
+    mallopt(M_TRIM_THRESHOLD, threshold);
+    mallopt(M_ARENA_MAX, 2);
+#endif
+}
 
 /// The pill is a window that places itself, which Wayland has no word for: there it runs on XWayland.
 void chooseWindowSystem()
@@ -41,6 +56,7 @@ void chooseRenderer()
 
 int main(int argc, char** argv)
 {
+    keepHeapSmall();
     keepToRunningBus();
     chooseWindowSystem();
     chooseRenderer();

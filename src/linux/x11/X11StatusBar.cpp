@@ -15,6 +15,14 @@ namespace {
 constexpr int pillThickness = 28;
 constexpr uint32_t everyDesktop = 0xFFFFFFFF;
 
+/// The window manager of a Wayland session keeps docks below its own panel (GNOME) or takes them for windows of
+/// its tiling (sway); what it does not manage lies above all.
+bool isWaylandSession()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           qgetenv("XDG_SESSION_TYPE") == QByteArrayLiteral("wayland");
+}
+
 void setWindowProperty(xcb_window_t window, const QString& name, xcb_atom_t type,
                        const std::vector<uint32_t>& values)
 {
@@ -68,6 +76,7 @@ void X11StatusBar::adopt(QWindow& window)
 {
     window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                     Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint);
+    window.setFlag(Qt::BypassWindowManagerHint, isWaylandSession());
     window.create();
     if (X11Session::connection() == nullptr) {
         return;
