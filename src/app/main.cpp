@@ -44,6 +44,20 @@ void keepToRunningBus()
     }
 }
 
+/// A frame of the pill is some kilobytes. Sent over the connection it waits for nobody, while shared memory may be
+/// drawn into only when the X server has answered that it is done with the last frame. Nor is there anything to
+/// wait for before a frame is drawn: what changes together changes in one go.
+void drawWithoutWaiting()
+{
+    const auto setDefault = [](const char* name, const char* value) {
+        if (!qEnvironmentVariableIsSet(name)) {
+            qputenv(name, value);
+        }
+    };
+    setDefault("QT_XCB_NO_MITSHM", "1");
+    setDefault("QT_QPA_UPDATE_IDLE_TIME", "0"); // milliseconds
+}
+
 /// A pill needs no graphics card; the software renderer takes a third of the memory.
 void chooseRenderer()
 {
@@ -60,6 +74,7 @@ int main(int argc, char** argv)
     keepToRunningBus();
     chooseWindowSystem();
     chooseRenderer();
+    drawWithoutWaiting();
     importQmlModules();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pellar"));
