@@ -125,7 +125,7 @@ constexpr auto failures =
     "a" + 1 → -1700 | 1 < "a" → -1700 | if "true" then 1 → -1700 |
     repeat with i from 1 to 2 by 0; end repeat → -2701 | 1 mod 0 → -2701 | 9223372036854775808 → -2702 |
     9223372036854775807 + 1 → -2702 | (-9223372036854775807 - 1) div -1 → -2702 | 1e300 * 1e300 → -2702 |
-    1e300 as integer → -2702 | error number 99999999999 → -2702 | error "own" number 12 → 12)";
+    9223372036854775808.0 as integer → -2702 | error number 99999999999 → -2702 | error "own" number 12 → 12)";
 
 /// Texts that would never end, or never stop to grow.
 constexpr auto endless =
