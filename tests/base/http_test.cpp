@@ -141,7 +141,7 @@ void HttpTest::boundsTime()
 
 void HttpTest::followsNoUnsafeRedirect()
 {
-    const HttpRequest plain;
+    HttpRequest plain;
     HttpRequest post;
     post.method = Method::post;
     HttpRequest token;
