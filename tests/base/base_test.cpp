@@ -1,88 +1,60 @@
+#include "base/DebugLog.h"
 #include "base/Decimal.h"
 #include "base/EventLoop.h"
 #include "base/NotificationCenter.h"
 #include "base/SerialQueue.h"
 
-#include <QSignalSpy>
+#include <QDateTime>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <limits>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::Literals::StringLiterals;
 
 class BaseTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void parsesDecimal_data();
     void parsesDecimal();
-    void writesDecimal_data();
     void writesDecimal();
     void notifies();
     void survivesObserverThatDies();
     void runsSerially();
     void firesWhileContextLives();
+    void logsLines();
+    void logsToNoOtherFile_data();
+    void logsToNoOtherFile();
 };
-
-void BaseTest::parsesDecimal_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<double>("value");
-    const auto row = [](const char* text, double value) {
-        QTest::newRow(text) << QString::fromUtf8(text) << value;
-    };
-    row("215.5", 215.5);
-    row("215000", 215000);
-    row("-3", -3);
-    row("+2.5", 2.5);
-    row("1e3", 1000);
-    row("", 0);
-    row(" 12.0", 0);
-    row("12.0 ", 0);
-    row("\t1", 0);
-    row("12,5", 0);
-    row("12.5s", 0);
-    row("+-1", 0);
-    row("nan", 0);
-    row("inf", 0);
-    row("1e999", 0);
-    row("٣", 0);
-    row("missing value", 0);
-}
 
 void BaseTest::parsesDecimal()
 {
-    QFETCH(QString, text);
-    QTEST(parseDecimal(text), "value");
-}
-
-void BaseTest::writesDecimal_data()
-{
-    QTest::addColumn<double>("value");
-    QTest::addColumn<QString>("text");
-    const auto row = [](const char* text, double value) {
-        QTest::newRow(text) << value << QString::fromUtf8(text);
-    };
-    row("42.5", 42.5);
-    row("90.0", 90);
-    row("0.0", 0);
-    row("-1.25", -1.25);
-    row("0.1", 0.1);
-    row("100000.0", 100000);
-    row("0.0001", 0.0001);
-    row("1.0e+16", 1e16);
-    row("187.99999999999997", 187.99999999999997);
-    row("1.0e+300", 1e300);
-    row("1.5e-09", 1.5e-9);
-    row("inf", std::numeric_limits<double>::infinity());
+    QCOMPARE(parseDecimal(u"+215.5"_s), 215.5);
+    QCOMPARE(parseDecimal(u"-1.5e2"_s), -150.0);
+    for (const char* none : {"", " 1", "1\t", "12,5", "12s", "+-1", "nan", "inf", "1e999", "٣"}) {
+        QVERIFY2(parseDecimal(QString::fromUtf8(none)) == 0, none);
+    }
 }
 
 void BaseTest::writesDecimal()
 {
-    QFETCH(double, value);
-    QTEST(decimalText(value), "text");
-    if (std::isfinite(value)) {
-        QCOMPARE(parseDecimal(decimalText(value)), value);
+    const QList<std::pair<double, QString>> rows = {
+        {42.5, u"42.5"_s},     {90, u"90.0"_s},
+        {-1.25, u"-1.25"_s},   {100000, u"100000.0"_s},
+        {0.0001, u"0.0001"_s}, {9.9e-5, u"9.9e-05"_s},
+        {0, u"0.0"_s},         {1e15, u"1000000000000000.0"_s},
+        {1e16, u"1.0e+16"_s},  {187.99999999999997, u"187.99999999999997"_s}};
+    for (const auto& [value, text] : rows) {
+        QCOMPARE(decimalText(value), text);
+        QCOMPARE(parseDecimal(text), value);
     }
+    QCOMPARE(decimalText(std::numeric_limits<double>::infinity()), u"inf"_s);
 }
 
 void BaseTest::notifies()
@@ -90,19 +62,17 @@ void BaseTest::notifies()
     NotificationCenter center;
     QObject context;
     QStringList heard;
-    center.observe(QStringLiteral("a"), &context, [&](const QVariantMap& info) {
-        heard << QStringLiteral("first ") + info[QStringLiteral("k")].toString();
+    center.observe(u"a"_s, &context, [&](const QVariantMap& info) {
+        heard << u"first "_s + info[u"k"_s].toString();
         // Registered while posting: from the next time on.
-        center.observe(QStringLiteral("a"), &context,
-                       [&](const QVariantMap&) { heard << QStringLiteral("late"); });
+        center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"late"_s; });
     });
-    center.observe(QStringLiteral("a"), &context,
-                   [&](const QVariantMap&) { heard << QStringLiteral("second"); });
-    center.post(QStringLiteral("b"));
-    center.post(QStringLiteral("a"), {{QStringLiteral("k"), 1}});
-    QCOMPARE(heard, QStringList({QStringLiteral("first 1"), QStringLiteral("second")}));
-    center.post(QStringLiteral("a"));
-    QCOMPARE(heard.last(), QStringLiteral("late"));
+    center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"second"_s; });
+    center.post(u"b"_s);
+    center.post(u"a"_s, {{u"k"_s, 1}});
+    QCOMPARE(heard, QStringList({u"first 1"_s, u"second"_s}));
+    center.post(u"a"_s);
+    QCOMPARE(heard.last(), u"late"_s);
 }
 
 void BaseTest::survivesObserverThatDies()
@@ -110,10 +80,10 @@ void BaseTest::survivesObserverThatDies()
     NotificationCenter center;
     auto context = std::make_unique<QObject>();
     int heard = 0;
-    center.observe(QStringLiteral("a"), this, [&](const QVariantMap&) { context.reset(); });
-    center.observe(QStringLiteral("a"), context.get(), [&](const QVariantMap&) { ++heard; });
-    center.post(QStringLiteral("a"));
-    center.post(QStringLiteral("a"));
+    center.observe(u"a"_s, this, [&](const QVariantMap&) { context.reset(); });
+    center.observe(u"a"_s, context.get(), [&](const QVariantMap&) { ++heard; });
+    center.post(u"a"_s);
+    center.post(u"a"_s);
     QCOMPARE(heard, 0);
 }
 
@@ -121,7 +91,7 @@ void BaseTest::runsSerially()
 {
     QList<int> order;
     {
-        SerialQueue queue(QStringLiteral("test"));
+        SerialQueue queue(u"test"_s);
         for (int i = 0; i < 500; ++i) {
             queue.async([&order, i] { order << i; }); // unguarded: only safe if nothing overlaps
         }
@@ -149,6 +119,53 @@ void BaseTest::firesWhileContextLives()
     QTRY_VERIFY(isLater);
     QCOMPARE(often, stopped);
     QCOMPARE(once, 1);
+}
+
+void BaseTest::logsLines()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"log"_s));
+    const mode_t before = umask(0);
+    for (const bool isNew : {true, false}) {
+        DebugLog(file.fileName()).write(u"naïve 夜"_s);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QString text = QString::fromUtf8(file.readAll());
+        file.close();
+        const QString line = u"\\[\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d \\+0000\\] naïve 夜\\n"_s;
+        const auto all = QRegularExpression::anchoredPattern(line.repeated(isNew ? 1 : 2));
+        QVERIFY2(QRegularExpression(all).match(text).hasMatch(), qPrintable(text));
+        struct stat status = {};
+        QCOMPARE(::stat(QFile::encodeName(file.fileName()).constData(), &status), 0);
+        QCOMPARE(status.st_mode & 0777U, 0600U);
+        file.setPermissions(QFile::ReadOther | QFile::ReadOwner | QFile::WriteOwner); // to be narrowed
+    }
+    umask(before);
+    const QDateTime summer(QDate(2026, 7, 1), QTime(1, 2, 3), QTimeZone("Asia/Tokyo"));
+    QCOMPARE(DebugLog::line(summer, u"m"_s), u"[2026-06-30 16:02:03 +0000] m\n"_s);
+}
+
+void BaseTest::logsToNoOtherFile_data()
+{
+    using Place = std::function<int(const char* path, const char* target)>; // 0 when it is there
+    QTest::addColumn<Place>("place");
+    QTest::newRow("link") << Place([](auto path, auto target) { return ::symlink(target, path); });
+    QTest::newRow("hard link") << Place([](auto path, auto target) { return ::link(target, path); });
+    QTest::newRow("pipe") << Place([](auto path, auto) { return ::mkfifo(path, 0600); });
+    QTest::newRow("folder") << Place([](auto path, auto) { return ::mkdir(path, 0700); });
+}
+
+void BaseTest::logsToNoOtherFile()
+{
+    QFETCH(const std::function<int(const char*, const char*)>, place);
+    const QTemporaryDir folder;
+    QFile target(folder.filePath(u"target"_s));
+    QVERIFY(target.open(QIODevice::ReadWrite));
+    const QString path = folder.filePath(u"log"_s);
+    QCOMPARE(place(QFile::encodeName(path).constData(), QFile::encodeName(target.fileName()).constData()), 0);
+    DebugLog log(path);
+    log.write(u"line"_s);
+    log.flush(); // a pipe without a reader must not hold it up
+    QCOMPARE(target.readAll(), QByteArray());
 }
 
 QTEST_GUILESS_MAIN(BaseTest)

@@ -29,12 +29,13 @@ public:
     KeyWitness& operator=(const KeyWitness&) = delete;
 
     /// None before it has had the keyboard for the first time.
-    xcb_window_t window() { return told("window ").value(0).toUInt(); }
+    xcb_window_t window() { return read(), _window; }
     qint64 processId() const { return _program.processId(); }
 
     /// The keys so far but for modifiers and the switch of layouts: with the modifiers that were held, and
     /// what the key types, as in "Shift+N=N". A comma stands between them.
-    QString keys() { return told("key ").join(u','); }
+    QString keys() { return read(), _keys.join(u','); }
+    void forgetKeys() { read(), _keys.clear(); }
 
     static bool isCalled(int argc, char** argv) { return argc == 3 && qstrcmp(argv[1], option) == 0; }
     static int run(int argc, char** argv)
@@ -69,19 +70,17 @@ private:
         }
     };
 
-    QStringList told(const char* kind)
+    void read()
     {
-        _output += _program.readAllStandardOutput();
-        QStringList values;
-        for (const QByteArray& line : _output.first(_output.lastIndexOf('\n') + 1).split('\n')) {
-            if (line.startsWith(kind)) {
-                values.append(QString::fromUtf8(line.mid(static_cast<qsizetype>(qstrlen(kind)))));
-            }
+        while (_program.canReadLine()) {
+            const QString line = QString::fromUtf8(_program.readLine()).chopped(1);
+            const QString value = line.section(u' ', 1);
+            line.startsWith(u'w') ? void(_window = value.toUInt()) : _keys.append(value);
         }
-        return values;
     }
 
     static constexpr auto option = "--key-witness";
     QProcess _program;
-    QByteArray _output;
+    xcb_window_t _window = XCB_WINDOW_NONE;
+    QStringList _keys;
 };

@@ -2,12 +2,13 @@
 #include "fuzz/Properties.h"
 #include "lyrics/AppleMusicLyricsService.h"
 #include "lyrics/LrcParser.h"
-#include "lyrics/Lyrics.h"
 #include "support/LogFile.h"
 
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -18,8 +19,7 @@ QString written(const QList<SyncedLyric>& lines)
     for (const SyncedLyric& line : lines) {
         QString text = decimalText(line.time) + u' ' + line.text;
         for (const LyricWord& word : line.words.value_or(QList<LyricWord>())) {
-            text +=
-                QStringLiteral(" {%1-%2 %3}").arg(decimalText(word.start), decimalText(word.end), word.text);
+            text += u" {%1-%2 %3}"_s.arg(decimalText(word.start), decimalText(word.end), word.text);
         }
         result << text;
     }
@@ -46,11 +46,9 @@ private Q_SLOTS:
     void readsLrc();
     void readsTTML_data();
     void readsTTML();
-    void refusesBadXml_data();
     void refusesBadXml();
     void replaysCorpus();
     void findsActiveLine();
-    void showsPlaceholder();
 
 private:
     LogFile _log;
@@ -59,16 +57,13 @@ private:
 void ParsersTest::readsLrc_data()
 {
     addRows({
-        {"empty", "", ""},
         {"fractions", "[01:02]Hello\n[00:01.5]a\n[00:02.50]b\n[00:03.005]c",
          "1.5 a|2.5 b|3.005 c|62.0 Hello"},
         {"fraction that is no number", "[00:01.x]a\n[00:02.]b\n[00:03.99999999999999999999]c",
          "1.0 a|2.0 b|3.0 c"},
         {"further pieces of the seconds", "[00:01.5.9]a\n[00:.7]b\n[00:.]c", "1.5 a|7.0 b"},
         {"several tags", "[00:10.5][00:20.5] \tChorus ", "10.5 Chorus|20.5 Chorus"},
-        {"empty text", "[00:05.00]\n[00:06]  ", "5.0 |6.0 "},
         {"metadata, plain, empty", "[ar:Someone]\nplain\n\n[la:en]x", ""},
-        {"unknown tag stays", "[00:10.00][xx]Text", "10.0 [xx]Text"},
         {"unclosed tag stays", "[00:10][00:20 b\n[00:30", "10.0 [00:20 b"},
         {"out of order, equal ones as they come", "[02:00]c\n[01:00]a\n[01:00]b\n[00:30]z",
          "30.0 z|60.0 a|60.0 b|120.0 c"},
@@ -132,7 +127,6 @@ void ParsersTest::readsTTML_data()
         {"entity of the document", "<!DOCTYPE tt [<!ENTITY e 'hi'>]><tt><p>&e; you</p></tt>", "0.0 hi you"},
         {"entity of a file", "<!DOCTYPE tt [<!ENTITY e SYSTEM 'file:///etc/passwd'>]><tt><p>a&e;b</p></tt>",
          "0.0 ab"},
-        {"another encoding by name", "<?xml version='1.0' encoding='UTF-16'?><tt><p>ä</p></tt>", "0.0 ä"},
     });
 }
 
@@ -145,37 +139,26 @@ void ParsersTest::readsTTML()
     QCOMPARE(_log.take(), QStringList());
 }
 
-void ParsersTest::refusesBadXml_data()
-{
-    QTest::addColumn<QString>("document");
-    const QString line = QStringLiteral("<p begin='1'>a</p>");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("cut off") << QStringLiteral("<tt>") + line;
-    QTest::newRow("crossed") << QStringLiteral("<tt>") + line + QStringLiteral("<p></tt></p>");
-    QTest::newRow("unknown entity") << QStringLiteral("<tt><p>&e;</p></tt>");
-    QTest::newRow("deep") << QStringLiteral("<p>").repeated(300'000);
-    QString bomb = QStringLiteral("<!DOCTYPE tt [<!ENTITY e0 'lol'>");
-    for (int i = 1; i < 12; ++i) {
-        bomb +=
-            QStringLiteral("<!ENTITY e%1 '%2'>").arg(i).arg(QStringLiteral("&e%1;").arg(i - 1).repeated(10));
-    }
-    QTest::newRow("entity bomb") << bomb + QStringLiteral("]><tt><p>&e11;</p></tt>");
-    QTest::newRow("entity bomb in a time") << bomb + QStringLiteral("]><tt><p begin='&e11;'>a</p></tt>");
-    QTest::newRow("flat entity bomb")
-        << QStringLiteral("<!DOCTYPE tt [<!ENTITY e '%1'>]><tt><p>%2</p></tt>")
-               .arg(QString(5000, u'x'), QStringLiteral("&e;").repeated(300'000));
-}
-
 void ParsersTest::refusesBadXml()
 {
-    QFETCH(QString, document);
+    QString bomb = u"<!DOCTYPE tt [<!ENTITY e0 'lol'>"_s;
+    for (int i = 1; i < 12; ++i) {
+        bomb += u"<!ENTITY e%1 '%2'>"_s.arg(i).arg(u"&e%1;"_s.arg(i - 1).repeated(10));
+    }
+    const QString flatBomb = u"<!DOCTYPE tt [<!ENTITY e '%1'>]><tt><p>%2</p></tt>"_s;
     QElapsedTimer timer;
     timer.start();
-    QVERIFY(!AppleMusicLyricsService::parseTTML(document));
-    QVERIFY2(timer.elapsed() < 3000, "it took its time");
-    const QStringList log = _log.take();
-    QCOMPARE(log.size(), 1);
-    QVERIFY(log[0].startsWith(QStringLiteral("Lyrics: XMLParser failed: ")));
+    for (const QString& document :
+         {QString(), u"<tt><p begin='1'>a</p>"_s, u"<tt><p>a</p><p></tt></p>"_s, u"<tt><p>&e;</p></tt>"_s,
+          u"<p>"_s.repeated(300'000), QString(bomb + u"]><tt><p>&e11;</p></tt>"),
+          QString(bomb + u"]><tt><p begin='&e11;'>a</p></tt>"),
+          flatBomb.arg(QString(5000, u'x'), u"&e;"_s.repeated(300'000))}) {
+        QVERIFY2(!AppleMusicLyricsService::parseTTML(document), qPrintable(document.left(80)));
+        const QStringList log = _log.take();
+        QCOMPARE(log.size(), 1);
+        QVERIFY(log[0].startsWith(u"Lyrics: XMLParser failed: "));
+    }
+    QVERIFY2(timer.elapsed() < 20'000, "it took its time");
 }
 
 void ParsersTest::replaysCorpus()
@@ -190,37 +173,20 @@ void ParsersTest::replaysCorpus()
             QVERIFY2(holds(file.readAll()), qPrintable(info.filePath()));
         }
     };
-    replay(QStringLiteral("lrc"), Properties::holdForLrc);
-    replay(QStringLiteral("ttml"), Properties::holdForTTML);
+    replay(u"lrc"_s, Properties::holdForLrc);
+    replay(u"ttml"_s, Properties::holdForTTML);
     _log.take();
 }
 
 void ParsersTest::findsActiveLine()
 {
-    const auto lines = parseSynced(QStringLiteral("[0:1]a\n[0:2]b\n[0:2]c\n[0:3]d"));
+    const auto lines = parseSynced(u"[0:1]a\n[0:2]b\n[0:2]c\n[0:3]d"_s);
     QCOMPARE(activeLine(lines, 0.9), std::nullopt);
     QCOMPARE(activeLine(lines, 1.0), 0);
     QCOMPARE(activeLine(lines, 1.9), 0);
     QCOMPARE(activeLine(lines, 2.0), 2); // of two that begin at once the last
     QCOMPARE(activeLine(lines, 1e9), 3);
     QCOMPARE(activeLine({}, 1), std::nullopt);
-}
-
-void ParsersTest::showsPlaceholder()
-{
-    const QString loading = QStringLiteral("Loading lyrics…");
-    const QString none = QStringLiteral("No lyrics available");
-    const Lyrics empty;
-    const Lyrics blank{.trackTitle = {}, .artist = {}, .plain = QString()};
-    const Lyrics plain{.trackTitle = {}, .artist = {}, .plain = QStringLiteral("la")};
-    const Lyrics synced{.trackTitle = {}, .artist = {}, .synced = {{.time = 1, .text = {}}}};
-    QCOMPARE(lyricsPlaceholder(std::nullopt, true), loading);
-    QCOMPARE(lyricsPlaceholder(std::nullopt, false), none);
-    QCOMPARE(lyricsPlaceholder(empty, false), none);
-    QCOMPARE(lyricsPlaceholder(blank, false), none);
-    QCOMPARE(lyricsPlaceholder(plain, false), QStringLiteral("Lyrics not synced"));
-    QCOMPARE(lyricsPlaceholder(synced, false), std::nullopt);
-    QCOMPARE(shownText(synced.synced[0]), QStringLiteral("♪"));
 }
 
 QTEST_GUILESS_MAIN(ParsersTest)

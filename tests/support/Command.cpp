@@ -18,3 +18,10 @@ QString output(const QString& program, const QStringList& arguments, int limit)
     }
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
+
+QString run(const QString& commandLine)
+{
+    QStringList words = QProcess::splitCommand(commandLine);
+    const QString program = words.takeFirst();
+    return output(program, words);
+}
