@@ -23,11 +23,6 @@ QImage screenshot()
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
 }
 
-QString xdotool(const QString& words)
-{
-    return output(QStringLiteral("xdotool"), words.split(u' '));
-}
-
 } // namespace
 
 /// The built program in a real session: what is on the screen, and what its clicks do to a real player.

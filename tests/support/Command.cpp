@@ -18,3 +18,13 @@ QString output(const QString& program, const QStringList& arguments, int limit)
     }
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
+
+QString pactl(const QString& words)
+{
+    return output(QStringLiteral("pactl"), words.split(u' '));
+}
+
+QString xdotool(const QString& words)
+{
+    return output(QStringLiteral("xdotool"), words.split(u' '));
+}
