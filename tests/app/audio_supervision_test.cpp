@@ -40,10 +40,12 @@ struct Supervised : EngineFixture {
         service->refresh();
     }
 
-    void saveSystemPower(bool isLow)
+    void hearFor(double seconds, float level)
     {
-        desktop.power.isLow = isLow;
-        Q_EMIT desktop.power.changed();
+        for (double passed = 0; passed < seconds; passed += 0.1) {
+            desktop.runLoop.advance(0.1);
+            hear(level);
+        }
     }
 
     PillVisibilityManager visibility{defaults};
@@ -58,47 +60,49 @@ class AudioSupervisionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void followsPlayback();
+    void followsUse();
     void listensWhileSystemAudioIsFollowed();
     void triesAgainWhileWanted();
 };
 
-void AudioSupervisionTest::followsPlayback()
+void AudioSupervisionTest::followsUse()
 {
     Supervised engine(playersOnly);
     QVERIFY(!engine.isCapturing());
     engine.play(QStringLiteral("playing"));
     QVERIFY(engine.isCapturing());
-    engine.saveSystemPower(true);
-    QVERIFY(!engine.isCapturing());
-    engine.saveSystemPower(false);
-    QVERIFY(engine.isCapturing());
-    engine.visibility.setShowVisualizer(false);
-    QVERIFY(!engine.isCapturing());
-    engine.visibility.setShowVisualizer(true);
-    QVERIFY(engine.isCapturing());
-    engine.play(QStringLiteral("paused"));
-    QVERIFY(!engine.isCapturing());
-    engine.power->setManualMode(PowerMode::lowPower);
-    engine.play(QStringLiteral("playing"));
-    QVERIFY(!engine.isCapturing());
+    const QList<std::function<void(bool)>> switches = {
+        [&](bool isOn) { engine.power->setManualMode(isOn ? PowerMode::normal : PowerMode::lowPower); },
+        [&](bool isOn) { engine.visibility.setShowVisualizer(isOn); },
+        [&](bool isOn) { engine.play(isOn ? QStringLiteral("playing") : QStringLiteral("paused")); },
+        [&](bool isOn) {
+            engine.desktop.power.isLow = !isOn;
+            Q_EMIT engine.desktop.power.changed();
+        }};
+    for (const auto& set : switches) {
+        set(false);
+        QVERIFY(!engine.isCapturing());
+        set(true);
+        QVERIFY(engine.isCapturing());
+    }
 }
 
+/// Through silences and keys, and whatever becomes of the clock on the wall.
 void AudioSupervisionTest::listensWhileSystemAudioIsFollowed()
 {
     Supervised engine(systemAudioToo);
-    QVERIFY(engine.isCapturing());
-    engine.hear(0.5F);
+    engine.hearFor(2, 0.5F);
     QCOMPARE(engine.service->activePlayer(), Player::systemAudio);
-    for (int i = 0; i < 15; ++i) {
-        engine.hear(0);
-    }
-    QVERIFY(!engine.service->isPlaying());
+    engine.service->togglePlayPause();
+    QCOMPARE(engine.keys.size(), 1);
+    engine.desktop.runLoop.setDateForward(-3600);
+    engine.hearFor(60, 0);
+    QCOMPARE(engine.service->activePlayer(), Player::none);
     QVERIFY(engine.isCapturing());
+    engine.hearFor(2, 0.5F);
+    QVERIFY(engine.service->activePlayer() == Player::systemAudio && engine.service->isPlaying());
     engine.manager->toggle(AudioSource::systemAudio);
     QVERIFY(!engine.isCapturing());
-    engine.manager->toggle(AudioSource::systemAudio);
-    QVERIFY(engine.isCapturing());
 }
 
 void AudioSupervisionTest::triesAgainWhileWanted()

@@ -1,19 +1,23 @@
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "audio/MediaKeys.h"
 #include "base/NotificationCenter.h"
 #include "support/FakeCapture.h"
-#include "support/ManualRunLoop.h"
+#include "support/FakePlatform.h"
+#include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
 
 #include <QTest>
 
+using Key = MediaKeys::Key;
+
 namespace {
 
-const QString key = QStringLiteral("pellar.audio.sources");
+const QString sourcesKey = QStringLiteral("pellar.audio.sources");
 
-struct Fixture {
-    explicit Fixture(const QVariant& stored = {})
-        : manager((defaults.values.insert(key, stored), defaults), notifications, bridge)
+struct Sources {
+    explicit Sources(const QVariant& stored = {})
+        : manager((defaults.values.insert(sourcesKey, stored), defaults), notifications, bridge)
     {
     }
     MemoryDefaults defaults;
@@ -25,6 +29,7 @@ struct Fixture {
 
 } // namespace
 
+/// Which sound is followed, and how sound of no known player is controlled.
 class AudioSourcesTest : public QObject
 {
     Q_OBJECT
@@ -34,25 +39,20 @@ private Q_SLOTS:
     void toggle();
     void assignmentsAreStoredThenTold();
     void bridgeFollowsItsSwitch();
+    void keyTakesOneWay_data();
+    void keyTakesOneWay();
 };
 
 void AudioSourcesTest::toggle_data()
 {
     QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<int>("before");
     QTest::addColumn<int>("toggled");
     QTest::addColumn<int>("after");
-    const auto row = [](const char* name, const QVariant& stored, int before, int toggled, int after) {
-        QTest::newRow(name) << stored << before << toggled << after;
-    };
-    row("absent", {}, 3, 1, 2);
-    row("none", qlonglong{0}, 0, 2, 2);
-    row("beyond int", qlonglong{1} << 32, 3, 4, 7);
-    row("text", QStringLiteral("4"), 3, 3, 0);
-    row("one of two missing", qlonglong{1}, 1, 3, 3);
-    row("both there", qlonglong{7}, 7, 3, 4);
-    row("unknown bits stay", qlonglong{9}, 9, 1, 8);
-    row("negative", qlonglong{-2}, -2, 1, -1);
+    QTest::newRow("absent") << QVariant() << 1 << 2;
+    QTest::newRow("beyond int") << QVariant(qlonglong{1} << 32) << 4 << 7;
+    QTest::newRow("text") << QVariant(QStringLiteral("4")) << 3 << 0;
+    QTest::newRow("one of two missing") << QVariant(qlonglong{1}) << 3 << 3;
+    QTest::newRow("unknown bits stay") << QVariant(qlonglong{9}) << 1 << 8;
 }
 
 void AudioSourcesTest::toggle()
@@ -60,32 +60,29 @@ void AudioSourcesTest::toggle()
     QFETCH(const QVariant, stored);
     QFETCH(const int, toggled);
     QFETCH(const int, after);
-    Fixture fixture(stored);
-    QTEST(fixture.manager.enabledSources().toInt(), "before");
-    QVERIFY(!fixture.bridge.isEnabled()); // reading is no assignment
-    fixture.manager.toggle(AudioSources::fromInt(toggled));
-    QCOMPARE(fixture.manager.enabledSources().toInt(), after);
-    QCOMPARE(fixture.defaults.integer(key), std::optional(qlonglong{after}));
+    Sources sources(stored);
+    QVERIFY(!sources.bridge.isEnabled()); // reading is no assignment
+    sources.manager.toggle(AudioSources::fromInt(toggled));
+    QCOMPARE(sources.manager.enabledSources().toInt(), after);
+    QCOMPARE(sources.defaults.integer(sourcesKey), std::optional(qlonglong{after}));
 }
 
 void AudioSourcesTest::assignmentsAreStoredThenTold()
 {
-    Fixture fixture;
+    Sources sources;
     int posts = 0;
     bool wasReady = false;
-    fixture.notifications.observe(
-        QStringLiteral("com.orvalen.pellar.audioSourceChanged"), &fixture.manager, [&](const QVariantMap&) {
+    sources.notifications.observe(
+        QStringLiteral("com.orvalen.pellar.audioSourceChanged"), &sources.manager, [&](const QVariantMap&) {
             ++posts;
-            wasReady = fixture.defaults.integer(key) == 7 && fixture.manager.includesSystemAudio() &&
-                       fixture.bridge.isEnabled();
+            wasReady = sources.defaults.integer(sourcesKey) == 7 && sources.manager.includesSystemAudio() &&
+                       sources.bridge.isEnabled();
         });
-    fixture.manager.toggle(AudioSource::systemAudio);
-    QCOMPARE(posts, 1);
-    QVERIFY(wasReady && fixture.bridge.hasUserDecided());
-    fixture.manager.setEnabledSources(AudioSource::spotify);
+    sources.manager.toggle(AudioSource::systemAudio);
+    QVERIFY(posts == 1 && wasReady && sources.bridge.hasUserDecided());
+    sources.manager.setEnabledSources(AudioSource::spotify);
     QCOMPARE(posts, 2);
-    QVERIFY(fixture.manager.includesSpotify() && !fixture.manager.includesAppleMusic());
-    QVERIFY(fixture.bridge.isEnabled()); // the source does not switch it off again
+    QVERIFY(sources.bridge.isEnabled()); // the source does not switch it off again
 }
 
 void AudioSourcesTest::bridgeFollowsItsSwitch()
@@ -99,7 +96,7 @@ void AudioSourcesTest::bridgeFollowsItsSwitch()
     QVERIFY(!capture->isRunning);
 
     bridge.setEnabled(true);
-    QVERIFY(capture->isRunning && bridge.hasUserDecided());
+    QVERIFY(capture->isRunning);
     Q_EMIT capture->liveChanged(true);
     Q_EMIT capture->bandsPublished({1, 1, 1, 1});
     QVERIFY(bridge.isLive() && bridge.bands()[3] == 1);
@@ -108,14 +105,83 @@ void AudioSourcesTest::bridgeFollowsItsSwitch()
     runLoop.settle();
     QVERIFY(!capture->isRunning && !bridge.isLive());
     QCOMPARE(bridge.bands(), (QList<float>{0, 0, 0, 0}));
-    const auto stored = [&defaults] {
-        return defaults.boolean(QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled"));
-    };
-    QCOMPARE(stored(), std::optional(false));
     defaults.values.clear();
     bridge.setEnabled(false); // an equal value is a decision, too
-    QCOMPARE(stored(), std::optional(false));
-    QVERIFY(bridge.hasUserDecided());
+    QVERIFY(!AudioBridge(runLoop, defaults, nullptr).isEnabled() && bridge.hasUserDecided());
+}
+
+void AudioSourcesTest::keyTakesOneWay_data()
+{
+    QTest::addColumn<QString>("front");
+    QTest::addColumn<QString>("reply"); // of the browser
+    QTest::addColumn<bool>("isGrabbed");
+    QTest::addColumn<bool>("isPlayer");
+    QTest::addColumn<QString>("way");
+
+    const QString browser = QStringLiteral("com.apple.Safari");
+    const QString music = QStringLiteral("com.apple.Music");
+    const QString done = QStringLiteral("OK");
+    QTest::newRow("browser") << browser << done << false << true << "type";
+    QTest::newRow("page is gone") << browser << "ERR: gone" << true << true << "type post";
+    QTest::newRow("not permitted") << browser << QString() << false << true << "type send";
+    QTest::newRow("no browser, grabbed") << music << done << true << true << "post";
+    QTest::newRow("nothing in front, not grabbed") << QString() << done << false << true << "send";
+    QTest::newRow("nobody there") << QString() << done << false << false << "post";
+}
+
+void AudioSourcesTest::keyTakesOneWay()
+{
+    QFETCH(QString, front);
+    QFETCH(QString, reply);
+    QFETCH(bool, isGrabbed);
+    QFETCH(bool, isPlayer);
+    const LogFile log;
+    FakePlatform desktop;
+    desktop.workspace.front = RunningApplication{.processId = 4711, .bundleId = front};
+    const auto script = [](const char* keystroke) {
+        return QStringLiteral("tell application \"System Events\"\n"
+                              "    try\n"
+                              "        set p to first process whose unix id is 4711\n"
+                              "        tell p to keystroke %1\n"
+                              "        return \"OK\"\n"
+                              "    on error errMsg\n"
+                              "        return \"ERR: \" & errMsg\n"
+                              "    end try\n"
+                              "end tell")
+            .arg(QString::fromUtf8(keystroke));
+    };
+    const QMap<Key, QString> scripts = {{Key::playPause, script(R"(" ")")},
+                                        {Key::next, script(R"("N" using {shift down})")},
+                                        {Key::previous, script(R"("P" using {shift down})")}};
+    desktop.eventTaps.isGrabbed = isGrabbed;
+    if (isPlayer) {
+        desktop.mediaPlayers.players = {{.id = QStringLiteral(":1.7"), .isPlaying = true}};
+    }
+    for (const Key key : scripts.keys()) {
+        desktop.scripts.outcomes[scripts[key]].reply = reply;
+        MediaKeys(desktop.ports).send(key);
+        QStringList way;
+        for (const QString& typed : desktop.scripts.take()) {
+            QCOMPARE(typed, scripts[key]);
+            way << QStringLiteral("type");
+        }
+        for (const auto& sent : std::exchange(desktop.mediaPlayers.sent, {})) {
+            QCOMPARE(sent.first, QStringLiteral(":1.7"));
+            way << QStringLiteral("send");
+        }
+        using Tap = EventTaps::Tap;
+        const int code = static_cast<int>(key) << 16;
+        const SystemDefinedEvent down{.modifierFlags = 0xA00, .data1 = code | 0xA00, .data2 = -1};
+        const SystemDefinedEvent up{.modifierFlags = 0xB00, .data1 = code | 0xB00, .data2 = -1};
+        const auto posted = std::exchange(desktop.eventTaps.posted, {});
+        if (!posted.isEmpty()) {
+            QVERIFY(posted ==
+                    (decltype(posted){
+                        {down, Tap::hid}, {down, Tap::session}, {up, Tap::hid}, {up, Tap::session}}));
+            way << QStringLiteral("post");
+        }
+        QTEST(way.join(u' '), "way");
+    }
 }
 
 QTEST_GUILESS_MAIN(AudioSourcesTest)

@@ -9,64 +9,100 @@
 
 namespace {
 
-/// Ends a service that tools/desktop has started, by the id that it left. One that is still ending would keep
-/// the lock that its successor needs.
-void killService(const QString& name)
+const QString pipewire = QStringLiteral("pipewire");
+const QString manager = QStringLiteral("wireplumber");
+const QString pulse = QStringLiteral("pipewire-pulse");
+
+/// The file in which tools/desktop left the id of a service.
+QString idFile(const QString& name)
 {
-    QFile file(qEnvironmentVariable("PELLAR_DESKTOP_PID") + u'/' + name);
-    bool isNumber = false;
-    if (file.open(QIODevice::ReadOnly)) {
-        const int id = file.readAll().trimmed().toInt(&isNumber);
-        if (isNumber && id > 1) {
-            ::kill(id, SIGKILL);
-            static_cast<void>(QTest::qWaitFor([id] { return ::kill(id, 0) != 0; }));
-        }
-        file.remove(); // the id may soon be another's
-    }
+    return qEnvironmentVariable("PELLAR_DESKTOP_PID") + u'/' + name;
 }
 
-void killProcess(QProcess& process)
+/// 0 when it is gone.
+int sessionsOwn(const QString& name)
 {
-    process.kill();
-    process.waitForFinished();
+    QFile file(idFile(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
 }
 
-/// pw-cli's answer; "?" when it fails, or hangs, as it may while the server is starting.
-QString pwCli(const QStringList& words)
+/// Whether a tool succeeds; one may hang while the server is starting.
+bool answers(const QString& tool, const QStringList& words)
 {
     constexpr int limit = 1000; // milliseconds
-    return output(QStringLiteral("pw-cli"), words, limit);
+    return output(tool, words, limit) != QStringLiteral("?");
 }
 
 } // namespace
 
+SoundServer::~SoundServer()
+{
+    killOwn();
+}
+
+void SoundServer::killOwn()
+{
+    for (const auto& service : std::exchange(_services, {})) {
+        service->kill();
+        service->waitForFinished();
+    }
+}
+
 void SoundServer::kill()
 {
-    for (const char* name : {"pipewire", "wireplumber", "pipewire-pulse"}) {
-        killService(QString::fromUtf8(name));
+    killOwn();
+    for (const QString& name : {pipewire, manager, pulse}) {
+        if (const int id = sessionsOwn(name); id > 1) {
+            ::kill(id, SIGKILL);
+            // One that is still ending would keep the lock that its successor needs.
+            static_cast<void>(QTest::qWaitFor([id] { return ::kill(id, 0) != 0; }));
+            QFile::remove(idFile(name)); // the id may soon be another's
+        }
     }
-    killProcess(_pipewire);
-    killProcess(_manager);
+}
+
+void SoundServer::send(int signal) const
+{
+    const auto service = _services.value(pipewire);
+    const int id = service ? static_cast<int>(service->processId()) : sessionsOwn(pipewire);
+    if (id > 1) {
+        ::kill(id, signal);
+    }
+}
+
+bool SoundServer::startService(const QString& name, const std::function<bool()>& isUp)
+{
+    constexpr int limit = 15'000; // milliseconds
+    const auto service = std::make_shared<QProcess>();
+    _services.insert(name, service);
+    service->start(name, QStringList());
+    return QTest::qWaitFor(isUp, limit);
 }
 
 bool SoundServer::start()
 {
-    constexpr int limit = 15'000; // milliseconds
-    const QString failed = QStringLiteral("?");
-    _pipewire.start(QStringLiteral("pipewire"), QStringList());
-    const auto isUp = [&] { return pwCli({QStringLiteral("info"), QStringLiteral("0")}) != failed; };
-    if (!QTest::qWaitFor(isUp, limit)) {
-        return false;
-    }
-    _manager.start(QStringLiteral("wireplumber"), QStringList());
-    const QString sink = QStringLiteral("{ factory.name=support.null-audio-sink node.name=speakers "
-                                        "media.class=Audio/Sink object.linger=true audio.position=[FL FR] }");
-    const auto isMade = [&] {
-        return pwCli({QStringLiteral("create-node"), QStringLiteral("adapter"), sink}) != failed;
+    const auto hasMetadata = [] {
+        return output(QStringLiteral("pw-cli"), {QStringLiteral("ls"), QStringLiteral("Metadata")}, 1000)
+            .contains(QStringLiteral("\"default\""));
     };
-    const auto hasPorts = [] {
-        return pwCli({QStringLiteral("list-objects"), QStringLiteral("Port")})
-            .contains(QStringLiteral("playback_FL"));
+    const auto hasSinks = [] {
+        for (const char* sink : {"speakers", "headphones"}) {
+            const QString name = QString::fromUtf8(sink);
+            if (!run(QStringLiteral("pactl list short sinks")).contains(name)) {
+                run(QStringLiteral("pactl load-module module-null-sink media.class=Audio/Sink sink_name=%1 "
+                                   "sink_properties=device.description=%2")
+                        .arg(name, name.left(1).toUpper() + name.mid(1)));
+            }
+        }
+        run(QStringLiteral("pactl set-default-sink speakers"));
+        return run(QStringLiteral("pactl get-default-sink")) == QStringLiteral("speakers");
     };
-    return QTest::qWaitFor(isMade, limit) && QTest::qWaitFor(hasPorts, limit);
+    return startService(
+               pipewire,
+               [] {
+                   return answers(QStringLiteral("pw-cli"), {QStringLiteral("info"), QStringLiteral("0")});
+               }) &&
+           startService(manager, hasMetadata) &&
+           startService(pulse, [] { return answers(QStringLiteral("pactl"), {QStringLiteral("info")}); }) &&
+           QTest::qWaitFor(hasSinks);
 }

@@ -23,11 +23,6 @@ QImage screenshot()
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
 }
 
-QString xdotool(const QString& words)
-{
-    return output(QStringLiteral("xdotool"), words.split(u' '));
-}
-
 } // namespace
 
 /// The built program in a real session: what is on the screen, and what its clicks do to a real player.
@@ -91,8 +86,9 @@ bool DesktopTest::startProgram()
 /// Where the window server says that the pill is.
 QRect DesktopTest::pill() const
 {
-    const QString id = xdotool(QStringLiteral("search --onlyvisible --name ^Pellar$")).section(u'\n', 0, 0);
-    const QStringList lines = xdotool(QStringLiteral("getwindowgeometry --shell ") + id).split(u'\n');
+    const QString id =
+        run(QStringLiteral("xdotool search --onlyvisible --name ^Pellar$")).section(u'\n', 0, 0);
+    const QStringList lines = run(QStringLiteral("xdotool getwindowgeometry --shell ") + id).split(u'\n');
     QMap<QString, int> values;
     for (const QString& line : lines) {
         values[line.section(u'=', 0, 0)] = line.section(u'=', 1).toInt();
@@ -104,16 +100,18 @@ QRect DesktopTest::pill() const
 void DesktopTest::click(const QRectF& frame, int button) const
 {
     const QPoint point = pill().topLeft() + frame.center().toPoint();
-    xdotool(QStringLiteral("mousemove %1 %2 click %3").arg(point.x()).arg(point.y()).arg(button));
-    xdotool(QStringLiteral("mousemove 5 500"));
+    run(QStringLiteral("xdotool mousemove %1 %2 click %3").arg(point.x()).arg(point.y()).arg(button));
+    run(QStringLiteral("xdotool mousemove 5 500"));
 }
 
 /// A press as long as a long press is.
 void DesktopTest::hold(const QRectF& frame) const
 {
     const QPoint point = pill().topLeft() + frame.center().toPoint();
-    xdotool(QStringLiteral("mousemove %1 %2 mousedown 1 sleep 0.6 mouseup 1").arg(point.x()).arg(point.y()));
-    xdotool(QStringLiteral("mousemove 5 500"));
+    run(QStringLiteral("xdotool mousemove %1 %2 mousedown 1 sleep 0.6 mouseup 1")
+            .arg(point.x())
+            .arg(point.y()));
+    run(QStringLiteral("xdotool mousemove 5 500"));
 }
 
 /// Presses and lets go at parts of the progress line's width.
@@ -121,8 +119,8 @@ void DesktopTest::dragProgress(double from, double to) const
 {
     const QRectF line = _layout.progress.translated(pill().topLeft());
     const auto at = [&line](double part) { return qRound(line.left() + part * line.width()); };
-    xdotool(QStringLiteral("mousemove %1 %2 mousedown 1").arg(at(from)).arg(qRound(line.center().y())));
-    xdotool(QStringLiteral("mousemove %1 %2 mouseup 1 mousemove 5 500").arg(at(to)).arg(300));
+    run(QStringLiteral("xdotool mousemove %1 %2 mousedown 1").arg(at(from)).arg(qRound(line.center().y())));
+    run(QStringLiteral("xdotool mousemove %1 %2 mouseup 1 mousemove 5 500").arg(at(to)).arg(300));
 }
 
 void DesktopTest::staysAlone()
@@ -132,7 +130,7 @@ void DesktopTest::staysAlone()
     QVERIFY(second.waitForFinished(10000));
     QCOMPARE(second.readAllStandardError(), QByteArray("Pellar is already running.\n"));
     QCOMPARE(second.exitCode(), 1);
-    QCOMPARE(xdotool(QStringLiteral("search --onlyvisible --name ^Pellar$")).split(u'\n').size(), 1);
+    QCOMPARE(run(QStringLiteral("xdotool search --onlyvisible --name ^Pellar$")).split(u'\n').size(), 1);
 }
 
 void DesktopTest::followsPlayerOnScreen()
@@ -197,9 +195,11 @@ void DesktopTest::tellsPressesApart()
     QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused"));
     for (const QRectF& control : {_layout.playButton, _layout.nextButton, _layout.progress}) {
         click(control, 3);
-        QTRY_VERIFY(xdotool(QStringLiteral("search --onlyvisible --class pellar")).split(u'\n').size() > 1);
-        xdotool(QStringLiteral("key Escape"));
-        QTRY_COMPARE(xdotool(QStringLiteral("search --onlyvisible --class pellar")).split(u'\n').size(), 1);
+        QTRY_VERIFY(run(QStringLiteral("xdotool search --onlyvisible --class pellar")).split(u'\n').size() >
+                    1);
+        run(QStringLiteral("xdotool key Escape"));
+        QTRY_COMPARE(run(QStringLiteral("xdotool search --onlyvisible --class pellar")).split(u'\n').size(),
+                     1);
     }
     hold(_layout.title);
     const QString title = RealPlayer::metadata(QStringLiteral("title"));
@@ -220,17 +220,17 @@ void DesktopTest::survivesStoppedPlayer()
     stopped.start();
     const QPoint play = pill().topLeft() + _layout.playButton.center().toPoint();
     for (int round = 0; round < 5; ++round) {
-        xdotool(QStringLiteral("mousemove 5 500"));
+        run(QStringLiteral("xdotool mousemove 5 500"));
         QTRY_VERIFY_WITH_TIMEOUT(part(_layout.playButton).pixelColor(0, 8).lightness() > 240, 1000);
-        xdotool(QStringLiteral("mousemove %1 %2").arg(play.x()).arg(play.y()));
+        run(QStringLiteral("xdotool mousemove %1 %2").arg(play.x()).arg(play.y()));
         QTRY_VERIFY_WITH_TIMEOUT(part(_layout.playButton).pixelColor(0, 8).lightness() < 240, 1000);
         QTest::qWait(2000 * (round + 1) - static_cast<int>(stopped.elapsed()));
     }
     QVERIFY(stopped.elapsed() >= 10000);
-    xdotool(QStringLiteral("click 1")); // kept for the player until it goes on
+    run(QStringLiteral("xdotool click 1")); // kept for the player until it goes on
     _mpv.send(SIGCONT);
     QTRY_COMPARE(RealPlayer::status(), QStringLiteral("Paused"));
-    xdotool(QStringLiteral("mousemove 5 500"));
+    run(QStringLiteral("xdotool mousemove 5 500"));
     QTRY_COMPARE(part(_layout.playButton), _idle.copy(_layout.playButton.toAlignedRect()));
     RealPlayer::tell(QStringLiteral("play"));
     QTRY_VERIFY(part(_layout.playButton) != _idle.copy(_layout.playButton.toAlignedRect()));
@@ -250,15 +250,15 @@ void DesktopTest::isDraggedAndRemembersIt()
     const auto drag = [this](int way, const QString& key) {
         const QPoint from = pill().topLeft() + QPoint(120, 10);
         if (!key.isEmpty()) {
-            xdotool(u"keydown " + key);
+            run(u"xdotool keydown " + key);
         }
-        xdotool(QStringLiteral("mousemove %1 %2").arg(from.x()).arg(from.y()));
-        xdotool(QStringLiteral("mousedown 1"));
-        xdotool(QStringLiteral("mousemove %1 %2").arg(from.x() + way / 2).arg(from.y()));
-        xdotool(QStringLiteral("mousemove %1 %2").arg(from.x() + way).arg(from.y() + 50));
-        xdotool(QStringLiteral("mouseup 1"));
+        run(QStringLiteral("xdotool mousemove %1 %2").arg(from.x()).arg(from.y()));
+        run(QStringLiteral("xdotool mousedown 1"));
+        run(QStringLiteral("xdotool mousemove %1 %2").arg(from.x() + way / 2).arg(from.y()));
+        run(QStringLiteral("xdotool mousemove %1 %2").arg(from.x() + way).arg(from.y() + 50));
+        run(QStringLiteral("xdotool mouseup 1"));
         if (!key.isEmpty()) {
-            xdotool(u"keyup " + key);
+            run(u"xdotool keyup " + key);
         }
     };
     drag(40, QString()); // without the key it is the pill's own
@@ -276,8 +276,8 @@ void DesktopTest::isDraggedAndRemembersIt()
 void DesktopTest::quitsFromItsMenu()
 {
     click(_layout.title, 3);
-    QTRY_VERIFY(xdotool(QStringLiteral("search --onlyvisible --class pellar")).split(u'\n').size() > 1);
-    xdotool(QStringLiteral("key Up Return")); // the last row
+    QTRY_VERIFY(run(QStringLiteral("xdotool search --onlyvisible --class pellar")).split(u'\n').size() > 1);
+    run(QStringLiteral("xdotool key Up Return")); // the last row
     QTRY_COMPARE(_program.state(), QProcess::NotRunning);
     QCOMPARE(_program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(_program.exitCode(), 0);

@@ -184,11 +184,9 @@ void SystemAudioTest::wakesAfterLongSilence()
     QSignalSpy playing(&_listener->service, &NowPlayingService::isPlayingChanged);
     QTRY_COMPARE_WITH_TIMEOUT(_listener->service.activePlayer(), Player::none, 15'000);
     QVERIFY(playing.isEmpty());
-    QTRY_VERIFY_WITH_TIMEOUT(
-        !output(QStringLiteral("pactl"),
-                {QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sinks")})
-             .contains(QRegularExpression(QStringLiteral("RUNNING|IDLE"))),
-        15'000);
+    QTRY_VERIFY_WITH_TIMEOUT(!run(QStringLiteral("pactl list short sinks"))
+                                  .contains(QRegularExpression(QStringLiteral("RUNNING|IDLE"))),
+                             15'000);
     QSignalSpy frames(&_listener->bridge, &AudioBridge::bandsPublished);
     QTRY_VERIFY((frames.clear(), !frames.wait(500)));
     const Sound sound(_page.soundFile());
@@ -256,10 +254,10 @@ void SystemAudioTest::leavesTheKeyToItsGrabber()
     Grabber grabber;
     _listener->service.togglePlayPause();
     QTRY_COMPARE(grabber.keys(), std::pair(1, 1));
-    output(QStringLiteral("xdotool"), {QStringLiteral("keydown"), QStringLiteral("Shift_L")});
+    run(QStringLiteral("xdotool keydown Shift_L"));
     _listener->service.nextTrack();
     QTRY_COMPARE(grabber.keys(), std::pair(2, 2));
-    output(QStringLiteral("xdotool"), {QStringLiteral("keyup"), QStringLiteral("Shift_L")});
+    run(QStringLiteral("xdotool keyup Shift_L"));
     QVERIFY(page(QStringLiteral("playing 5 toggles 2 next 1 previous")));
 }
 

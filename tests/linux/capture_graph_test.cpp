@@ -49,39 +49,23 @@ class CaptureGraphTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void linksChannels_data();
     void linksChannels();
     void choosesStreams();
-    void identifiesProcess_data();
     void identifiesProcess();
 };
 
-void CaptureGraphTest::linksChannels_data()
-{
-    QTest::addColumn<QString>("channels");
-    QTest::addColumn<QString>("links");
-
-    QTest::newRow("stereo") << "FL FR"
-                            << "21>91 22>92";
-    QTest::newRow("mono") << "MONO"
-                          << "21>91 21>92";
-    QTest::newRow("5.1") << "FL FR FC LFE RL RR"
-                         << "21>91 22>92 23>91 23>92 24>91 24>92 25>91 26>92";
-    QTest::newRow("unknown") << "AUX7"
-                             << "21>91 21>92";
-}
-
 void CaptureGraphTest::linksChannels()
 {
-    QFETCH(QString, channels);
-    QTEST(text(graphOf(channels)), "links");
+    QCOMPARE(text(graphOf(QStringLiteral("FL FR"))), QStringLiteral("21>91 22>92"));
+    QCOMPARE(text(graphOf(QStringLiteral("MONO AUX7"))), QStringLiteral("21>91 21>92 22>91 22>92"));
+    QCOMPARE(text(graphOf(QStringLiteral("FL FR FC LFE RL RR"))),
+             QStringLiteral("21>91 22>92 23>91 23>92 24>91 24>92 25>91 26>92"));
 }
 
 void CaptureGraphTest::choosesStreams()
 {
     CaptureGraph graph = graphOf(QStringLiteral("FL"));
     const QString heard = QStringLiteral("21>91");
-    QCOMPARE(text(graph), heard);
     QCOMPARE(text(graph, {500}), QString());
     QCOMPARE(text(graph, {501}), heard);
 
@@ -91,7 +75,7 @@ void CaptureGraphTest::choosesStreams()
 
     graph.addStream(40, 11); // before its client has said who it is
     graph.addPort(41, 40, false, QStringLiteral("FR"));
-    QCOMPARE(text(graph, {500}), QString());
+    QCOMPARE(text(graph), heard);
     graph.setClient(11, 500, QString());
     QCOMPARE(text(graph, {500}), QString());
     QCOMPARE(text(graph), heard + QStringLiteral(" 41>92"));
@@ -102,58 +86,33 @@ void CaptureGraphTest::choosesStreams()
     graph.addStream(50, std::nullopt); // nobody's
     graph.addPort(51, 50, false, QStringLiteral("FL"));
     QCOMPARE(text(graph, {500, 600}), QStringLiteral("51>91"));
-
-    graph.remove(51);
-    graph.remove(player);
-    graph.remove(11);
+    for (const Id id : {51U, player, 11U, 12345U}) {
+        graph.remove(id);
+    }
     QCOMPARE(text(graph), QString());
-    graph.remove(12345);
-}
-
-void CaptureGraphTest::identifiesProcess_data()
-{
-    QTest::addColumn<QStringList>("properties"); // key, value, key, value…
-    QTest::addColumn<QString>("expected");
-
-    const QString id = QStringLiteral(PW_KEY_APP_PROCESS_ID);
-    const QString sec = QStringLiteral(PW_KEY_SEC_PID);
-    const QString app = QStringLiteral(PW_KEY_APP_ID);
-    const QString binary = QStringLiteral(PW_KEY_APP_PROCESS_BINARY);
-    const QString signIn = QStringLiteral("com.orvalen.pellar.signin");
-    QTest::newRow("nothing") << QStringList() << "none";
-    QTest::newRow("own word first") << QStringList{id,  QStringLiteral("7"),
-                                                   sec, QStringLiteral("8"),
-                                                   app, QStringLiteral("org.example")}
-                                    << "7 org.example";
-    QTest::newRow("the kernel's word")
-        << QStringList{sec, QStringLiteral("8"), binary, QStringLiteral("player")} << "8 player";
-    QTest::newRow("no number") << QStringList{id, QStringLiteral("x"), sec, QStringLiteral("8")} << "8 ";
-    QTest::newRow("negative") << QStringList{id, QStringLiteral("-7")} << "none";
-    QTest::newRow("too large") << QStringList{id, QStringLiteral("4294967296")} << "none";
-    QTest::newRow("named by its binary")
-        << QStringList{id, QStringLiteral("7"), app, QStringLiteral("org.qt"), binary, signIn}
-        << QStringLiteral("7 ") + signIn;
-    QTest::newRow("plain binary") << QStringList{id,     QStringLiteral("7"),
-                                                 app,    QStringLiteral("org.example"),
-                                                 binary, QStringLiteral("python3.11")}
-                                  << "7 org.example";
 }
 
 void CaptureGraphTest::identifiesProcess()
 {
-    QFETCH(QStringList, properties);
-    QList<QByteArray> texts;
-    for (const QString& word : properties) {
-        texts << word.toUtf8();
-    }
-    std::vector<spa_dict_item> items;
-    for (qsizetype i = 0; i + 1 < texts.size(); i += 2) {
-        items.push_back({texts[i].constData(), texts[i + 1].constData()});
-    }
-    const spa_dict dict{.flags = 0, .n_items = static_cast<quint32>(items.size()), .items = items.data()};
-    const auto process = GraphProperties::process(&dict);
-    QTEST(process ? QStringLiteral("%1 %2").arg(process->id).arg(process->bundleId) : QStringLiteral("none"),
-          "expected");
+    const auto identified = [](std::vector<spa_dict_item> items) {
+        const spa_dict dict{.flags = 0, .n_items = static_cast<quint32>(items.size()), .items = items.data()};
+        const auto process = GraphProperties::process(&dict);
+        return process ? QStringLiteral("%1 %2").arg(process->id).arg(process->bundleId)
+                       : QStringLiteral("none");
+    };
+    const spa_dict_item own{PW_KEY_APP_PROCESS_ID, "7"};
+    const spa_dict_item kernels{PW_KEY_SEC_PID, "8"};
+    const spa_dict_item name{PW_KEY_APP_ID, "org.example"};
+    QCOMPARE(identified({}), QStringLiteral("none"));
+    QCOMPARE(identified({kernels, own, name}), QStringLiteral("7 org.example"));
+    QCOMPARE(identified({kernels, {PW_KEY_APP_PROCESS_BINARY, "player"}}), QStringLiteral("8 player"));
+    QCOMPARE(identified({{PW_KEY_APP_PROCESS_ID, "x"}, kernels}), QStringLiteral("8 "));
+    QCOMPARE(identified({{PW_KEY_APP_PROCESS_ID, "-7"}}), QStringLiteral("none"));
+    QCOMPARE(identified({{PW_KEY_APP_PROCESS_ID, "4294967296"}}), QStringLiteral("none"));
+    QCOMPARE(identified({own, name, {PW_KEY_APP_PROCESS_BINARY, "python3.11"}}),
+             QStringLiteral("7 org.example"));
+    QCOMPARE(identified({own, name, {PW_KEY_APP_PROCESS_BINARY, "com.orvalen.pellar.signin"}}),
+             QStringLiteral("7 com.orvalen.pellar.signin"));
     QVERIFY(!GraphProperties::process(nullptr));
 }
 

@@ -8,30 +8,20 @@
 #include <array>
 #include <utility>
 
-/// Audio hardware that makes the sound that a test plays on it, fails where a test wants it to, and remembers
-/// what it was told.
+/// Audio hardware without devices of the system: it makes the sound that a test plays on it, fails where a
+/// test wants it to, and remembers what it was told.
 class FakeAudioHardware final : public AudioHardware
 {
 public:
     int authorizationStatus() override { return authorization; }
     void requestAccess(std::function<void(bool)> completion) override { request = std::move(completion); }
 
-    std::optional<QList<AudioObjectId>> devices() const override { return deviceIds; }
-    std::optional<int> outputStreamCount(AudioObjectId device) const override
-    {
-        return systemDevices.value(device).outputStreams;
-    }
-    std::optional<QString> deviceName(AudioObjectId device) const override
-    {
-        return systemDevices.value(device).name;
-    }
-    std::optional<AudioObjectId> defaultOutputDevice() const override { return defaultOutput; }
-    int setDefaultOutputDevice(AudioObjectId device) override
-    {
-        defaultOutput = device;
-        return 0;
-    }
-    void observeDevices(std::function<void()> changed) override { devicesChanged = std::move(changed); }
+    std::optional<QList<AudioObjectId>> devices() const override { return std::nullopt; }
+    std::optional<int> outputStreamCount(AudioObjectId /*device*/) const override { return std::nullopt; }
+    std::optional<QString> deviceName(AudioObjectId /*device*/) const override { return std::nullopt; }
+    std::optional<AudioObjectId> defaultOutputDevice() const override { return std::nullopt; }
+    int setDefaultOutputDevice(AudioObjectId /*device*/) override { return failure; }
+    void observeDevices(std::function<void()> /*changed*/) override {}
 
     QList<AudioObjectId> processObjects() const override { return processes.keys(); }
     std::optional<QString> bundleId(AudioObjectId process) const override { return processes.value(process); }
@@ -43,10 +33,7 @@ public:
     }
     int destroyProcessTap(AudioObjectId id) override { return note("-tap", id); }
     std::optional<QString> tapUid(AudioObjectId /*tap*/) const override { return uid; }
-    std::optional<QString> deviceUid(AudioObjectId device) const override
-    {
-        return systemDevices.contains(device) ? systemDevices.value(device).uid : otherUid;
-    }
+    std::optional<QString> deviceUid(AudioObjectId /*device*/) const override { return std::nullopt; }
 
     Created<AudioObjectId> createAggregateDevice(const QVariantMap& description) override
     {
@@ -93,20 +80,10 @@ public:
     static constexpr int failure = -50;
 
     int authorization = authorized;
-    struct SystemDevice {
-        std::optional<int> outputStreams;
-        std::optional<QString> name;
-        std::optional<QString> uid;
-    };
-    std::optional<QList<AudioObjectId>> deviceIds;
-    QMap<AudioObjectId, SystemDevice> systemDevices;
-    std::optional<AudioObjectId> defaultOutput;
-    std::function<void()> devicesChanged;
     std::function<void(bool)> request;
     QMap<AudioObjectId, std::optional<QString>> processes;
-    QString failing; ///< the call that answers with `failure`; with a "0" behind it, with nothing made
+    QString failing; ///< the call that answers with `failure`
     std::optional<QString> uid = QStringLiteral("tap-uid");
-    std::optional<QString> otherUid;
     std::optional<double> rate = 44100;
     ProcessTapDescription tap;
     QVariantMap aggregate;
@@ -121,7 +98,7 @@ private:
     {
         const QString name = QString::fromUtf8(call);
         calls.append(name);
-        return {.status = failing == name ? failure : 0, .id = failing.startsWith(name) ? Id{0} : id};
+        return {.status = failing == name ? failure : 0, .id = failing == name ? Id{0} : id};
     }
     int note(const char* call, AudioObjectId /*object*/)
     {

@@ -11,12 +11,27 @@ const QString usedKey = QStringLiteral("default.audio.sink");
 const QString wishedKey = QStringLiteral("default.configured.audio.sink");
 const QString nameField = QStringLiteral("name");
 
+constexpr double answerTime = 0.3; // seconds; a session manager takes some milliseconds
+
 } // namespace
 
-DefaultSink::DefaultSink(pw_registry* registry, quint32 metadata, std::function<void()> changed)
+DefaultSink::DefaultSink(PipewireLoop& loop, pw_registry* registry, quint32 metadata,
+                         std::function<void()> changed)
     : _changed(std::move(changed))
-    , _metadata(static_cast<pw_metadata*>(
-          pw_registry_bind(registry, metadata, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, 0)))
+    , _registry(registry)
+    , _id(metadata)
+    , _timer(loop, [this] { answerIsDue(); })
+{
+    bind();
+}
+
+DefaultSink::~DefaultSink()
+{
+    release();
+}
+
+/// Has all properties told anew.
+void DefaultSink::bind()
 {
     static const pw_metadata_events events = {
         .version = PW_VERSION_METADATA_EVENTS,
@@ -26,16 +41,19 @@ DefaultSink::DefaultSink(pw_registry* registry, quint32 metadata, std::function<
                 return 0;
             },
     };
+    release();
+    _metadata = static_cast<pw_metadata*>(
+        pw_registry_bind(_registry, _id, PW_TYPE_INTERFACE_Metadata, PW_VERSION_METADATA, 0));
     if (_metadata != nullptr) {
         pw_metadata_add_listener(_metadata, &_listener, &events, this);
     }
 }
 
-DefaultSink::~DefaultSink()
+void DefaultSink::release()
 {
     if (_metadata != nullptr) {
         spa_hook_remove(&_listener);
-        pw_proxy_destroy(reinterpret_cast<pw_proxy*>(_metadata));
+        pw_proxy_destroy(reinterpret_cast<pw_proxy*>(std::exchange(_metadata, nullptr)));
     }
 }
 
@@ -45,6 +63,25 @@ void DefaultSink::wish(const QString& name)
         const QByteArray value = QJsonDocument(QJsonObject{{nameField, name}}).toJson(QJsonDocument::Compact);
         pw_metadata_set_property(_metadata, PW_ID_CORE, wishedKey.toUtf8().constData(), "Spa:String:JSON",
                                  value.constData());
+        _wished = name;
+        awaitAnswer();
+    }
+}
+
+void DefaultSink::awaitAnswer()
+{
+    _patience = answerTime;
+    _timer.fireAfter(_patience);
+}
+
+/// While the server tells somebody new all the properties, it tells nobody of a change, which may have been
+/// the answer. It is asked for them again, ever more rarely: a wish may also be in vain.
+void DefaultSink::answerIsDue()
+{
+    if (_used != _wished) {
+        bind();
+        _patience *= 10;
+        _timer.fireAfter(_patience);
     }
 }
 
@@ -56,12 +93,16 @@ void DefaultSink::propertyChanged(quint32 subject, const char* key, const char* 
     }
     const QString changed = QString::fromUtf8(key);
     const QString name = QJsonDocument::fromJson(value).object().value(nameField).toString();
+    const QString wishedBefore = _wished;
     bool isOurs = false;
     for (auto& [ours, field] : {std::pair<const QString&, QString&>{usedKey, _used}, {wishedKey, _wished}}) {
         if (key == nullptr || changed == ours) {
             field = name;
             isOurs = true;
         }
+    }
+    if (_wished != wishedBefore) {
+        awaitAnswer();
     }
     if (isOurs) {
         _changed();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "linux/pipewire/PipewireLoop.h"
+
 #include <QString>
 
 #include <pipewire/extensions/metadata.h>
@@ -13,7 +15,7 @@ class DefaultSink
 {
 public:
     /// `metadata` is the id of the object that holds it.
-    DefaultSink(pw_registry* registry, quint32 metadata, std::function<void()> changed);
+    DefaultSink(PipewireLoop& loop, pw_registry* registry, quint32 metadata, std::function<void()> changed);
     ~DefaultSink();
     DefaultSink(const DefaultSink&) = delete;
     DefaultSink& operator=(const DefaultSink&) = delete;
@@ -25,11 +27,19 @@ public:
     void wish(const QString& name);
 
 private:
+    void bind();
+    void release();
+    void awaitAnswer();
+    void answerIsDue();
     void propertyChanged(quint32 subject, const char* key, const char* value);
 
     std::function<void()> _changed;
-    pw_metadata* _metadata;
+    pw_registry* _registry;
+    quint32 _id;
+    pw_metadata* _metadata = nullptr;
     spa_hook _listener{};
+    PipewireLoop::Timer _timer;
+    double _patience = 0; ///< seconds
     QString _used;
     QString _wished;
 };

@@ -24,7 +24,7 @@ void PipewireSession::globalAdded(Id id, const char* type, const spa_dict* prope
     } else if (isType(PW_TYPE_INTERFACE_Metadata)) {
         if (text(properties, PW_KEY_METADATA_NAME) == QStringLiteral("default")) {
             _defaultSinkId = id;
-            _defaultSink = std::make_unique<DefaultSink>(_registry, id, [this] { publishDevices(); });
+            _defaultSink = std::make_unique<DefaultSink>(_loop, _registry, id, [this] { publishDevices(); });
         }
     } else if (isType(PW_TYPE_INTERFACE_Factory)) {
         _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);
