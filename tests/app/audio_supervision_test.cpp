@@ -73,13 +73,13 @@ void AudioSupervisionTest::followsPlayback()
     QVERIFY(!engine.isCapturing());
     engine.saveSystemPower(false);
     QVERIFY(engine.isCapturing());
-    engine.visibility.setShowVisualizer(false);
+    engine.visibility.showVisualizer = false;
     QVERIFY(!engine.isCapturing());
-    engine.visibility.setShowVisualizer(true);
+    engine.visibility.showVisualizer = true;
     QVERIFY(engine.isCapturing());
     engine.play(QStringLiteral("paused"));
     QVERIFY(!engine.isCapturing());
-    engine.power->setManualMode(PowerMode::lowPower);
+    engine.power->manualMode = PowerMode::lowPower;
     engine.play(QStringLiteral("playing"));
     QVERIFY(!engine.isCapturing());
 }
