@@ -29,7 +29,7 @@ public:
         PlistUserDefaults settings(PlistUserDefaults::defaultPath());
         settings.setObject(enabledKey, true);
         settings.setObject(sourcesKey, sources);
-        settings.setObject(PowerModeManager::kManualMode, id(mode));
+        settings.setObject(PowerModeManager::kManualMode, rawValue(mode));
         _process.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
     }
     ~CapturingProgram()

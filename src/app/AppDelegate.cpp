@@ -66,10 +66,6 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::setup()
 {
-    const double width = _visibility.preferredPillWidth();
-    _statusItem =
-        std::make_unique<StatusItem>(_platform.statusBar, _defaults, QStringLiteral("PellarPlayer"), width);
-
     const PillModel::Dependencies shown{.service = _service,
                                         .visibility = _visibility,
                                         .theme = ThemeManager::shared(),
@@ -91,23 +87,22 @@ void AppDelegate::setup()
     };
     _hosting->rightClickHandler = [this](const QMouseEvent& event) { presentRightClickMenu(event); };
 
-    const auto setCorners = [this] {
-        _statusItem->setCorners(_pill->layout().cornerRadius, _pill->colors().background);
-    };
-    connect(_pill.get(), &PillModel::colorsChanged, _statusItem.get(), setCorners);
-    setCorners();
+    _statusItem =
+        std::make_unique<StatusItem>(_platform.statusBar, _defaults, QStringLiteral("PellarPlayer"));
+    bindStatusItem();
     _statusItem->setView(_hosting.get());
-    bindPillVisibilityToStatusItem();
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
     _trayIcon = std::make_unique<TrayIcon>(_service, [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
 }
 
-void AppDelegate::bindPillVisibilityToStatusItem()
+void AppDelegate::bindStatusItem()
 {
-    connect(&_visibility, &PillVisibilityManager::preferredPillWidthChanged, this,
-            [this] { _statusItem->setLength(_visibility.preferredPillWidth()); });
+    _statusItem->bindableLength().setBinding([this] { return _visibility.preferredPillWidth(); });
+    _statusItem->bindableCorners().setBinding([this] {
+        return StatusItem::Corners{_pill->layout().cornerRadius, _pill->colors().background};
+    });
 }
 
 void AppDelegate::buildMenu(ClassicMenu& menu) const
@@ -129,7 +124,7 @@ void AppDelegate::refreshMenus()
 
 void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 {
-    if (MenuStyleManager::shared().style() == PellarMenuStyle::classic) {
+    if (MenuStyleManager::shared().style == PellarMenuStyle::classic) {
         _classicMenu = _hosting->contextMenuProvider();
         _classicMenu->popup(event.globalPosition().toPoint());
     } else if (_liveMenuPanel) {

@@ -38,7 +38,7 @@ public:
 
 private:
     void setup();
-    void bindPillVisibilityToStatusItem();
+    void bindStatusItem();
     void refreshMenus();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);

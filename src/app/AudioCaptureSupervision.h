@@ -3,6 +3,7 @@
 #include "base/RunLoop.h"
 
 #include <QObject>
+#include <QProperty>
 
 class AudioBridge;
 class AudioDeviceManager;
@@ -40,9 +41,11 @@ public:
 
 private:
     void retry();
+    void applySoon();
     void applyPowerModeToAudioCapture();
-    bool isAudioCaptureWanted() const;
 
     Dependencies _of;
     std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(AudioCaptureSupervision, bool, _isWanted, false,
+                                         &AudioCaptureSupervision::applySoon)
 };

@@ -52,7 +52,7 @@ ContextMenu::ContextMenu(const Sources& sources) : _from(sources)
     commands.setOutput = [this](quint32 id) { _from.audioDevices.setOutput(id); };
     commands.copyText = [this](const QString& text) { _from.pasteboard.setText(text); };
     commands.clearRecentlyPlayed = [this] { _from.recentlyPlayed.clear(); };
-    commands.setPowerMode = [this](PowerMode mode) { _from.power.setManualMode(mode); };
+    commands.setPowerMode = [this](PowerMode mode) { _from.power.manualMode = mode; };
     commands.toggleSource = [this](AudioSource source) { _from.audioSources.toggle(source); };
     commands.quit = [] { QCoreApplication::quit(); };
 }
@@ -80,13 +80,13 @@ ContextMenuState ContextMenu::state() const
     state.powerMode = _from.power.effectiveMode();
     state.isSystemLowPower = _from.power.systemLowPowerEnabled();
     state.enabledSources = _from.audioSources.enabledSources();
-    state.isWidgetShown = _from.widget.isEnabled();
-    state.showUpNext = visibility.showUpNext();
-    state.showReactions = visibility.showReactions();
-    state.showPowerMode = visibility.showPowerMode();
-    state.showAudioSources = visibility.showAudioSources();
-    state.showListeningStats = visibility.showListeningStats();
-    state.showRecentlyPlayed = visibility.showRecentlyPlayed();
+    state.isWidgetShown = _from.widget.isEnabled;
+    state.showUpNext = visibility.showUpNext;
+    state.showReactions = visibility.showReactions;
+    state.showPowerMode = visibility.showPowerMode;
+    state.showAudioSources = visibility.showAudioSources;
+    state.showListeningStats = visibility.showListeningStats;
+    state.showRecentlyPlayed = visibility.showRecentlyPlayed;
     // Asking the player is not free: only for what is shown.
     if (state.showReactions && state.supportsLove) {
         state.reaction = service.currentTrackReaction();

@@ -17,12 +17,11 @@ constexpr double initialRightInset = 240; // points; left of where panels keep t
 
 } // namespace
 
-StatusItem::StatusItem(StatusBar& bar, UserDefaults& defaults, const QString& autosaveName, double length)
+StatusItem::StatusItem(StatusBar& bar, UserDefaults& defaults, const QString& autosaveName)
     : _bar(bar)
     , _defaults(defaults)
     , _placeKey(QStringLiteral("pellar.statusItem.%1.rightInset").arg(autosaveName))
     , _rightInset(_defaults.real(_placeKey).value_or(initialRightInset))
-    , _length(length)
 {
 }
 
@@ -39,19 +38,6 @@ void StatusItem::setView(StatusHostingView* view)
     followScreen(QGuiApplication::primaryScreen());
     _view->show();
     place();
-}
-
-void StatusItem::setLength(double length)
-{
-    _length = length;
-    place();
-}
-
-void StatusItem::setCorners(double radius, const QColor& background)
-{
-    _cornerRadius = radius;
-    _background = background;
-    cutCorners();
 }
 
 void StatusItem::moveBy(int dx)
@@ -81,7 +67,7 @@ void StatusItem::place()
     if (_view == nullptr) {
         return;
     }
-    const QSize size(static_cast<int>(std::lround(_length)), _bar.thickness());
+    const QSize size(static_cast<int>(std::lround(_length.value())), _bar.thickness());
     const bool isResized = _view->size() != size;
     _bar.place(*_view, StatusItemPlacement::frame(_view->screen()->geometry(), size, _rightInset));
     if (isResized) {
@@ -92,7 +78,7 @@ void StatusItem::place()
 void StatusItem::cutCorners()
 {
     if (_view != nullptr) {
-        _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(_view->size(), _cornerRadius));
-        _view->setColor(_bar.isComposited() ? QColor(Qt::transparent) : _background);
+        _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(_view->size(), _corners.value().radius));
+        _view->setColor(_bar.isComposited() ? QColor(Qt::transparent) : _corners.value().background);
     }
 }

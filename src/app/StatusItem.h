@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QObject>
+#include <QProperty>
 #include <QRect>
 
 class QScreen;
@@ -17,18 +18,24 @@ class StatusItem : public QObject
 public:
     /// `autosaveName` names the place in the settings: "pellar.statusItem.NAME.rightInset", a number of
     /// points.
-    StatusItem(StatusBar& bar, UserDefaults& defaults, const QString& autosaveName, double length);
+    StatusItem(StatusBar& bar, UserDefaults& defaults, const QString& autosaveName);
     ~StatusItem() override;
 
     /// Puts the view on screen.
     void setView(StatusHostingView* view);
 
     /// The item's width, in points. Its right edge stays where it is.
-    void setLength(double length);
+    QBindable<double> bindableLength() { return &_length; }
 
-    /// Where windows are not blended, pixels beyond this radius of the view's corners are cut off, and this
-    /// colour is behind the smooth edges of what is left.
-    void setCorners(double radius, const QColor& background);
+    /// Where windows are not blended, what is beyond the corners is cut off, and the colour is behind the
+    /// smooth edges of what is left.
+    struct Corners {
+        double radius = 0; ///< points
+        QColor background = Qt::transparent;
+
+        friend bool operator==(const Corners&, const Corners&) = default;
+    };
+    QBindable<Corners> bindableCorners() { return &_corners; }
 
 private:
     void moveBy(int dx);
@@ -41,8 +48,7 @@ private:
     UserDefaults& _defaults;
     QString _placeKey;
     double _rightInset;
-    double _length;
-    double _cornerRadius = 0;
-    QColor _background = Qt::transparent;
     StatusHostingView* _view = nullptr;
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(StatusItem, double, _length, 0, &StatusItem::place)
+    Q_OBJECT_BINDABLE_PROPERTY(StatusItem, StatusItem::Corners, _corners, &StatusItem::cutCorners)
 };

@@ -3,13 +3,10 @@
 #include "audio/AudioCaptureService.h"
 #include "base/RunLoop.h"
 #include "platform/Platform.h"
-#include "platform/UserDefaults.h"
 
 namespace {
 
-const QString enabledKey = QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled");
 const QString decidedKey = QStringLiteral("com.orvalen.pellar.audio.live_visualizer_decided");
-const QList<float> silence = {0, 0, 0, 0};
 
 } // namespace
 
@@ -17,9 +14,8 @@ AudioBridge::AudioBridge(RunLoop& runLoop, UserDefaults& defaults, std::unique_p
     : _runLoop(runLoop)
     , _defaults(defaults)
     , _capture(std::move(capture))
+    , _isEnabled(defaults, QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled"), false)
 {
-    _bands = silence;
-    _isEnabled = _defaults.boolean(enabledKey).value_or(false);
     if (_capture) {
         connect(_capture.get(), &AudioCapture::bandsPublished, this, &AudioBridge::publish);
         connect(_capture.get(), &AudioCapture::liveChanged, this, [this](bool isLive) { _isLive = isLive; });
@@ -42,7 +38,6 @@ AudioBridge& AudioBridge::shared()
 void AudioBridge::setEnabled(bool enabled)
 {
     _isEnabled = enabled;
-    _defaults.setObject(enabledKey, enabled);
     _defaults.setObject(decidedKey, true);
     if (enabled) {
         start();
@@ -70,7 +65,7 @@ void AudioBridge::stop()
     }
     // Not at once but behind the frames that capture has already sent.
     _runLoop.after(0, this, [this] {
-        publish(silence);
+        publish({0, 0, 0, 0});
         _isLive = false;
     });
 }

@@ -3,29 +3,16 @@
 #include "audio/AudioBridge.h"
 #include "base/NotificationCenter.h"
 #include "platform/Platform.h"
-#include "platform/UserDefaults.h"
-
-#include <utility>
-
-namespace {
-
-const QString sourcesKey = QStringLiteral("pellar.audio.sources");
-
-} // namespace
 
 const QString AudioSourceManager::audioSourceChanged =
     QStringLiteral("com.orvalen.pellar.audioSourceChanged");
 
 AudioSourceManager::AudioSourceManager(UserDefaults& defaults, NotificationCenter& notifications,
                                        AudioBridge& bridge)
-    : _defaults(defaults)
-    , _notifications(notifications)
+    : _notifications(notifications)
     , _bridge(bridge)
+    , _enabledSources(defaults, QStringLiteral("pellar.audio.sources"), defaultAudioSources)
 {
-    const auto stored = defaults.integer(sourcesKey);
-    if (stored && std::in_range<int>(*stored)) {
-        _enabledSources = AudioSources::fromInt(static_cast<int>(*stored));
-    }
 }
 
 AudioSourceManager& AudioSourceManager::shared()
@@ -37,7 +24,6 @@ AudioSourceManager& AudioSourceManager::shared()
 
 void AudioSourceManager::setEnabledSources(AudioSources sources)
 {
-    _defaults.setObject(sourcesKey, qlonglong{sources.toInt()});
     _enabledSources = sources;
     if (includesSystemAudio() && !_bridge.isEnabled()) {
         _bridge.setEnabled(true);

@@ -16,54 +16,37 @@ VisualizerModel::VisualizerModel(RunLoop& runLoop, const AudioBridge& audio,
                                  const PowerModeManager& powerMode)
     : _runLoop(runLoop)
     , _audio(audio)
-    , _powerMode(powerMode)
 {
-    connect(&_powerMode, &PowerModeManager::manualModeChanged, this, &VisualizerModel::changed);
-    connect(&_powerMode, &PowerModeManager::settingsChanged, this, &VisualizerModel::changed);
-    connect(&_powerMode, &PowerModeManager::systemLowPowerEnabledChanged, this, &VisualizerModel::changed);
+    _isEnabled.setBinding([&powerMode] { return powerMode.effectiveSettings().visualizerEnabled; });
+    _framesPerSecond.setBinding([this, &powerMode] {
+        const int rate = std::clamp(powerMode.effectiveSettings().visualizerFPS, 0, fastest);
+        return _isEnabled && _isMoving ? rate : 0;
+    });
+    _isAtRest.setBinding([this] { return _isEnabled && !_isPlaying && _framesPerSecond == 0; });
 }
 
-void VisualizerModel::setPlaying(bool isPlaying)
+void VisualizerModel::followPlayback()
 {
-    if (isPlaying == _bars.isPlaying) {
-        return;
-    }
-    _bars.isPlaying = isPlaying;
+    _bars.isPlaying = _isPlaying;
     _bars.stoppedAt.reset();
-    if (!isPlaying) {
+    _isMoving = true;
+    if (!_isPlaying) {
         _bars.stoppedAt = _runLoop.uptime();
         awaitRest();
     }
-    Q_EMIT changed();
 }
 
-/// Tells of the end of the fall, which nothing else does. A timer may be early.
+/// Tells of the end of the fall, which nothing else does. A timer may be early, and music may play again.
 void VisualizerModel::awaitRest()
 {
     constexpr double fall = VisualizerBars::windDownDuration + VisualizerBars::afterglow;
     constexpr double shortest = 0.01;
-    const double left = fall - (_runLoop.uptime() - _bars.stoppedAt.value_or(Uptime::distantPast()));
-    if (left <= 0) {
-        Q_EMIT changed();
-        return;
+    const Uptime now = _runLoop.uptime();
+    _isMoving = _bars.needsAnimation(now);
+    if (_isMoving && _bars.stoppedAt) {
+        const double left = fall - (now - *_bars.stoppedAt);
+        _runLoop.after(std::max(left, shortest), this, [this] { awaitRest(); });
     }
-    _runLoop.after(std::max(left, shortest), this, [this] { awaitRest(); });
-}
-
-bool VisualizerModel::isEnabled() const
-{
-    return _powerMode.effectiveSettings().visualizerEnabled;
-}
-
-int VisualizerModel::framesPerSecond() const
-{
-    const bool isMoving = isEnabled() && _bars.needsAnimation(_runLoop.uptime());
-    return isMoving ? std::clamp(_powerMode.effectiveSettings().visualizerFPS, 0, fastest) : 0;
-}
-
-bool VisualizerModel::isAtRest() const
-{
-    return isEnabled() && !_bars.isPlaying && framesPerSecond() == 0;
 }
 
 VisualizerModel::Heights VisualizerModel::heights() const
@@ -72,7 +55,7 @@ VisualizerModel::Heights VisualizerModel::heights() const
     bars.isLive = _audio.isLive();
     bars.bands = _audio.bands();
     const Uptime now = _runLoop.uptime();
-    const Uptime shown = framesPerSecond() > 0 ? now : _bars.stoppedAt.value_or(now);
+    const Uptime shown = framesPerSecond() > 0 ? now : bars.stoppedAt.value_or(now);
     Heights heights{};
     for (int bar = 0; bar < VisualizerBars::barCount; ++bar) {
         heights[bar] = bars.barHeight(bar, shown);

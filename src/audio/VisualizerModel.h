@@ -3,6 +3,7 @@
 #include "audio/VisualizerBars.h"
 
 #include <QObject>
+#include <QProperty>
 
 #include <array>
 
@@ -23,17 +24,17 @@ public:
     /// Everything given outlives the model.
     VisualizerModel(RunLoop& runLoop, const AudioBridge& audio, const PowerModeManager& powerMode);
 
-    bool isPlaying() const { return _bars.isPlaying; }
-    void setPlaying(bool isPlaying);
+    /// Whether music plays. When it stops the bars begin to fall.
+    QBindable<bool> bindableIsPlaying() { return &_isPlaying; }
 
     /// Whether the power mode has a meter at all.
-    bool isEnabled() const;
+    bool isEnabled() const { return _isEnabled; }
 
     /// How often the meter has to be drawn now; 0 when a still frame will do.
-    int framesPerSecond() const;
+    int framesPerSecond() const { return _framesPerSecond; }
 
     /// Whether there is a meter, music is stopped and the bars have come down.
-    bool isAtRest() const;
+    bool isAtRest() const { return _isAtRest; }
 
     /// The bars as they are to be drawn now, in points. A still frame after a stop is that of the stop.
     Heights heights() const;
@@ -43,10 +44,16 @@ Q_SIGNALS:
     void changed();
 
 private:
+    void followPlayback();
     void awaitRest();
 
     RunLoop& _runLoop;
     const AudioBridge& _audio;
-    const PowerModeManager& _powerMode;
-    VisualizerBars _bars; ///< without the levels
+    VisualizerBars _bars;      ///< without the levels
+    QProperty<bool> _isMoving; ///< music plays, or the bars are falling
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(VisualizerModel, bool, _isPlaying, false,
+                                         &VisualizerModel::followPlayback)
+    Q_OBJECT_BINDABLE_PROPERTY(VisualizerModel, bool, _isEnabled, &VisualizerModel::changed)
+    Q_OBJECT_BINDABLE_PROPERTY(VisualizerModel, int, _framesPerSecond, &VisualizerModel::changed)
+    Q_OBJECT_BINDABLE_PROPERTY(VisualizerModel, bool, _isAtRest, &VisualizerModel::changed)
 };

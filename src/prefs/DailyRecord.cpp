@@ -1,8 +1,6 @@
 #include "prefs/DailyRecord.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <algorithm>
 
 namespace {
 
@@ -13,39 +11,9 @@ const QString artistsField = QStringLiteral("artists");
 /// Generous: by moving through the time zones one calendar day may be lived for two days and more.
 constexpr double mostSecondsADay = 1e6;
 
-std::optional<double> seconds(const QJsonValue& value)
+double seconds(const QJsonValue& value)
 {
-    const double seconds = value.toDouble(-1);
-    return seconds >= 0 && seconds <= mostSecondsADay ? std::optional(seconds) : std::nullopt;
-}
-
-std::optional<DailyRecord> decode(const QJsonObject& object)
-{
-    const QJsonValue date = object.value(dateField);
-    const QJsonValue artists = object.value(artistsField);
-    const auto total = seconds(object.value(totalField));
-    if (!date.isString() || !artists.isObject() || !total) {
-        return std::nullopt;
-    }
-    DailyRecord record{date.toString(), *total, {}};
-    const QJsonObject times = artists.toObject();
-    for (auto artist = times.begin(); artist != times.end(); ++artist) {
-        const auto time = seconds(artist.value());
-        if (!time) {
-            return std::nullopt;
-        }
-        record.artists.insert(artist.key(), *time);
-    }
-    return record;
-}
-
-QJsonObject encode(const DailyRecord& record)
-{
-    QJsonObject artists;
-    for (auto artist = record.artists.begin(); artist != record.artists.end(); ++artist) {
-        artists.insert(artist.key(), artist.value());
-    }
-    return {{dateField, record.date}, {totalField, record.totalSeconds}, {artistsField, artists}};
+    return std::clamp(value.toDouble(), 0.0, mostSecondsADay);
 }
 
 } // namespace
@@ -55,29 +23,27 @@ QString DailyRecord::text(QDate day)
     return day.toString(Qt::ISODate);
 }
 
-QByteArray encodeDailyRecords(const QList<DailyRecord>& records)
+QJsonObject DailyRecord::json() const
 {
-    QJsonArray array;
-    for (const DailyRecord& record : records) {
-        array.append(encode(record));
+    QJsonObject times;
+    for (auto artist = artists.begin(); artist != artists.end(); ++artist) {
+        times.insert(artist.key(), artist.value());
     }
-    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+    return {{dateField, date}, {totalField, totalSeconds}, {artistsField, times}};
 }
 
-std::optional<QList<DailyRecord>> decodeDailyRecords(const QByteArray& json)
+std::optional<DailyRecord> DailyRecord::fromJson(const QJsonObject& object)
 {
-    const QJsonDocument document = QJsonDocument::fromJson(json);
-    if (!document.isArray()) {
+    const QDate day = QDate::fromString(object.value(dateField).toString(), Qt::ISODate);
+    if (!day.isValid()) {
         return std::nullopt;
     }
-    QList<DailyRecord> records;
-    const QJsonArray array = document.array();
-    for (const QJsonValue value : array) {
-        const auto record = decode(value.toObject());
-        if (!record) {
-            return std::nullopt;
+    DailyRecord record{text(day), seconds(object.value(totalField)), {}};
+    const QJsonObject times = object.value(artistsField).toObject();
+    for (auto artist = times.begin(); artist != times.end(); ++artist) {
+        if (artist->isDouble()) {
+            record.artists.insert(artist.key(), seconds(*artist));
         }
-        records.append(*record);
     }
-    return records;
+    return record;
 }

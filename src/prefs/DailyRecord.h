@@ -1,8 +1,7 @@
 #pragma once
 
-#include <QByteArray>
 #include <QDate>
-#include <QList>
+#include <QJsonObject>
 #include <QMap>
 #include <QString>
 
@@ -18,11 +17,10 @@ struct DailyRecord {
 
     /// The form in which records carry a day.
     static QString text(QDate day);
+
+    /// An object with the fields above.
+    QJsonObject json() const;
+    /// None without a day. A time that cannot be listened to in a day is cut to one that can, one that is no
+    /// number is left out. Unknown fields do no harm.
+    static std::optional<DailyRecord> fromJson(const QJsonObject& object);
 };
-
-/// A JSON array of objects with the record's fields.
-QByteArray encodeDailyRecords(const QList<DailyRecord>& records);
-
-/// Nothing when anything in the text is of another form than it is encoded in, or is a time that cannot be
-/// listened to in a day. Unknown fields do no harm.
-std::optional<QList<DailyRecord>> decodeDailyRecords(const QByteArray& json);

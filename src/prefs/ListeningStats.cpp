@@ -1,18 +1,15 @@
 #include "prefs/ListeningStats.h"
 
 #include "base/RunLoop.h"
-#include "platform/UserDefaults.h"
+#include "prefs/StoredList.h"
 
 #include <QDateTime>
-#include <QLoggingCategory>
 
 #include <algorithm>
 #include <cmath>
 #include <set>
 
 namespace {
-
-Q_LOGGING_CATEGORY(statsLog, "com.orvalen.pellar.stats")
 
 const QString recordsKey = QStringLiteral("pellar_listening_stats");
 
@@ -30,14 +27,8 @@ auto isOn(const QString& date)
 ListeningStats::ListeningStats(UserDefaults& defaults, const RunLoop& clock)
     : _defaults(defaults)
     , _clock(clock)
+    , _records(readStored(defaults, recordsKey, QList<DailyRecord>()))
 {
-    if (const auto json = defaults.data(recordsKey)) {
-        const auto stored = decodeDailyRecords(*json);
-        if (!stored) {
-            qCWarning(statsLog) << "the stored listening statistics cannot be read; they start anew";
-        }
-        _records = stored.value_or(QList<DailyRecord>());
-    }
 }
 
 ListeningStats::~ListeningStats()
@@ -95,9 +86,10 @@ int ListeningStats::currentStreak() const
 {
     std::set<QDate> days;
     for (const DailyRecord& record : _records) {
-        if (const QDate day = QDate::fromString(record.date, Qt::ISODate); day.isValid()) {
-            days.insert(day);
-        }
+        days.insert(QDate::fromString(record.date, Qt::ISODate));
+    }
+    if (days.empty() || *days.rbegin() < today().addDays(-1)) {
+        return 0;
     }
     int streak = 0;
     for (auto day = days.rbegin(); day != days.rend() && day->addDays(streak) == *days.rbegin(); ++day) {
@@ -129,6 +121,6 @@ void ListeningStats::save()
 {
     const QString cutoff = DailyRecord::text(today().addDays(1 - daysKept));
     _records.removeIf([&cutoff](const DailyRecord& record) { return record.date < cutoff; });
-    _defaults.setObject(recordsKey, encodeDailyRecords(_records));
+    _defaults.setObject(recordsKey, StoredForm<QList<DailyRecord>>::of(_records));
     _tickCount = 0;
 }

@@ -30,7 +30,7 @@ public:
     /// The artists listened to longest, at most `limit` of them, with their seconds.
     QList<std::pair<QString, double>> topArtists(int limit) const;
 
-    /// How many days in a row, the last day with music being the last of them. It may lie back.
+    /// How many days in a row, up to today or, as long as today has no music, up to yesterday.
     int currentStreak() const;
 
     /// "42m", from an hour on "2h 5m". Finite values only.

@@ -1,17 +1,13 @@
 #pragma once
 
-#include <QList>
-#include <QString>
+#include "prefs/Choice.h"
 
 /// How the context menu is drawn.
 enum class PellarMenuStyle { liquidGlass, classic };
 
-/// Every style, in the order in which the settings list them.
-const QList<PellarMenuStyle>& allMenuStyles();
-
-/// The form in which a style is stored.
-QString rawValue(PellarMenuStyle style);
-QString displayName(PellarMenuStyle style);
-
-/// The style with this raw value; `classic` for every other text, as the glass panel is opt-in.
-PellarMenuStyle menuStyle(const QString& rawValue);
+template<>
+struct Choices<PellarMenuStyle> {
+    static constexpr Choice<PellarMenuStyle> all[] = {
+        {PellarMenuStyle::liquidGlass, "liquidGlass", "Liquid Glass"},
+        {PellarMenuStyle::classic, "classic", "Classic"}};
+};

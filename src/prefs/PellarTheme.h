@@ -1,23 +1,21 @@
 #pragma once
 
-#include <QColor>
-#include <QList>
-#include <QString>
+#include "prefs/Choice.h"
 
-#include <optional>
+#include <QColor>
 
 /// Where the pill takes its colour from.
 enum class PellarTheme { albumArt, classic, midnight, warmth, tide, dusk };
 
-/// Every theme, in the order in which the settings list them.
-const QList<PellarTheme>& allThemes();
-
-/// The form in which a theme is stored.
-QString rawValue(PellarTheme theme);
-QString displayName(PellarTheme theme);
-
-/// The theme with this raw value; none for an unknown text.
-std::optional<PellarTheme> themeWithRawValue(const QString& rawValue);
+template<>
+struct Choices<PellarTheme> {
+    static constexpr Choice<PellarTheme> all[] = {{PellarTheme::albumArt, "albumArt", "Album Art"},
+                                                  {PellarTheme::classic, "classic", "Classic"},
+                                                  {PellarTheme::midnight, "midnight", "Midnight"},
+                                                  {PellarTheme::warmth, "warmth", "Warmth"},
+                                                  {PellarTheme::tide, "tide", "Tide"},
+                                                  {PellarTheme::dusk, "dusk", "Dusk"}};
+};
 
 /// The colour of a theme that has one of its own, opaque.
 std::optional<QColor> staticTint(PellarTheme theme);

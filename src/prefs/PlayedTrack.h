@@ -2,8 +2,7 @@
 
 #include "base/Date.h"
 
-#include <QByteArray>
-#include <QList>
+#include <QJsonObject>
 #include <QString>
 
 #include <optional>
@@ -17,10 +16,9 @@ struct PlayedTrack {
     QString source; ///< the player, by the name that the engine gives it
 
     friend bool operator==(const PlayedTrack&, const PlayedTrack&) = default;
+
+    /// An object with the fields above, `playedAt` in seconds since the reference date.
+    QJsonObject json() const;
+    /// None without a title. What else is missing is empty. Unknown fields do no harm.
+    static std::optional<PlayedTrack> fromJson(const QJsonObject& object);
 };
-
-/// A JSON array of objects with the track's fields, `playedAt` in seconds since the reference date.
-QByteArray encodePlayedTracks(const QList<PlayedTrack>& tracks);
-
-/// Nothing when anything in the text is of another form than it is encoded in. Unknown fields do no harm.
-std::optional<QList<PlayedTrack>> decodePlayedTracks(const QByteArray& json);

@@ -45,7 +45,16 @@ PowerModeSettings PowerModeSettings::defaults(PowerMode mode)
     return {true, 15, 10};
 }
 
-QByteArray encodePowerModes(const PowerModeTable& table)
+PowerModeTable defaultPowerModes()
+{
+    PowerModeTable table;
+    for (const auto& [mode, id, name] : Choices<PowerMode>::all) {
+        table.insert(QLatin1String(id), PowerModeSettings::defaults(mode));
+    }
+    return table;
+}
+
+QVariant StoredForm<PowerModeTable>::of(const PowerModeTable& table)
 {
     QJsonObject object;
     for (auto entry = table.begin(); entry != table.end(); ++entry) {
@@ -56,13 +65,14 @@ QByteArray encodePowerModes(const PowerModeTable& table)
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
-std::optional<PowerModeTable> decodePowerModes(const QByteArray& json)
+std::optional<PowerModeTable> StoredForm<PowerModeTable>::read(const QVariant& stored)
 {
-    const QJsonDocument document = QJsonDocument::fromJson(json);
+    const auto json = StoredForm<QByteArray>::read(stored);
+    const QJsonDocument document = QJsonDocument::fromJson(json.value_or(QByteArray()));
     if (!document.isObject()) {
         return std::nullopt;
     }
-    PowerModeTable table;
+    PowerModeTable table = defaultPowerModes();
     const QJsonObject object = document.object();
     for (auto entry = object.begin(); entry != object.end(); ++entry) {
         const auto settings = decode(entry->toObject());

@@ -1,12 +1,9 @@
 #pragma once
 
 #include "prefs/PowerMode.h"
+#include "prefs/StoredForm.h"
 
 #include <QMap>
-
-#include <optional>
-
-class QByteArray;
 
 /// What one power mode allows.
 struct PowerModeSettings {
@@ -22,9 +19,14 @@ struct PowerModeSettings {
 /// Settings by the identifier of their mode.
 using PowerModeTable = QMap<QString, PowerModeSettings>;
 
-/// As a JSON object of objects with the field names above.
-QByteArray encodePowerModes(const PowerModeTable& table);
+/// The defaults of all modes.
+PowerModeTable defaultPowerModes();
 
-/// None when anything in the JSON is missing or has another type. Numbers come as they are, negative ones
-/// too.
-std::optional<PowerModeTable> decodePowerModes(const QByteArray& json);
+/// Stored as a JSON object of objects with the field names above. It cannot be read when anything in it is
+/// missing or has another type; a mode that is not in it has its defaults. Numbers come as they are, negative
+/// ones too.
+template<>
+struct StoredForm<PowerModeTable> {
+    static QVariant of(const PowerModeTable& table);
+    static std::optional<PowerModeTable> read(const QVariant& stored);
+};

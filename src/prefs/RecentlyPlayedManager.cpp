@@ -2,13 +2,9 @@
 
 #include "base/RunLoop.h"
 #include "platform/Platform.h"
-#include "platform/UserDefaults.h"
-
-#include <QLoggingCategory>
+#include "prefs/StoredList.h"
 
 namespace {
-
-Q_LOGGING_CATEGORY(recentLog, "com.orvalen.pellar.recent")
 
 const QString tracksKey = QStringLiteral("pellar.recentlyPlayed.v1");
 
@@ -20,14 +16,7 @@ RecentlyPlayedManager::RecentlyPlayedManager(UserDefaults& defaults, const RunLo
     : _defaults(defaults)
     , _clock(clock)
 {
-    if (const auto json = defaults.data(tracksKey)) {
-        const auto stored = decodePlayedTracks(*json);
-        if (!stored) {
-            qCWarning(recentLog)
-                << "the stored list of recently played tracks cannot be read; it starts anew";
-        }
-        _tracks = stored.value_or(QList<PlayedTrack>()).mid(0, mostTracks);
-    }
+    _tracks = readStored(defaults, tracksKey, QList<PlayedTrack>()).mid(0, mostTracks);
 }
 
 RecentlyPlayedManager& RecentlyPlayedManager::shared()
@@ -57,6 +46,6 @@ void RecentlyPlayedManager::clear()
 
 void RecentlyPlayedManager::setTracks(const QList<PlayedTrack>& tracks)
 {
-    _defaults.setObject(tracksKey, encodePlayedTracks(tracks));
+    _defaults.setObject(tracksKey, StoredForm<QList<PlayedTrack>>::of(tracks));
     _tracks = tracks;
 }

@@ -12,7 +12,6 @@ class UserDefaults;
 class RecentlyPlayedManager : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QList<PlayedTrack> tracks READ tracks NOTIFY tracksChanged BINDABLE bindableTracks)
 
 public:
     /// Starts empty when what is stored cannot be read, and leaves that as it is until the first change.
@@ -21,7 +20,6 @@ public:
 
     /// Newest first.
     QList<PlayedTrack> tracks() const { return _tracks; }
-    QBindable<QList<PlayedTrack>> bindableTracks() const { return &_tracks; }
 
     /// Puts a track in front, played now, unless it is there already: the same title by the same artist.
     /// A title that is empty or says that nothing plays is ignored.

@@ -1,17 +1,11 @@
 #include "prefs/ThemeManager.h"
 
-#include "platform/UserDefaults.h"
 #include "prefs/AlbumArtTint.h"
 
-namespace {
-
-const QString modeKey = QStringLiteral("pellar.theme.mode");
-
-} // namespace
-
-ThemeManager::ThemeManager(UserDefaults& defaults) : _defaults(defaults)
+ThemeManager::ThemeManager(UserDefaults& defaults)
+    : mode(defaults, QStringLiteral("pellar.theme.mode"), PellarTheme::albumArt)
+    , _modeWatch(mode.addNotifier([this] { recomputeTint(); }))
 {
-    _mode = themeWithRawValue(defaults.string(modeKey).value_or(QString())).value_or(PellarTheme::albumArt);
     recomputeTint();
 }
 
@@ -21,27 +15,20 @@ ThemeManager& ThemeManager::shared()
     return *instance;
 }
 
-void ThemeManager::setMode(PellarTheme mode)
-{
-    _defaults.setObject(modeKey, rawValue(mode));
-    _mode = mode;
-    recomputeTint();
-}
-
 void ThemeManager::updateArtwork(const QImage& artwork)
 {
     _artwork = artwork;
-    if (_mode == PellarTheme::albumArt) {
+    if (mode == PellarTheme::albumArt) {
         recomputeTint();
     }
 }
 
 void ThemeManager::recomputeTint()
 {
-    if (_mode == PellarTheme::albumArt && !_artwork.isNull()) {
+    if (mode == PellarTheme::albumArt && !_artwork.isNull()) {
         extractTint();
     } else {
-        _tint = staticTint(_mode);
+        _tint = staticTint(mode);
     }
 }
 
@@ -55,7 +42,7 @@ void ThemeManager::extractTint()
             return;
         }
         QMetaObject::invokeMethod(this, [this, tint = boostedTint(*average)] {
-            if (_mode == PellarTheme::albumArt && !_artwork.isNull()) {
+            if (mode == PellarTheme::albumArt && !_artwork.isNull()) {
                 _tint = tint;
             }
         });

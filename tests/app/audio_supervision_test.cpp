@@ -72,8 +72,8 @@ void AudioSupervisionTest::followsUse()
     engine.play(QStringLiteral("playing"));
     QVERIFY(engine.isCapturing());
     const QList<std::function<void(bool)>> switches = {
-        [&](bool isOn) { engine.power->setManualMode(isOn ? PowerMode::normal : PowerMode::lowPower); },
-        [&](bool isOn) { engine.visibility.setShowVisualizer(isOn); },
+        [&](bool isOn) { engine.power->manualMode = isOn ? PowerMode::normal : PowerMode::lowPower; },
+        [&](bool isOn) { engine.visibility.showVisualizer = isOn; },
         [&](bool isOn) { engine.play(isOn ? QStringLiteral("playing") : QStringLiteral("paused")); },
         [&](bool isOn) {
             engine.desktop.power.isLow = !isOn;

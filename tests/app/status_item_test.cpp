@@ -59,7 +59,8 @@ void StatusItemTest::remembersItsPlace()
     int left = 0;
     {
         StatusHostingView view;
-        StatusItem item(bar, defaults, QStringLiteral("PellarPlayer"), 185);
+        StatusItem item(bar, defaults, QStringLiteral("PellarPlayer"));
+        item.bindableLength().setValue(185);
         item.setView(&view);
         left = view.x();
         Q_EMIT view.itemDragged(-37);
@@ -73,7 +74,8 @@ void StatusItemTest::remembersItsPlace()
         QCOMPARE(view.x(), view.screen()->geometry().left() + 10); // not 10 after the 10000 are made up for
     }
     StatusHostingView view;
-    StatusItem item(bar, defaults, QStringLiteral("PellarPlayer"), 185);
+    StatusItem item(bar, defaults, QStringLiteral("PellarPlayer"));
+    item.bindableLength().setValue(185);
     item.setView(&view);
     QCOMPARE(view.x(), left - 40);
     QCOMPARE(view.y(), view.screen()->geometry().top());
@@ -84,10 +86,11 @@ void StatusItemTest::keepsItsRightEdge()
     FakeStatusBar bar;
     MemoryDefaults defaults;
     StatusHostingView view;
-    StatusItem item(bar, defaults, QStringLiteral("PellarPlayer"), 185);
+    StatusItem item(bar, defaults, QStringLiteral("PellarPlayer"));
+    item.bindableLength().setValue(185);
     item.setView(&view);
     const int right = view.geometry().right();
-    item.setLength(101);
+    item.bindableLength().setValue(101);
     QCOMPARE(view.geometry().right(), right);
     QCOMPARE(view.width(), 101);
     QCOMPARE(view.height(), bar.thickness());

@@ -89,15 +89,15 @@ void VisualizerTest::asksForFramesOnlyWhileItMoves()
     QCOMPARE(meter.heights(), resting);
     QVERIFY(meter.isAtRest());
 
-    meter.setPlaying(true);
+    meter.bindableIsPlaying().setValue(true);
     QCOMPARE(meter.framesPerSecond(), 15);
     const auto first = meter.heights();
     desktop.runLoop.advance(0.3);
     QVERIFY(meter.heights() != first);
-    power.setManualMode(PowerMode::powerUser);
+    power.manualMode = PowerMode::powerUser;
     QCOMPARE(meter.framesPerSecond(), 30);
 
-    meter.setPlaying(false);
+    meter.bindableIsPlaying().setValue(false);
     const auto atStop = meter.heights();
     QVERIFY(!meter.isAtRest());
     desktop.runLoop.advance(1.29);
@@ -120,7 +120,7 @@ void VisualizerTest::showsWhatIsHeard()
     AudioBridge audio(desktop.runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
     PowerModeManager power(defaults, desktop.power);
     VisualizerModel meter(desktop.runLoop, audio, power);
-    meter.setPlaying(true);
+    meter.bindableIsPlaying().setValue(true);
     Q_EMIT capture->liveChanged(true);
     Q_EMIT capture->bandsPublished({0.5F, 1, 0, 0.5F});
     QCOMPARE(meter.heights(), (VisualizerModel::Heights{6.5, 11, 2, 6.5}));
@@ -150,9 +150,9 @@ void VisualizerTest::clampsTheRate()
         settings.visualizerFPS = stored;
     });
     VisualizerModel meter(desktop.runLoop, audio, power);
-    meter.setPlaying(true);
+    meter.bindableIsPlaying().setValue(true);
     QTEST(meter.framesPerSecond(), "rate");
-    meter.setPlaying(false);
+    meter.bindableIsPlaying().setValue(false);
     QCOMPARE(meter.isAtRest(), enabled && stored <= 0);
 }
 

@@ -217,7 +217,7 @@ void MenuTest::choose(const QStringList& path)
 void MenuTest::rowsDoWhatTheySay()
 {
     QFETCH(PellarMenuStyle, style);
-    MenuStyleManager::shared().setStyle(style);
+    MenuStyleManager::shared().style = style;
     RealPlayer::tell(QStringLiteral("play"));
     open();
     const QString title = RealPlayer::metadata(QStringLiteral("title"));
@@ -234,7 +234,7 @@ void MenuTest::rowsDoWhatTheySay()
     choose({QStringLiteral("Audio Sources"), QStringLiteral("Spotify")});
     QTRY_VERIFY(settings().contains(QStringLiteral("<key>pellar.audio.sources</key><integer>1</integer>")));
 
-    PowerModeManager::shared().setManualMode(PowerMode::normal);
+    PowerModeManager::shared().manualMode = PowerMode::normal;
     choose({QStringLiteral("Power Mode (Normal)"), QStringLiteral("Power User")});
     QTRY_VERIFY(settings().contains(
         QStringLiteral("<key>com.orvalen.pellar.power.manualMode</key><string>powerUser</string>")));
@@ -267,7 +267,7 @@ void MenuTest::rowsDoWhatTheySay()
 void MenuTest::rowsReachThePlayer()
 {
     QFETCH(PellarMenuStyle, style);
-    MenuStyleManager::shared().setStyle(style);
+    MenuStyleManager::shared().style = style;
     RealPlayer::tell(QStringLiteral("pause"));
     const auto resume = qScopeGuard([] { RealPlayer::tell(QStringLiteral("play")); });
     const auto track = [](int number) {
@@ -292,7 +292,7 @@ void MenuTest::rowsReachThePlayer()
 void MenuTest::isDismissed()
 {
     QFETCH(PellarMenuStyle, style);
-    MenuStyleManager::shared().setStyle(style);
+    MenuStyleManager::shared().style = style;
     QCOMPARE(RealPlayer::status(), QStringLiteral("Playing"));
     const QRect pill = windowNamed(QStringLiteral("Pellar"))->geometry();
     const QPoint play = pill.topLeft() + PillLayout::make(pill.size(), {}).playButton.center().toPoint();
@@ -316,7 +316,7 @@ void MenuTest::isDismissed()
 void MenuTest::followsDevices()
 {
     QFETCH(PellarMenuStyle, style);
-    MenuStyleManager::shared().setStyle(style);
+    MenuStyleManager::shared().style = style;
     open();
     clickRow(QStringLiteral("Audio Output"));
     QTRY_VERIFY(rowNamed(QStringLiteral("Headphones")));
@@ -336,7 +336,7 @@ void MenuTest::followsDevices()
 /// As the window server sees it.
 void MenuTest::hangsBelowPill()
 {
-    MenuStyleManager::shared().setStyle(PellarMenuStyle::liquidGlass);
+    MenuStyleManager::shared().style = PellarMenuStyle::liquidGlass;
     const QRect pill = windowNamed(QStringLiteral("Pellar"))->geometry();
     open();
     QTRY_COMPARE(glass()->opacity(), 1.0);

@@ -35,6 +35,7 @@ class PersonalDataTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
     void cleanup() { qunsetenv("TZ"); }
     void calendarDay_data();
     void calendarDay();
@@ -43,7 +44,7 @@ private Q_SLOTS:
     void formatsTime();
     void listsTracks();
     void storesTracks();
-    void damage_data();
+    void keepsWhatCanBeRead();
     void damage();
 
 private:
@@ -110,17 +111,19 @@ void PersonalDataTest::savesEveryThirtiethTick()
 
 void PersonalDataTest::countsStreak()
 {
+    ManualRunLoop clock;
+    moveTo(clock, "2028-03-01T12:00:00Z");
     const QList<std::pair<QString, int>> cases = {
         {QString(), 0},
-        {QStringLiteral("2019-12-31,2020-01-01"), 2},
-        {QStringLiteral("2026-05-01,2026-05-03,2026-05-04"), 2},
-        {QStringLiteral("2026-05-04,2026-05-03,2026-05-04,some,2026-05-02"), 3},
-        {QStringLiteral("2028-02-28,2028-03-01"), 1},
+        {QStringLiteral("2028-02-27,2028-02-29,2028-03-01"), 2},
+        {QStringLiteral("2028-02-29,2028-02-28,2028-02-29,2028-02-26"), 2}, // not yet today
+        {QStringLiteral("2028-02-27,2028-02-28"), 0},                       // it is over
+        {QStringLiteral("2028-03-01,2028-03-02"), 2},                       // flown over the date line
     };
     for (const auto& [dates, days] : cases) {
         MemoryDefaults defaults;
         defaults.values.insert(statsKey, stored(dates));
-        QVERIFY2(ListeningStats(defaults, _clock).currentStreak() == days, qPrintable(dates));
+        QVERIFY2(ListeningStats(defaults, clock).currentStreak() == days, qPrintable(dates));
     }
 }
 
@@ -165,32 +168,43 @@ void PersonalDataTest::storesTracks()
     QCOMPARE(defaults.data(tracksKey), std::optional(QByteArray("[]")));
 }
 
-void PersonalDataTest::damage_data()
+void PersonalDataTest::keepsWhatCanBeRead()
 {
-    QTest::addColumn<QByteArray>("json");
-    const auto row = [](const char* name, const QByteArray& json) { QTest::newRow(name) << json; };
-    row("cut short", stored(QStringLiteral("2026-05-09")).chopped(1));
-    row("second entry is no record", stored(QStringLiteral("2026-05-09")).chopped(1) + ",3]");
-    row("no artists, no source", R"([{"date":"d","totalSeconds":1,
-        "title":"S","artist":"B","album":"A","playedAt":1}])");
-    row("numbers as texts", R"([{"date":"d","totalSeconds":1,"artists":{"Band":"1"},
-        "title":"S","artist":"B","album":"A","playedAt":"1","source":"x"}])");
-    row("time without end", R"([{"date":"d","totalSeconds":1e308,"artists":{}}])");
+    moveTo(_clock, "2026-06-30T12:00:00Z");
+    MemoryDefaults defaults;
+    defaults.values = {{statsKey, QByteArray(R"([
+        {"date":"2026-06-28","totalSeconds":"5","artists":{"Band":7,"Other":"8","Endless":1e300,"Back":-5}},
+        3, {"date":"2026-06-31","totalSeconds":1}, {"totalSeconds":1},
+        {"date":"2026-06-30","totalSeconds":60,"new":true}])")},
+                       {tracksKey, QByteArray(R"([{"title":"A","artist":7,"playedAt":1e300},
+        {"title":"","artist":"Band"}, null, {"title":"B","artist":"Band","playedAt":"today"}])")}};
+    QTest::ignoreMessage(QtWarningMsg, "3 entries of a stored list cannot be read; they are left out");
+    QTest::ignoreMessage(QtWarningMsg, "2 entries of a stored list cannot be read; they are left out");
+    const ListeningStats stats(defaults, _clock);
+    QCOMPARE(stats.weekListeningTime(), 60.0);
+    QCOMPARE(stats.topArtists(9),
+             (QList{std::pair(QStringLiteral("Endless"), 1e6), {band, 7.0}, {QStringLiteral("Back"), 0.0}}));
+    const RecentlyPlayedManager tracks(defaults, _clock);
+    QCOMPARE(tracks.tracks(), (QList<PlayedTrack>{{QStringLiteral("A"), {}, {}, {1e300}, {}},
+                                                  {QStringLiteral("B"), band, {}, {0}, {}}}));
 }
 
 void PersonalDataTest::damage()
 {
-    QFETCH(QByteArray, json);
-    MemoryDefaults defaults;
-    defaults.values = {{statsKey, json}, {tracksKey, json}};
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("statistics cannot be read")));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("tracks cannot be read")));
-    {
-        const ListeningStats stats(defaults, _clock);
-        const RecentlyPlayedManager manager(defaults, _clock);
-        QVERIFY(stats.currentStreak() == 0 && manager.tracks().isEmpty());
+    for (const QVariant& json : {QVariant(stored(QStringLiteral("2026-05-09")).chopped(1)),
+                                 QVariant(QStringLiteral("[]")), QVariant(QByteArray("{}"))}) {
+        MemoryDefaults defaults;
+        defaults.values = {{statsKey, json}, {tracksKey, json}};
+        for (const QString& key : {statsKey, tracksKey}) {
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(key + u" cannot be read"));
+        }
+        {
+            const ListeningStats stats(defaults, _clock);
+            const RecentlyPlayedManager manager(defaults, _clock);
+            QVERIFY(stats.currentStreak() == 0 && manager.tracks().isEmpty());
+        }
+        QCOMPARE(defaults.values, (QVariantMap{{statsKey, json}, {tracksKey, json}}));
     }
-    QCOMPARE(defaults.values, (QVariantMap{{statsKey, json}, {tracksKey, json}}));
 }
 
 QTEST_GUILESS_MAIN(PersonalDataTest)

@@ -1,30 +1,14 @@
-#include "platform/PowerState.h"
 #include "prefs/PowerModeManager.h"
+#include "support/FakePlatform.h"
 #include "support/MemoryDefaults.h"
 
 #include <QJsonDocument>
-#include <QSignalSpy>
 #include <QTest>
 
 namespace {
 
-class Switch final : public PowerState
-{
-public:
-    bool isLowPowerModeEnabled() const override { return isOn; }
-    void set(bool on)
-    {
-        isOn = on;
-        Q_EMIT changed();
-    }
-    bool isOn = false;
-};
-
-const QString manualModeKey = QStringLiteral("com.orvalen.pellar.power.manualMode");
+const QString modeKey = QStringLiteral("com.orvalen.pellar.power.manualMode");
 const QString settingsKey = QStringLiteral("com.orvalen.pellar.power.settings.v1");
-const PowerModeTable factory = {{QStringLiteral("lowPower"), {false, 0, 30}},
-                                {QStringLiteral("normal"), {true, 15, 10}},
-                                {QStringLiteral("powerUser"), {true, 30, 5}}};
 
 QByteArray entry(const char* id, const char* enabled, const char* rate, const char* refresh)
 {
@@ -44,112 +28,92 @@ private Q_SLOTS:
     void storedSettings();
     void storedMode();
     void theSystemOverrules();
-    void edits();
+
+private:
+    FakePower _power;
 };
 
 void PowerModesTest::storedSettings_data()
 {
     QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<PowerModeTable>("settings");
-    QTest::addColumn<bool>("isDamaged");
-    const auto good = [](const char* name, const QVariant& stored, const PowerModeTable& read = {}) {
-        PowerModeTable table = factory;
-        table.insert(read);
-        QTest::newRow(name) << stored << table << false;
+    QTest::addColumn<std::optional<PowerModeSettings>>("normal"); // none: it cannot be read
+    const auto row = [](const char* name, const QVariant& stored, std::optional<PowerModeSettings> normal) {
+        QTest::newRow(name) << stored << normal;
     };
-    good("no data", QStringLiteral("{}"));
-    good("empty object", QByteArray("{}"));
-    good("one mode", entry("normal", "false", "24", "7"), {{QStringLiteral("normal"), {false, 24, 7}}});
-    good("unknown mode", entry("turbo", "true", "120", "1"), {{QStringLiteral("turbo"), {true, 120, 1}}});
-    good("negative and extreme", entry("normal", "true", "-2147483648", "2147483647"),
-         {{QStringLiteral("normal"), {true, INT_MIN, INT_MAX}}});
-    const auto damaged = [](const char* name, const QByteArray& json) {
-        QTest::newRow(name) << QVariant(json) << factory << true;
-    };
-    damaged("nothing", "");
-    damaged("cut short", entry("normal", "true", "24", "10").chopped(1));
-    damaged("a list", "[" + entry("normal", "true", "24", "10") + "]");
-    damaged("number for a truth value", entry("normal", "1", "24", "10"));
-    damaged("fraction", entry("normal", "true", "15.5", "10"));
-    damaged("text for a number", entry("normal", "true", "\"24\"", "10"));
-    damaged("beyond int", entry("normal", "true", "24", "2147483648"));
-    damaged("field missing", R"({"normal":{"visualizerEnabled":true,"visualizerFPS":24}})");
-    damaged("damage in an unknown mode", entry("turbo", "true", "null", "1"));
+    row("nothing", {}, PowerModeSettings{true, 15, 10});
+    row("no mode", QByteArray("{}"), PowerModeSettings{true, 15, 10});
+    row("one mode", entry("normal", "false", "24", "7"), PowerModeSettings{false, 24, 7});
+    row("unknown mode", entry("turbo", "true", "120", "1"), PowerModeSettings{true, 15, 10});
+    row("extreme", entry("normal", "true", "-2147483648", "2147483647"),
+        PowerModeSettings{true, INT_MIN, INT_MAX});
+    row("no data", QStringLiteral("{}"), {});
+    row("cut short", entry("normal", "true", "24", "10").chopped(1), {});
+    row("number for a truth value", entry("normal", "1", "24", "10"), {});
+    row("fraction", entry("normal", "true", "15.5", "10"), {});
+    row("beyond int", entry("normal", "true", "24", "2147483648"), {});
+    row("field missing", QByteArray(R"({"turbo":{"visualizerEnabled":true,"visualizerFPS":24}})"), {});
 }
 
 void PowerModesTest::storedSettings()
 {
     QFETCH(QVariant, stored);
-    QFETCH(PowerModeTable, settings);
-    QFETCH(bool, isDamaged);
+    QFETCH(std::optional<PowerModeSettings>, normal);
     QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
-    if (isDamaged) {
+    if (!normal) {
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be read")));
     }
     MemoryDefaults defaults;
     defaults.values.insert(settingsKey, stored);
-    Switch power;
-    PowerModeManager manager(defaults, power);
-    QCOMPARE(manager.settings(), settings);
+    PowerModeManager manager(defaults, _power);
+    QCOMPARE(manager.effectiveSettings(), normal.value_or(PowerModeSettings{true, 15, 10}));
+    QCOMPARE(manager.settings(PowerMode::lowPower), (PowerModeSettings{false, 0, 30}));
     QCOMPARE(defaults.object(settingsKey), stored);
 
     manager.updateSettings(PowerMode::powerUser, [](PowerModeSettings& mode) { mode.visualizerFPS = 60; });
-    settings[QStringLiteral("powerUser")].visualizerFPS = 60;
-    QCOMPARE(PowerModeManager(defaults, power).settings(), settings);
+    QVariantMap expected =
+        normal ? QJsonDocument::fromJson(stored.toByteArray()).toVariant().toMap() : QVariantMap();
+    expected.insert(QJsonDocument::fromJson(entry("powerUser", "true", "60", "5")).toVariant().toMap());
+    const QVariantMap written =
+        QJsonDocument::fromJson(defaults.data(settingsKey).value()).toVariant().toMap();
+    for (auto mode = expected.begin(); mode != expected.end(); ++mode) {
+        QCOMPARE(written[mode.key()], mode.value());
+    }
+    manager.resetToDefaults(PowerMode::powerUser);
+    QCOMPARE(PowerModeManager(defaults, _power).settings(PowerMode::powerUser),
+             (PowerModeSettings{true, 30, 5}));
 }
 
 void PowerModesTest::storedMode()
 {
-    Switch power;
-    const auto modeFor = [&power](const QVariant& stored) {
+    for (const auto& [stored, mode] : {std::pair(QVariant(QStringLiteral("lowPower")), PowerMode::lowPower),
+                                       {QStringLiteral("powerUser"), PowerMode::powerUser},
+                                       {QStringLiteral("Power User"), PowerMode::normal},
+                                       {QByteArray("powerUser"), PowerMode::normal},
+                                       {QVariant(), PowerMode::normal}}) {
         MemoryDefaults defaults;
-        defaults.values.insert(manualModeKey, stored);
-        return displayName(PowerModeManager(defaults, power).manualMode());
-    };
-    QCOMPARE(modeFor(QVariant()), QStringLiteral("Normal"));
-    QCOMPARE(modeFor(QStringLiteral("lowPower")), QStringLiteral("Low Power"));
-    QCOMPARE(modeFor(QStringLiteral("powerUser")), QStringLiteral("Power User"));
-    QCOMPARE(modeFor(QStringLiteral("Power User")), QStringLiteral("Normal"));
-    QCOMPARE(modeFor(QByteArray("powerUser")), QStringLiteral("Normal"));
+        defaults.values.insert(modeKey, stored);
+        QVERIFY(PowerModeManager(defaults, _power).manualMode == mode);
+    }
 }
 
 void PowerModesTest::theSystemOverrules()
 {
     MemoryDefaults defaults;
-    Switch power;
-    power.isOn = true;
+    FakePower power;
+    power.isLow = true;
     PowerModeManager manager(defaults, power);
-    manager.setManualMode(PowerMode::powerUser);
-    QCOMPARE(manager.effectiveMode(), PowerMode::lowPower);
-    QVERIFY(manager.systemLowPowerEnabled() && !manager.audioCaptureAllowed());
-    QCOMPARE(defaults.string(manualModeKey), std::optional(QStringLiteral("powerUser")));
-
-    const QSignalSpy changes(&manager, &PowerModeManager::systemLowPowerEnabledChanged);
-    power.set(false);
-    power.set(false);
-    QCOMPARE(changes.count(), 1);
-    QCOMPARE(manager.effectiveSettings(), (PowerModeSettings{true, 30, 5}));
-    QVERIFY(manager.audioCaptureAllowed());
-}
-
-void PowerModesTest::edits()
-{
-    MemoryDefaults defaults;
-    Switch power;
-    PowerModeManager manager(defaults, power);
-    const QSignalSpy changes(&manager, &PowerModeManager::settingsChanged);
-    manager.updateSettings(PowerMode::lowPower, [](PowerModeSettings& mode) { mode.visualizerFPS = 1; });
-    QCOMPARE(changes.count(), 1);
-    QCOMPARE(manager.effectiveSettings(), (PowerModeSettings{true, 15, 10}));
-    power.set(true);
-    QCOMPARE(manager.effectiveSettings(), (PowerModeSettings{false, 1, 30}));
-    const QJsonDocument expected = QJsonDocument::fromJson(R"({
-        "lowPower": {"visualizerEnabled": false, "visualizerFPS": 1, "driftRefreshSeconds": 30},
-        "normal": {"visualizerEnabled": true, "visualizerFPS": 15, "driftRefreshSeconds": 10},
-        "powerUser": {"visualizerEnabled": true, "visualizerFPS": 30, "driftRefreshSeconds": 5}})");
-    QCOMPARE(QJsonDocument::fromJson(defaults.data(settingsKey).value()), expected);
+    QProperty<bool> isCaptureAllowed([&] { return manager.audioCaptureAllowed(); });
+    manager.manualMode = PowerMode::powerUser;
+    QVERIFY(manager.effectiveMode() == PowerMode::lowPower && !isCaptureAllowed);
+    QCOMPARE(defaults.string(modeKey), std::optional(QStringLiteral("powerUser")));
+    manager.updateSettings(PowerMode::lowPower,
+                           [](PowerModeSettings& mode) { mode.visualizerEnabled = true; });
+    QVERIFY(isCaptureAllowed);
     manager.resetToDefaults(PowerMode::lowPower);
-    QCOMPARE(PowerModeManager(defaults, power).settings(), factory);
+    QVERIFY(!isCaptureAllowed);
+    power.isLow = false;
+    Q_EMIT power.changed();
+    QVERIFY(isCaptureAllowed && manager.effectiveMode() == PowerMode::powerUser);
 }
 
 QTEST_GUILESS_MAIN(PowerModesTest)

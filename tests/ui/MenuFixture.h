@@ -45,7 +45,7 @@ struct MenuFixture {
         commands.setOutput = [this](quint32 id) { told << QStringLiteral("output %1").arg(id); };
         commands.copyText = [this](const QString& text) { told << u"copy " + text; };
         commands.clearRecentlyPlayed = write(QStringLiteral("clear"));
-        commands.setPowerMode = [this](PowerMode mode) { told << u"mode " + id(mode); };
+        commands.setPowerMode = [this](PowerMode mode) { told << u"mode " + rawValue(mode); };
         commands.openPowerModeSettings = write(QStringLiteral("modes"));
         commands.toggleSource = [this](AudioSource source) {
             told << QStringLiteral("source %1").arg(static_cast<int>(source));

@@ -78,7 +78,7 @@ void PillFramesTest::drawsWhilePlaying()
     QFETCH(PowerMode, mode);
     QFETCH(double, rate);
     Shown shown(reply);
-    shown.engine.power->setManualMode(mode);
+    shown.engine.power->manualMode = mode;
     QElapsedTimer timer;
     timer.start();
     QTRY_VERIFY(timer.elapsed() > 800); // past the title's rest
@@ -106,7 +106,7 @@ void PillFramesTest::restsWhilePaused()
 void PillFramesTest::followsElapsedByThePixel()
 {
     Shown shown(longReply.arg(2000).arg(QStringLiteral("true")));
-    shown.engine.power->setManualMode(PowerMode::lowPower);
+    shown.engine.power->manualMode = PowerMode::lowPower;
     QVERIFY(shown.settles());
     shown.frames = 0;
     shown.engine.desktop.runLoop.advance(5); // a hundredth of a pixel a second

@@ -150,12 +150,12 @@ void PillModelTest::scrollsTitle()
     PillFixture f;
     f.start(f.engine.desktop.runLoop);
     QVERIFY(f.pill->isTitleActive());
-    f.engine.power->setManualMode(PowerMode::lowPower);
+    f.engine.power->manualMode = PowerMode::lowPower;
     QVERIFY(!f.pill->isTitleActive());
     f.pill->hover({1, 1});
     QVERIFY(f.pill->isTitleActive());
     f.pill->leave();
-    f.engine.power->setManualMode(PowerMode::normal);
+    f.engine.power->manualMode = PowerMode::normal;
     f.engine.setState(Player::appleMusic, QStringLiteral("paused"));
     f.engine.service->refresh();
     QVERIFY(!f.pill->isTitleActive());

@@ -34,11 +34,11 @@ void PillTest::laysOutEveryCombination()
     for (int flags = 0; flags < 32; ++flags) {
         const auto has = [flags](int bit) { return (flags >> bit & 1) != 0; };
         const PillElements elements{has(0), has(1), has(2), has(3), has(4)};
-        visibility.setShowAlbumArt(elements.albumArt);
-        visibility.setShowVisualizer(elements.visualizer);
-        visibility.setShowPrevButton(elements.previousButton);
-        visibility.setShowNextButton(elements.nextButton);
-        visibility.setShowTitle(elements.title);
+        visibility.showAlbumArt = elements.albumArt;
+        visibility.showVisualizer = elements.visualizer;
+        visibility.showPrevButton = elements.previousButton;
+        visibility.showNextButton = elements.nextButton;
+        visibility.showTitle = elements.title;
         const QRectF pill(0, 0, visibility.preferredPillWidth(), 28);
         const PillLayout layout = PillLayout::make(pill.size(), elements);
         QCOMPARE(layout.albumArt.isEmpty(), !elements.albumArt);

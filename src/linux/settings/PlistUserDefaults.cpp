@@ -9,6 +9,8 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <utility>
+
 namespace {
 
 Q_LOGGING_CATEGORY(defaultsLog, "com.orvalen.pellar.defaults")
@@ -116,7 +118,18 @@ void PlistUserDefaults::save()
     if (!_isWritable) {
         return;
     }
-    const QByteArray text = PropertyList::encode(_values);
+    const std::lock_guard guard(_latestLock);
+    if (!std::exchange(_latest, _values)) {
+        _queue.async([this] { writeLatest(); });
+    }
+}
+
+void PlistUserDefaults::writeLatest()
+{
+    std::unique_lock guard(_latestLock);
+    const QVariantMap values = *std::exchange(_latest, std::nullopt);
+    guard.unlock();
+    const QByteArray text = PropertyList::encode(values);
     if (!text.isEmpty() && text == _stored) {
         return;
     }

@@ -1,28 +1,20 @@
 #include "linux/settings/PropertyList.h"
 
-#include "base/Date.h"
-
 #include <QDateTime>
-
-#include <plist/plist.h>
+#include <QXmlStreamWriter>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <memory>
 
 namespace {
 
-using Tree = std::unique_ptr<void, decltype(&plist_free)>;
-
-constexpr auto unixOffset = static_cast<qint64>(Date::unixOffset);
-
-/// libplist counts the seconds of a date from 2001 in 32 bits.
-std::optional<int32_t> secondsSince2001(const QDateTime& date)
+/// In whole seconds, and within the years that are written with four digits.
+QDateTime storableDate(const QDateTime& date)
 {
-    const qint64 seconds = date.toSecsSinceEpoch() - unixOffset;
-    const auto narrow = static_cast<int32_t>(seconds);
-    return date.isValid() && narrow == seconds ? std::optional(narrow) : std::nullopt;
+    static const QDateTime first({1, 1, 1}, {0, 0}, Qt::UTC);
+    static const QDateTime last({9999, 12, 31}, {23, 59, 59}, Qt::UTC);
+    return std::clamp(QDateTime::fromSecsSinceEpoch(date.toSecsSinceEpoch(), Qt::UTC), first, last);
 }
 
 bool isXmlText(const QString& text)
@@ -89,8 +81,7 @@ std::optional<QVariant> storable(const QVariant& value, int depth)
     case QMetaType::QString:
         return storableIf(isXmlText(value.toString()), value);
     case QMetaType::QDateTime:
-        return storableIf(secondsSince2001(value.toDateTime()).has_value(),
-                          QDateTime::fromSecsSinceEpoch(value.toDateTime().toSecsSinceEpoch(), Qt::UTC));
+        return storableIf(value.toDateTime().isValid(), storableDate(value.toDateTime()));
     case QMetaType::QStringList:
     case QMetaType::QVariantList:
         return depth < PropertyList::maximumDepth ? storableList(value.toList(), depth + 1) : std::nullopt;
@@ -102,47 +93,65 @@ std::optional<QVariant> storable(const QVariant& value, int depth)
     }
 }
 
-plist_t node(const QVariant& value);
-
-plist_t dictionaryNode(const QVariantMap& dictionary)
+/// Writes a text. A carriage return that is written as it is would be a line feed to every reader of XML.
+void writeText(QXmlStreamWriter& xml, const QString& text)
 {
-    const plist_t result = plist_new_dict();
+    const QStringList parts = text.split(QLatin1Char('\r'));
+    xml.writeCharacters(parts.first());
+    for (const QString& part : parts.sliced(1)) {
+        xml.writeEntityReference(QStringLiteral("#13"));
+        xml.writeCharacters(part);
+    }
+}
+
+void writeElement(QXmlStreamWriter& xml, const char* name, const QString& text)
+{
+    xml.writeStartElement(QLatin1String(name));
+    writeText(xml, text);
+    xml.writeEndElement();
+}
+
+void write(QXmlStreamWriter& xml, const QVariant& value);
+
+void writeDictionary(QXmlStreamWriter& xml, const QVariantMap& dictionary)
+{
+    xml.writeStartElement(QStringLiteral("dict"));
     for (auto entry = dictionary.begin(); entry != dictionary.end(); ++entry) {
-        plist_dict_set_item(result, entry.key().toUtf8().constData(), node(entry.value()));
+        writeElement(xml, "key", entry.key());
+        write(xml, entry.value());
     }
-    return result;
+    xml.writeEndElement();
 }
 
-plist_t listNode(const QVariantList& list)
+void writeList(QXmlStreamWriter& xml, const QVariantList& list)
 {
-    const plist_t result = plist_new_array();
+    xml.writeStartElement(QStringLiteral("array"));
     for (const QVariant& item : list) {
-        plist_array_append_item(result, node(item));
+        write(xml, item);
     }
-    return result;
+    xml.writeEndElement();
 }
 
-plist_t node(const QVariant& value)
+void write(QXmlStreamWriter& xml, const QVariant& value)
 {
     switch (value.typeId()) {
     case QMetaType::Bool:
-        return plist_new_bool(value.toBool() ? 1 : 0);
+        return xml.writeEmptyElement(value.toBool() ? QStringLiteral("true") : QStringLiteral("false"));
     case QMetaType::LongLong:
-        return plist_new_uint(static_cast<uint64_t>(value.toLongLong())); // written as a signed number
+        return writeElement(xml, "integer", QString::number(value.toLongLong()));
     case QMetaType::Double:
-        return plist_new_real(value.toDouble());
-    case QMetaType::QByteArray: {
-        const QByteArray data = value.toByteArray();
-        return plist_new_data(data.constData(), static_cast<uint64_t>(data.size()));
-    }
+        return writeElement(xml, "real",
+                            QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest));
+    case QMetaType::QByteArray:
+        return writeElement(xml, "data", QString::fromLatin1(value.toByteArray().toBase64()));
     case QMetaType::QDateTime:
-        return plist_new_date(secondsSince2001(value.toDateTime()).value_or(0), 0);
+        return writeElement(xml, "date", value.toDateTime().toString(PropertyList::dateFormat));
     case QMetaType::QVariantList:
-        return listNode(value.toList());
+        return writeList(xml, value.toList());
     case QMetaType::QVariantMap:
-        return dictionaryNode(value.toMap());
+        return writeDictionary(xml, value.toMap());
     default:
-        return plist_new_string(value.toString().toUtf8().constData());
+        return writeElement(xml, "string", value.toString());
     }
 }
 
@@ -160,12 +169,16 @@ bool PropertyList::isStorableKey(const QString& key)
 
 QByteArray PropertyList::encode(const QVariantMap& values)
 {
-    const Tree tree(dictionaryNode(values), &plist_free);
-    char* text = nullptr;
-    uint32_t length = 0;
-    plist_to_xml(tree.get(), &text, &length);
-    const std::unique_ptr<char, decltype(&plist_to_xml_free)> owner(text, &plist_to_xml_free);
-    // Written as it is, a carriage return would be a line feed to every reader of XML.
-    const QByteArray result = QByteArray::fromRawData(text, length).replace('\r', "&#13;");
+    QByteArray result;
+    QXmlStreamWriter xml(&result);
+    xml.setAutoFormatting(true);
+    xml.setAutoFormattingIndent(-1); // a tab
+    xml.writeStartDocument();
+    xml.writeDTD(QStringLiteral(R"(<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" )"
+                                R"("http://www.apple.com/DTDs/PropertyList-1.0.dtd">)"));
+    xml.writeStartElement(QStringLiteral("plist"));
+    xml.writeAttribute(QStringLiteral("version"), QStringLiteral("1.0"));
+    writeDictionary(xml, values);
+    xml.writeEndDocument();
     return result.size() <= maximumBytes ? result : QByteArray();
 }

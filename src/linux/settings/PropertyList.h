@@ -15,10 +15,13 @@ constexpr qsizetype maximumBytes = 16'000'000;
 /// Deepest nesting of lists and dictionaries, the outermost dictionary included.
 constexpr int maximumDepth = 64;
 
+/// How a date, which is in UTC, is written.
+inline const QString dateFormat = QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'");
+
 /// The value as a property list gives it back: every integer as `qlonglong`, every list as `QVariantList`, a
-/// date in UTC and whole seconds. None when the format cannot hold it: another type, a number that is not
-/// finite or beyond 64 bits signed, a date before 1932-12-14 or after 2069-01-18, a text with characters that
-/// XML has no form for, a nesting too deep.
+/// date in UTC, in whole seconds and within the years 1 to 9999, else the nearest that is. None when the
+/// format cannot hold it: another type, a number that is not finite or beyond 64 bits signed, no date at all,
+/// a text with characters that XML has no form for, a nesting too deep.
 std::optional<QVariant> storable(const QVariant& value);
 
 /// Whether a text can be a dictionary key.

@@ -4,10 +4,6 @@
 #include <QStringDecoder>
 #include <QXmlStreamReader>
 
-// libplist writes our files but does not read them: its reader takes "abc" for the number 0, a text without
-// an end for a whole one and the decimal separator from the user's locale, runs out of stack on deep nesting
-// and needs minutes for a long text full of entities.
-
 namespace {
 
 /// A value without children. An invalid one when the text is not of its type or the element is unknown.
@@ -22,7 +18,7 @@ QVariant leaf(QStringView element, const QString& text)
     } else if (element == QLatin1String("real")) {
         value = text.toDouble(&ok);
     } else if (element == QLatin1String("date")) {
-        QDateTime date = QDateTime::fromString(text.trimmed(), QStringLiteral("yyyy-MM-dd'T'HH:mm:ss'Z'"));
+        QDateTime date = QDateTime::fromString(text.trimmed(), PropertyList::dateFormat);
         date.setTimeSpec(Qt::UTC);
         value = date;
     } else if (element == QLatin1String("data")) {

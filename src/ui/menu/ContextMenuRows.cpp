@@ -225,7 +225,7 @@ void RowBuilder::addPowerMode()
         return;
     }
     Items rows;
-    for (const PowerMode mode : allPowerModes()) {
+    for (const auto& [mode, id, name] : Choices<PowerMode>::all) {
         rows.push_back(
             Item::toggle(displayName(mode), mode == _state.powerMode, with(_commands.setPowerMode, mode)));
     }

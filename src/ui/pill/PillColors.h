@@ -33,6 +33,8 @@ public:
     QColor track;      ///< the part of the progress line still to come
     QColor fill;       ///< the part that has been played
 
+    friend bool operator==(const PillColors&, const PillColors&) = default;
+
     /// With a tint, highlight and fill are of that colour; where it could not be told from the pill, of the
     /// nearest one that can. Without, everything is neutral.
     static PillColors forDesktop(bool isDark, const std::optional<QColor>& tint = std::nullopt);

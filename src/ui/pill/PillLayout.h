@@ -42,6 +42,8 @@ public:
     QRectF progress;
     double cornerRadius = 0;
 
+    friend bool operator==(const PillLayout&, const PillLayout&) = default;
+
     /// Lays the row out from left to right; the title takes what the others leave. Without it, what is left
     /// is shared by both ends.
     static PillLayout make(QSizeF size, const PillElements& elements);

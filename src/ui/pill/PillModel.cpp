@@ -22,87 +22,62 @@ PillModel::PillModel(const Dependencies& dependencies, double height)
     , _visualizer(_of.runLoop, _of.audio, _of.power)
     , _clock(_of.runLoop)
 {
-    observe();
-    updateLayout();
-    _visualizer.setPlaying(_of.service.isPlaying());
+    bindContent();
+    bindLooks();
 }
 
-void PillModel::observe()
+void PillModel::bindContent()
 {
     const NowPlayingService* const service = &_of.service;
-    connect(service, &NowPlayingService::titleChanged, this, &PillModel::contentChanged);
-    connect(service, &NowPlayingService::activePlayerChanged, this, &PillModel::contentChanged);
-    connect(service, &NowPlayingService::titleChanged, this, [this] {
-        if (_isSeeking) {
-            cancelPress(); // the place was one in another track
-        }
+    _title.setBinding([service] { return service->title().simplified(); });
+    _artwork.setBinding([service] { return service->artwork(); });
+    _isIdle.setBinding([service] { return service->activePlayer() == Player::none; });
+    _isPlaying.setBinding([service] { return service->isPlaying(); });
+    _visualizer.bindableIsPlaying().setBinding([service] { return service->isPlaying(); });
+    _progress.setBinding([this, service] {
+        const double duration = service->duration();
+        const double played = duration > 0 ? std::clamp(service->elapsed() / duration, 0.0, 1.0) : 0;
+        return _isSeeking ? _seekFraction.value() : played;
     });
-    connect(service, &NowPlayingService::artworkChanged, this, &PillModel::artworkChanged);
-    connect(service, &NowPlayingService::elapsedChanged, this, &PillModel::progressChanged);
-    connect(service, &NowPlayingService::durationChanged, this, &PillModel::progressChanged);
-    connect(service, &NowPlayingService::isPlayingChanged, this, [this] {
-        _visualizer.setPlaying(_of.service.isPlaying());
-        Q_EMIT contentChanged();
-        Q_EMIT isTitleActiveChanged();
+    _isTitleActive.setBinding(
+        [this] { return _isHovering || (_isPlaying && _of.power.effectiveMode() != PowerMode::lowPower); });
+    connect(service, &NowPlayingService::titleChanged, this, &PillModel::cancelSeek);
+    connect(service, &NowPlayingService::artistChanged, this, &PillModel::cancelSeek);
+}
+
+void PillModel::bindLooks()
+{
+    const auto readAppearance = [this] { _isDark = _of.appearance.isDark(); };
+    connect(&_of.appearance, &Appearance::changed, this, readAppearance);
+    readAppearance();
+    _colors.setBinding([this] { return PillColors::forDesktop(_isDark, _of.theme.tint()); });
+    _layout.setBinding([this] {
+        const PillVisibilityManager& shown = _of.visibility;
+        return PillLayout::make({shown.preferredPillWidth(), _height},
+                                {.albumArt = shown.showAlbumArt,
+                                 .visualizer = shown.showVisualizer,
+                                 .previousButton = shown.showPrevButton,
+                                 .nextButton = shown.showNextButton,
+                                 .title = shown.showTitle});
     });
-    // The meter hears of every change of the power mode.
-    connect(&_visualizer, &VisualizerModel::changed, this, &PillModel::isTitleActiveChanged);
-    connect(this, &PillModel::isHoveringChanged, this, &PillModel::isTitleActiveChanged);
-
-    connect(&_of.appearance, &Appearance::changed, this, &PillModel::colorsChanged);
-    connect(&_of.theme, &ThemeManager::tintChanged, this, &PillModel::colorsChanged);
-
-    const PillVisibilityManager* const visibility = &_of.visibility;
-    connect(visibility, &PillVisibilityManager::showAlbumArtChanged, this, &PillModel::updateLayout);
-    connect(visibility, &PillVisibilityManager::showVisualizerChanged, this, &PillModel::updateLayout);
-    connect(visibility, &PillVisibilityManager::showPrevButtonChanged, this, &PillModel::updateLayout);
-    connect(visibility, &PillVisibilityManager::showNextButtonChanged, this, &PillModel::updateLayout);
-    connect(visibility, &PillVisibilityManager::showTitleChanged, this, &PillModel::updateLayout);
-    connect(visibility, &PillVisibilityManager::preferredPillWidthChanged, this, &PillModel::updateLayout);
 }
 
-QString PillModel::title() const
+/// The place of a drag was one in the track that is over.
+void PillModel::cancelSeek()
 {
-    return _of.service.title();
-}
-
-QImage PillModel::artwork() const
-{
-    return _of.service.artwork();
-}
-
-bool PillModel::isIdle() const
-{
-    return _of.service.activePlayer() == Player::none;
+    if (_isSeeking) {
+        cancelPress();
+    }
 }
 
 QString PillModel::playSymbol() const
 {
-    return _of.service.isPlaying() ? QStringLiteral("pause.fill") : QStringLiteral("play.fill");
+    return _isPlaying ? QStringLiteral("pause.fill") : QStringLiteral("play.fill");
 }
 
 QString PillModel::playLabel() const
 {
-    return _of.service.isPlaying() ? tr("Pause") : tr("Play");
-}
-
-double PillModel::progress() const
-{
-    if (_isSeeking) {
-        return _seekFraction;
-    }
-    const double duration = _of.service.duration();
-    return duration > 0 ? std::clamp(_of.service.elapsed() / duration, 0.0, 1.0) : 0;
-}
-
-bool PillModel::isTitleActive() const
-{
-    return _isHovering || (_of.service.isPlaying() && _of.power.effectiveMode() != PowerMode::lowPower);
-}
-
-PillColors PillModel::colors() const
-{
-    return PillColors::forDesktop(_of.appearance.isDark(), _of.theme.tint());
+    return _isPlaying ? tr("Pause") : tr("Play");
 }
 
 void PillModel::hover(QPointF point)
@@ -110,8 +85,7 @@ void PillModel::hover(QPointF point)
     // A drag goes on beyond the edges.
     _isHovering = QRectF(0, 0, _of.visibility.preferredPillWidth(), _height).contains(point);
     if (_isSeeking) {
-        _seekFraction = _layout.progressFraction(point);
-        Q_EMIT progressChanged();
+        _seekFraction = _layout.value().progressFraction(point);
         return;
     }
     _gesture.move(point);
@@ -121,8 +95,8 @@ void PillModel::hover(QPointF point)
 /// What lies under the pointer. The progress line is above the controls.
 void PillModel::followZones(QPointF point)
 {
-    _hoveringBar = _layout.isOnProgress(point);
-    const auto zone = _hoveringBar ? std::nullopt : _layout.zoneAt(point);
+    _hoveringBar = _layout.value().isOnProgress(point);
+    const auto zone = _hoveringBar ? std::nullopt : _layout.value().zoneAt(point);
     _hoveredZone = zone.value_or(QString());
     _pressedZone = zone == _gesture.pressedZone() ? _hoveredZone.value() : QString();
 }
@@ -144,7 +118,7 @@ void PillModel::press(QPointF point)
         hover(point);
         return;
     }
-    _gesture.press(point, _layout.zoneAt(point));
+    _gesture.press(point, _layout.value().zoneAt(point));
     followZones(point);
     _holdTimer = _of.runLoop.every(PressGesture::holdDuration, this, [this] { completeHold(); });
 }
@@ -163,10 +137,9 @@ void PillModel::release(QPointF point)
 {
     _holdTimer.reset();
     if (_isSeeking) {
-        _seekFraction = _layout.progressFraction(point);
+        _seekFraction = _layout.value().progressFraction(point);
         _of.service.seekTo(_seekFraction * _of.service.duration());
         _isSeeking = false;
-        Q_EMIT progressChanged();
         hover(point);
         return;
     }
@@ -185,7 +158,6 @@ void PillModel::cancelPress()
     _gesture.cancel();
     _pressedZone = QString();
     _isSeeking = false;
-    Q_EMIT progressChanged();
 }
 
 void PillModel::activate(const QString& zone)
@@ -207,15 +179,4 @@ void PillModel::seekBy(double seconds)
     if (duration > 0) {
         _of.service.seekTo(std::clamp(_of.service.elapsed() + seconds, 0.0, duration));
     }
-}
-
-void PillModel::updateLayout()
-{
-    const PillElements elements{.albumArt = _of.visibility.showAlbumArt(),
-                                .visualizer = _of.visibility.showVisualizer(),
-                                .previousButton = _of.visibility.showPrevButton(),
-                                .nextButton = _of.visibility.showNextButton(),
-                                .title = _of.visibility.showTitle()};
-    _layout = PillLayout::make({_of.visibility.preferredPillWidth(), _height}, elements);
-    Q_EMIT layoutChanged();
 }

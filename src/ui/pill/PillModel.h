@@ -61,17 +61,18 @@ public:
     /// `height` is the status bar's thickness, in points.
     PillModel(const Dependencies& dependencies, double height);
 
-    QString title() const;
+    /// On one line.
+    QString title() const { return _title; }
     /// Null when there is none.
-    QImage artwork() const;
+    QImage artwork() const { return _artwork; }
     /// Whether nothing plays and nothing is paused, either.
-    bool isIdle() const;
+    bool isIdle() const { return _isIdle; }
     QString playSymbol() const;
     QString playLabel() const;
     /// How far the progress line is filled, 0 to 1: what has been played, or where a drag on it is.
-    double progress() const;
+    double progress() const { return _progress; }
     /// Whether a long title scrolls: under the pointer and, unless power is to be saved, while music plays.
-    bool isTitleActive() const;
+    bool isTitleActive() const { return _isTitleActive; }
     bool isSeeking() const { return _isSeeking; }
     /// Whether the pointer is over the pill.
     bool isHovering() const { return _isHovering; }
@@ -81,7 +82,7 @@ public:
     QString hoveredZone() const { return _hoveredZone; }
     /// The control under the pointer on which the button is down, or empty.
     QString pressedZone() const { return _pressedZone; }
-    PillColors colors() const;
+    PillColors colors() const { return _colors; }
     PillLayout layout() const { return _layout; }
     VisualizerModel* visualizer() { return &_visualizer; }
     FrameClock* clock() { return &_clock; }
@@ -113,19 +114,28 @@ Q_SIGNALS:
     void layoutChanged();
 
 private:
-    void observe();
-    void updateLayout();
+    void bindContent();
+    void bindLooks();
+    void cancelSeek();
     void followZones(QPointF point);
     void completeHold();
 
     Dependencies _of;
     double _height;
-    PillLayout _layout;
     VisualizerModel _visualizer;
     FrameClock _clock;
     PressGesture _gesture;
     std::unique_ptr<RunLoop::Timer> _holdTimer;
-    double _seekFraction = 0;
+    QProperty<double> _seekFraction;
+    QProperty<bool> _isDark;
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, QString, _title, &PillModel::contentChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, bool, _isIdle, &PillModel::contentChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, bool, _isPlaying, &PillModel::contentChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, QImage, _artwork, &PillModel::artworkChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, double, _progress, &PillModel::progressChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, bool, _isTitleActive, &PillModel::isTitleActiveChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, PillColors, _colors, &PillModel::colorsChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(PillModel, PillLayout, _layout, &PillModel::layoutChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PillModel, bool, _isSeeking, false, &PillModel::isSeekingChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PillModel, bool, _isHovering, false, &PillModel::isHoveringChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PillModel, bool, _hoveringBar, false, &PillModel::hoveringBarChanged)
