@@ -53,6 +53,23 @@ function(pellar_room folder)
     endif()
 endfunction()
 
+# pellar_dbus_proxies(FOLDER [CLASS INTERFACE]…): for each interface that src/FOLDER/INTERFACE.xml describes the class that
+# calls it, included as <CLASS.h>, in the library of the folder's name and "_proxies". What is generated is not ours to
+# keep free of warnings.
+function(pellar_dbus_proxies folder)
+    string(REPLACE "/" "_" name ${folder}_proxies)
+    set(rest ${ARGN})
+    while(rest)
+        list(POP_FRONT rest class interface)
+        set(description ${PROJECT_SOURCE_DIR}/src/${folder}/${interface}.xml)
+        set_source_files_properties(${description} PROPERTIES CLASSNAME ${class} NO_NAMESPACE ON)
+        qt_add_dbus_interface(generated ${description} ${class})
+    endwhile()
+    add_library(${name} STATIC ${generated})
+    target_include_directories(${name} SYSTEM PUBLIC ${CMAKE_CURRENT_BINARY_DIR})
+    target_link_libraries(${name} PUBLIC Qt6::DBus)
+endfunction()
+
 # pellar_qml_module(ROOM URI [QML_FILES files…] [DEPENDENCIES uris…]): the room's types, and the files beside the
 # CMakeLists.txt that calls it, as a QML module. The dependencies are the modules, besides QtQuick, whose types
 # the room's own build on.

@@ -12,13 +12,13 @@
 namespace {
 
 /// A desktop's tray, as far as programs notice it.
-class Tray final : public QDBusVirtualObject
+class Tray final : public BusStandIn
 {
 public:
-    Tray()
+    Tray() : BusStandIn(QStringLiteral("/StatusNotifierWatcher"))
     {
-        _bus.registerVirtualObject(QStringLiteral("/StatusNotifierWatcher"), this);
-        _bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+        set({{QStringLiteral("IsStatusNotifierHostRegistered"), true}});
+        own(QStringLiteral("org.kde.StatusNotifierWatcher"));
     }
 
     QString introspect(const QString& /*path*/) const override
@@ -27,24 +27,17 @@ public:
                               "<property name=\"IsStatusNotifierHostRegistered\" type=\"b\" access=\"read\"/>"
                               "</interface>");
     }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
-    {
-        if (message.member() == QStringLiteral("Introspect")) {
-            return false; // answered with the text above
-        }
-        if (message.member() == QStringLiteral("RegisterStatusNotifierItem")) {
-            item = message.service();
-        }
-        const bool isQuestion = message.member() == QStringLiteral("Get");
-        bus.send(isQuestion ? message.createReply(QVariant::fromValue(QDBusVariant(true)))
-                            : message.createReply());
-        return true;
-    }
 
     QString item; ///< the bus name of the program that has put an icon here
 
-private:
-    QDBusConnection _bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("tray"));
+protected:
+    std::optional<QVariantList> perform(const QDBusMessage& call) override
+    {
+        if (call.member() == QStringLiteral("RegisterStatusNotifierItem")) {
+            item = call.service();
+        }
+        return QVariantList();
+    }
 };
 
 } // namespace

@@ -20,36 +20,29 @@ void MprisRulesTest::readsMetadata_data()
 {
     QTest::addColumn<QVariantMap>("metadata");
     QTest::addColumn<QString>("text"); // id|title|artist|album|length
-    const QString title = QStringLiteral("xesam:title");
-    const QString artist = QStringLiteral("xesam:artist");
-    const QString length = QStringLiteral("mpris:length");
-    const auto text = [](const char* utf8) { return QString::fromUtf8(utf8); };
-    QTest::newRow("nothing") << QVariantMap() << text("||||-");
-    QTest::newRow("artists as a list")
-        << QVariantMap{{title, text("T")}, {artist, QStringList{text("A"), text("B")}}} << text("|T|A, B||-");
-    QTest::newRow("artist as one string")
-        << QVariantMap{{title, text("T")}, {artist, text("A")}} << text("|T|A||-");
-    QTest::newRow("artist list of nothing")
-        << QVariantMap{{title, text("T")}, {artist, QStringList{QString()}}} << text("|T|||-");
-    QTest::newRow("id as a string") << QVariantMap{{text("mpris:trackid"), text("spotify:track:1")},
-                                                   {title, text("T")}}
-                                    << text("spotify:track:1|T|||-");
-    QTest::newRow("file name for a title")
-        << QVariantMap{{text("xesam:url"), text("file:///a/%E5%A4%9C%20b.flac")}} << text("|夜 b.flac|||-");
-    const auto lengthRow = [&](const char* name, const QVariant& value, const char* expected) {
-        QTest::newRow(name) << QVariantMap{{title, text("T")}, {length, value}}
-                            << text("|T|||") + QString::fromLatin1(expected);
+    const auto row = [](const char* name, const char* key, const QVariant& value, const char* text) {
+        QVariantMap metadata{{QStringLiteral("xesam:title"), QStringLiteral("T")}};
+        metadata[QString::fromLatin1(key)] = value;
+        QTest::newRow(name) << metadata << QString::fromUtf8(text);
     };
-    lengthRow("64-bit length", QVariant::fromValue(qlonglong(215000000)), "215");
-    lengthRow("unsigned length", QVariant::fromValue(qulonglong(215000000)), "215");
-    lengthRow("32-bit length", QVariant::fromValue(int(215000000)), "215");
-    lengthRow("length as a real", QVariant(1.5e6), "1.5");
-    lengthRow("length as a text", QVariant(text("3000000")), "3");
-    lengthRow("length zero", QVariant::fromValue(qlonglong(0)), "-");
-    lengthRow("length negative", QVariant::fromValue(qlonglong(-1)), "-");
-    lengthRow("endless stream", QVariant::fromValue(std::numeric_limits<qlonglong>::max()), "-");
-    lengthRow("length not a number", QVariant(std::nan("")), "-");
-    lengthRow("length a list", QVariant(QStringList()), "-");
+    const auto text = [](const char* latin1) { return QString::fromLatin1(latin1); };
+    QTest::newRow("nothing") << QVariantMap() << text("||||-");
+    QTest::newRow("file name for a title")
+        << QVariantMap{{text("xesam:url"), text("file:///a/%E5%A4%9C%20b.flac")}}
+        << QStringLiteral("|夜 b.flac|||-");
+    row("artists as a list", "xesam:artist", QStringList{text("A"), text("B")}, "|T|A, B||-");
+    row("artist as one string", "xesam:artist", text("A"), "|T|A||-");
+    row("artist list of nothing", "xesam:artist", QStringList{QString()}, "|T|||-");
+    row("id as a string", "mpris:trackid", text("spotify:track:1"), "spotify:track:1|T|||-");
+    const char* const length = "mpris:length";
+    row("unsigned length", length, qulonglong(215000000), "|T|||215");
+    row("32-bit length", length, 215000000, "|T|||215");
+    row("length as a real", length, 1.5e6, "|T|||1.5");
+    row("length as a text", length, text("3000000"), "|T|||3");
+    row("length zero", length, qlonglong(0), "|T|||-");
+    row("endless stream", length, std::numeric_limits<qlonglong>::max(), "|T|||-");
+    row("length not a number", length, std::nan(""), "|T|||-");
+    row("length a list", length, QStringList(), "|T|||-");
 }
 
 void MprisRulesTest::readsMetadata()

@@ -3,22 +3,12 @@
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
-#include <QDBusVariant>
 
 namespace {
 
 const QString namePrefix = QStringLiteral("org.mpris.MediaPlayer2.");
 const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
-
-QDBusConnection connection(const QString& address)
-{
-    static int count = 0;
-    const QString name = QStringLiteral("stand-in-%1").arg(++count);
-    return address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SessionBus, name)
-                             : QDBusConnection::connectToBus(address, name);
-}
 
 QString callText(const QDBusMessage& message)
 {
@@ -34,51 +24,38 @@ QString callText(const QDBusMessage& message)
 
 } // namespace
 
-MprisStandIn::MprisStandIn(const QString& suffix, const QString& address) : _bus(connection(address))
+MprisStandIn::MprisStandIn(const QString& suffix, const QString& address) : BusStandIn(objectPath, address)
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
-    _properties = {{QStringLiteral("PlaybackStatus"), QStringLiteral("Stopped")},
-                   {QStringLiteral("Rate"), 1.0},
-                   {QStringLiteral("Metadata"), QVariantMap()},
-                   {QStringLiteral("Position"), QVariant::fromValue(qlonglong(0))},
-                   {QStringLiteral("CanControl"), true},
-                   {QStringLiteral("CanPlay"), true}};
-    _isRegistered = _bus.registerVirtualObject(objectPath, this) && _bus.registerService(namePrefix + suffix);
-}
-
-MprisStandIn::~MprisStandIn()
-{
-    QDBusConnection::disconnectFromBus(_bus.name());
+    set({{QStringLiteral("PlaybackStatus"), QStringLiteral("Stopped")},
+         {QStringLiteral("Rate"), 1.0},
+         {QStringLiteral("Metadata"), QVariantMap()},
+         {QStringLiteral("Position"), QVariant::fromValue(qlonglong(0))},
+         {QStringLiteral("CanControl"), true},
+         {QStringLiteral("CanPlay"), true}});
+    addName(suffix);
 }
 
 void MprisStandIn::addName(const QString& suffix)
 {
-    _bus.registerService(namePrefix + suffix);
+    own(namePrefix + suffix);
 }
 
 void MprisStandIn::change(const QVariantMap& properties)
 {
     set(properties);
-    auto signal =
-        QDBusMessage::createSignal(objectPath, propertiesInterface, QStringLiteral("PropertiesChanged"));
-    signal.setArguments({playerInterface, properties, QStringList()});
-    _bus.send(signal);
+    announce(playerInterface, properties);
 }
 
 void MprisStandIn::invalidate(const QString& property)
 {
-    auto signal =
-        QDBusMessage::createSignal(objectPath, propertiesInterface, QStringLiteral("PropertiesChanged"));
-    signal.setArguments({playerInterface, QVariantMap(), QStringList{property}});
-    _bus.send(signal);
+    announce(playerInterface, {}, {property});
 }
 
 void MprisStandIn::seek(qlonglong microseconds)
 {
-    set({{QStringLiteral("Position"), QVariant::fromValue(microseconds)}});
-    auto signal = QDBusMessage::createSignal(objectPath, playerInterface, QStringLiteral("Seeked"));
-    signal.setArguments({QVariant::fromValue(microseconds)});
-    _bus.send(signal);
+    set({{QStringLiteral("Position"), microseconds}});
+    emitSignal(playerInterface, QStringLiteral("Seeked"), {microseconds});
 }
 
 void MprisStandIn::setTracks(const QList<QVariantMap>& tracks)
@@ -89,11 +66,14 @@ void MprisStandIn::setTracks(const QList<QVariantMap>& tracks)
     }
     _tracks = tracks;
     set({{QStringLiteral("HasTrackList"), true}, {QStringLiteral("Tracks"), QVariant::fromValue(paths)}});
-    auto signal = QDBusMessage::createSignal(objectPath, QStringLiteral("org.mpris.MediaPlayer2.TrackList"),
-                                             QStringLiteral("TrackListReplaced"));
-    signal.setArguments(
-        {QVariant::fromValue(paths), QVariant::fromValue(QDBusObjectPath(QStringLiteral("/")))});
-    _bus.send(signal);
+    announceTracks();
+}
+
+void MprisStandIn::announceTracks()
+{
+    emitSignal(
+        QStringLiteral("org.mpris.MediaPlayer2.TrackList"), QStringLiteral("TrackListReplaced"),
+        {property(QStringLiteral("Tracks")), QVariant::fromValue(QDBusObjectPath(QStringLiteral("/")))});
 }
 
 QVariantMap MprisStandIn::metadata(const QString& id, const QString& title, const QString& artist,
@@ -112,47 +92,16 @@ QVariantMap MprisStandIn::playing(const QVariantMap& metadata)
             {QStringLiteral("Metadata"), metadata}};
 }
 
-QString MprisStandIn::introspect(const QString&) const
+std::optional<QVariantList> MprisStandIn::perform(const QDBusMessage& call)
 {
-    return {};
-}
-
-bool MprisStandIn::handleMessage(const QDBusMessage& message, const QDBusConnection& bus)
-{
-    if (isMute) {
-        message.setDelayedReply(true);
-        return true;
+    if (call.member() == QStringLiteral("GetTracksMetadata")) {
+        return QVariantList{QVariant::fromValue(_tracks)};
     }
-    if (isRefusing) {
-        bus.send(message.createErrorReply(QDBusError::AccessDenied, QStringLiteral("no")));
-        return true;
-    }
-    if (message.interface() == propertiesInterface) {
-        const QVariant value = answer(message);
-        bus.send(value.isValid()
-                     ? message.createReply(value)
-                     : message.createErrorReply(QDBusError::UnknownProperty, QStringLiteral("no")));
-        return true;
-    }
-    if (message.member() == QStringLiteral("GetTracksMetadata")) {
-        bus.send(message.createReply(QVariant::fromValue(_tracks)));
-        return true;
-    }
-    calls.append(callText(message));
-    bus.send(message.createReply());
+    calls.append(callText(call));
     if (obeysTransport) {
-        obey(message);
+        obey(call);
     }
-    return true;
-}
-
-QVariant MprisStandIn::answer(const QDBusMessage& message)
-{
-    if (message.member() == QStringLiteral("GetAll")) {
-        return _properties;
-    }
-    const QVariant value = _properties.value(message.arguments().value(1).toString());
-    return value.isValid() ? QVariant::fromValue(QDBusVariant(value)) : QVariant();
+    return QVariantList();
 }
 
 void MprisStandIn::obey(const QDBusMessage& message)

@@ -1,18 +1,15 @@
 #include "linux/desktop/DesktopAppearance.h"
 
-#include <QDBusConnection>
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
-#include <QDBusVariant>
+#include "linux/dbus/DBusValue.h"
+#include "linux/dbus/WhenAnswered.h"
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPalette>
 
 namespace {
 
-const QString portal = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString colourSchemeKey = QStringLiteral("color-scheme");
 
@@ -20,43 +17,33 @@ const QString colourSchemeKey = QStringLiteral("color-scheme");
 constexpr uint preferDark = 1;
 constexpr uint preferLight = 2;
 
-QVariant innermost(QVariant value)
-{
-    while (value.metaType() == QMetaType::fromType<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    return value;
-}
-
 } // namespace
 
 DesktopAppearance::DesktopAppearance()
+    : _portalName(QDBusConnection::sessionBus(), QStringLiteral("org.freedesktop.portal.Desktop"))
 {
     qGuiApp->installEventFilter(this);
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        return;
-    }
-    bus.connect(QString(), portalPath, settings, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QDBusMessage)));
-    auto* const portalWatcher =
-        new QDBusServiceWatcher(portal, bus, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(portalWatcher, &QDBusServiceWatcher::serviceRegistered, this, &DesktopAppearance::askPortal);
-    askPortal();
+    QDBusConnection::sessionBus().connect(
+        QString(), portalPath, QLatin1String(PortalSettingsProxy::staticInterfaceName()),
+        QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QDBusMessage)));
+    connect(&_portalName, &BusName::ownerChanged, this, &DesktopAppearance::setPortal);
+    _portalName.start();
 }
 
-void DesktopAppearance::askPortal()
+/// What a portal said holds until the next one says something else.
+void DesktopAppearance::setPortal(const QString& owner)
 {
-    auto read = QDBusMessage::createMethodCall(portal, portalPath, settings, QStringLiteral("Read"));
-    read.setArguments({appearanceGroup, colourSchemeKey});
-    auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(read), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
-        call->deleteLater();
-        const QDBusMessage reply = call->reply();
-        if (reply.type() == QDBusMessage::ReplyMessage) {
-            adopt(innermost(reply.arguments().value(0)));
-        }
-    });
+    _portal.reset();
+    if (owner.isEmpty()) {
+        return;
+    }
+    _portal = std::make_unique<PortalSettingsProxy>(owner, portalPath, QDBusConnection::sessionBus());
+    whenAnswered(_portal->Read(appearanceGroup, colourSchemeKey), _portal.get(),
+                 [this](const QDBusPendingReply<QDBusVariant>& reply) {
+                     if (reply.isValid()) {
+                         adopt(DBusValue::unwrapped(reply.value().variant()));
+                     }
+                 });
 }
 
 bool DesktopAppearance::isDark() const
@@ -69,7 +56,7 @@ void DesktopAppearance::settingChanged(const QDBusMessage& signal)
 {
     const QVariantList arguments = signal.arguments();
     if (arguments.value(0) == appearanceGroup && arguments.value(1) == colourSchemeKey) {
-        adopt(innermost(arguments.value(2)));
+        adopt(DBusValue::unwrapped(arguments.value(2)));
     }
 }
 

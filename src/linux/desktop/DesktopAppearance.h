@@ -1,10 +1,12 @@
 #pragma once
 
+#include "linux/dbus/BusName.h"
 #include "platform/Appearance.h"
 
-#include <QDBusMessage>
+#include <PortalSettingsProxy.h>
 #include <QVariant>
 
+#include <memory>
 #include <optional>
 
 /// Light or dark as the desktop portal says; where it says nothing, as the palette looks.
@@ -24,8 +26,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void askPortal();
+    void setPortal(const QString& owner);
     void adopt(const QVariant& colourScheme);
 
+    BusName _portalName;
+    std::unique_ptr<PortalSettingsProxy> _portal; ///< null while there is none
     std::optional<bool> _portalIsDark;
 };

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusServiceWatcher>
+#include "linux/dbus/BusName.h"
+
+#include <PropertiesProxy.h>
 #include <QObject>
 #include <QVariantMap>
 
 #include <memory>
-
-class QDBusMessage;
-class QDBusPendingCallWatcher;
 
 /// One bus name of the power-profiles daemon, followed as it comes and goes.
 class PowerProfilesDaemon : public QObject
@@ -17,8 +15,7 @@ class PowerProfilesDaemon : public QObject
 
 public:
     /// `interface` is also the name of the service.
-    PowerProfilesDaemon(QDBusConnection bus, QString interface, QString path);
-    ~PowerProfilesDaemon() override;
+    PowerProfilesDaemon(const QDBusConnection& bus, QString interface, QString path);
 
     /// False while the daemon is absent or has not answered.
     bool isPowerSaver() const { return _isPowerSaver; }
@@ -28,14 +25,9 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void propertiesChanged(const QString& interface, const QVariantMap& values,
-                           const QStringList& invalidated);
+                           const QStringList& invalidated, const QDBusMessage& signal);
 
 private:
-    using Answer = void (PowerProfilesDaemon::*)(const QDBusMessage& reply);
-
-    void call(const QDBusMessage& request, Answer answer);
-    void ownerAnswered(const QDBusMessage& reply);
-    void profileAnswered(const QDBusMessage& reply);
     void setOwner(const QString& owner);
     void requestProfile();
     void setProfile(const QVariant& profile);
@@ -44,8 +36,7 @@ private:
     QDBusConnection _bus;
     QString _interface;
     QString _path;
-    QDBusServiceWatcher _watcher;
-    QString _owner;                                    ///< unique name; empty while nobody has the service
-    std::unique_ptr<QDBusPendingCallWatcher> _pending; ///< the one question that is still open
+    BusName _name;
+    std::unique_ptr<PropertiesProxy> _properties; ///< null while nobody has the name
     bool _isPowerSaver = false;
 };

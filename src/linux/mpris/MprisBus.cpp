@@ -1,11 +1,11 @@
 #include "linux/mpris/MprisBus.h"
 
 #include "base/RunLoop.h"
+#include "linux/dbus/DBusValue.h"
+#include "linux/dbus/WhenAnswered.h"
 #include "linux/mpris/MprisPlayer.h"
 
-#include <QDBusArgument>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusConnectionInterface>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -80,28 +80,23 @@ void MprisBus::reconnect(double delay)
 
 void MprisBus::findPlayers()
 {
-    const auto listNames =
-        QDBusMessage::createMethodCall(busDaemon, daemonPath, busDaemon, QStringLiteral("ListNames"));
-    auto* const watcher = new QDBusPendingCallWatcher(_bus.asyncCall(listNames), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
-        call->deleteLater();
-        const QDBusPendingReply<QStringList> names = *call;
+    const QDBusPendingReply<QStringList> all = _bus.interface()->asyncCall(QStringLiteral("ListNames"));
+    whenAnswered(all, this, [this](const QDBusPendingReply<QStringList>& names) {
         for (const QString& name : names.isValid() ? names.value() : QStringList()) {
-            if (!name.startsWith(namePrefix)) {
-                continue;
+            if (name.startsWith(namePrefix)) {
+                findOwner(name);
             }
-            auto getOwner = QDBusMessage::createMethodCall(busDaemon, daemonPath, busDaemon,
-                                                           QStringLiteral("GetNameOwner"));
-            getOwner.setArguments({name});
-            auto* const owner = new QDBusPendingCallWatcher(_bus.asyncCall(getOwner), this);
-            connect(owner, &QDBusPendingCallWatcher::finished, this,
-                    [this, name](QDBusPendingCallWatcher* ownerCall) {
-                        ownerCall->deleteLater();
-                        const QDBusPendingReply<QString> reply = *ownerCall;
-                        if (reply.isValid()) {
-                            addName(name, reply.value());
-                        }
-                    });
+        }
+    });
+}
+
+void MprisBus::findOwner(const QString& name)
+{
+    const QDBusPendingReply<QString> question =
+        _bus.interface()->asyncCall(QStringLiteral("GetNameOwner"), name);
+    whenAnswered(question, this, [this, name](const QDBusPendingReply<QString>& owner) {
+        if (owner.isValid()) {
+            addName(name, owner.value());
         }
     });
 }
@@ -130,7 +125,8 @@ void MprisBus::propertiesChanged(const QDBusMessage& signal)
     if (interface == trackListInterface) {
         player->trackList().changed();
     } else if (interface == QStringLiteral("org.mpris.MediaPlayer2.Player")) {
-        player->propertiesChanged(qdbus_cast<QVariantMap>(arguments[1]), arguments[2].toStringList());
+        player->propertiesChanged(DBusValue::dictionary(arguments[1]).value_or(QVariantMap()),
+                                  arguments[2].toStringList());
     }
 }
 

@@ -39,6 +39,7 @@ private:
     bool connectToBus();
     void reconnect(double delay);
     void findPlayers();
+    void findOwner(const QString& name);
     void addName(const QString& name, const QString& owner);
     void removeName(const QString& name, const QString& owner);
     void remove(MprisPlayer* player);

@@ -1,11 +1,9 @@
 #include "linux/mpris/MprisPlayer.h"
 
 #include "base/RunLoop.h"
+#include "linux/dbus/DBusValue.h"
+#include "linux/dbus/WhenAnswered.h"
 
-#include <QDBusArgument>
-#include <QDBusMessage>
-#include <QDBusObjectPath>
-#include <QDBusVariant>
 #include <QLoggingCategory>
 #include <QRegularExpression>
 
@@ -16,10 +14,10 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
 
-const QString rootInterface = QStringLiteral("org.mpris.MediaPlayer2");
+const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
+constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
 
@@ -29,34 +27,16 @@ constexpr double incompleteTrackRest = 0.1; // artist and length often follow th
 constexpr double betweenTracksRest = 0.15;  // players say "Stopped", or show no title, between two tracks
 constexpr double longestRest = 0.3;
 
-QVariantMap dictionary(const QVariant& value)
-{
-    if (value.metaType() == QMetaType::fromType<QDBusArgument>()) {
-        const auto argument = value.value<QDBusArgument>();
-        return argument.currentType() == QDBusArgument::MapType ? qdbus_cast<QVariantMap>(argument)
-                                                                : QVariantMap();
-    }
-    return value.toMap();
-}
-
 bool isObjectPath(const QString& text)
 {
     static const QRegularExpression pattern(QStringLiteral("^(/[A-Za-z0-9_]+)+$"));
     return pattern.match(text).hasMatch();
 }
 
-bool isRefusal(const QDBusMessage& reply)
+bool isTimeOut(const QDBusError& error)
 {
-    return reply.type() == QDBusMessage::ErrorMessage &&
-           reply.errorName() == QStringLiteral("org.freedesktop.DBus.Error.AccessDenied");
-}
-
-bool isTimeOut(const QDBusMessage& reply)
-{
-    static const QStringList names = {QStringLiteral("org.freedesktop.DBus.Error.NoReply"),
-                                      QStringLiteral("org.freedesktop.DBus.Error.Timeout"),
-                                      QStringLiteral("org.freedesktop.DBus.Error.TimedOut")};
-    return reply.type() == QDBusMessage::ErrorMessage && names.contains(reply.errorName());
+    return error.type() == QDBusError::NoReply || error.type() == QDBusError::Timeout ||
+           error.type() == QDBusError::TimedOut;
 }
 
 double restOf(const MprisPlayer::State& before, const MprisPlayer::State& after)
@@ -73,13 +53,19 @@ double restOf(const MprisPlayer::State& before, const MprisPlayer::State& after)
 
 } // namespace
 
-MprisPlayer::MprisPlayer(QDBusConnection bus, QString uniqueName, RunLoop& runLoop, QObject* parent)
+MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop& runLoop, QObject* parent)
     : QObject(parent)
-    , _bus(std::move(bus))
     , _uniqueName(std::move(uniqueName))
     , _runLoop(runLoop)
-    , _trackList(_bus, _uniqueName, runLoop)
+    , _root(_uniqueName, objectPath, bus)
+    , _player(_uniqueName, objectPath, bus)
+    , _properties(_uniqueName, objectPath, bus)
+    , _trackList(bus, _uniqueName, runLoop)
 {
+    for (QDBusAbstractInterface* const proxy :
+         std::initializer_list<QDBusAbstractInterface*>{&_root, &_player, &_properties}) {
+        proxy->setTimeout(timeLimitMilliseconds);
+    }
     fetchAll();
 }
 
@@ -109,14 +95,13 @@ void MprisPlayer::setPosition(double seconds)
     }
     const double target = std::clamp(seconds, 0.0, _latest.track.length.value_or(seconds < 0 ? 0 : seconds));
     const auto microseconds = [](double duration) {
-        return QVariant::fromValue(static_cast<qlonglong>(std::llround(duration * microsecondsASecond)));
+        return static_cast<qlonglong>(std::llround(duration * microsecondsASecond));
     };
     // Without a proper track identifier the absolute call is void, so the distance is sent instead.
     if (isObjectPath(_latest.track.id)) {
-        const auto track = QVariant::fromValue(QDBusObjectPath(_latest.track.id));
-        command(QStringLiteral("SetPosition"), {track, microseconds(target)});
+        command("SetPosition", _player.SetPosition(QDBusObjectPath(_latest.track.id), microseconds(target)));
     } else {
-        command(QStringLiteral("Seek"), {microseconds(target - position())});
+        command("Seek", _player.Seek(microseconds(target - position())));
     }
     _clock.jump(target, _runLoop.uptime());
     fetchPosition();
@@ -124,7 +109,7 @@ void MprisPlayer::setPosition(double seconds)
 
 void MprisPlayer::raise()
 {
-    call(rootInterface, QStringLiteral("Raise"), {}, [](const QDBusMessage&) {});
+    command("Raise", _root.Raise());
 }
 
 void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringList& invalidated)
@@ -150,13 +135,13 @@ void MprisPlayer::seeked(qlonglong microseconds)
 void MprisPlayer::fetchAll()
 {
     _isFetchingAll = true;
-    call(propertiesInterface, QStringLiteral("GetAll"), {playerInterface}, [this](const QDBusMessage& reply) {
+    listen(_properties.GetAll(playerInterface), [this](const QDBusPendingReply<QVariantMap>& reply) {
         _isFetchingAll = false;
-        _isRefused = isRefusal(reply);
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
+        _isRefused = reply.isError() && reply.error().type() == QDBusError::AccessDenied;
+        if (!reply.isValid()) {
             return;
         }
-        apply(dictionary(reply.arguments().constFirst()));
+        apply(reply.value());
         if (!_isReady) {
             settle();
             _isReady = true;
@@ -173,18 +158,17 @@ void MprisPlayer::fetchPosition()
     }
     _isFetchingPosition = true;
     _isPositionWanted = false;
-    call(propertiesInterface, QStringLiteral("Get"), {playerInterface, QStringLiteral("Position")},
-         [this](const QDBusMessage& reply) {
-             _isFetchingPosition = false;
-             if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) {
-                 return;
-             }
-             const QVariant value = reply.arguments().constFirst().value<QDBusVariant>().variant();
-             apply({{QStringLiteral("Position"), value}});
-             if (_isPositionWanted) {
-                 fetchPosition();
-             }
-         });
+    listen(_properties.Get(playerInterface, QStringLiteral("Position")),
+           [this](const QDBusPendingReply<QDBusVariant>& reply) {
+               _isFetchingPosition = false;
+               if (!reply.isValid()) {
+                   return;
+               }
+               apply({{QStringLiteral("Position"), reply.value().variant()}});
+               if (_isPositionWanted) {
+                   fetchPosition();
+               }
+           });
 }
 
 void MprisPlayer::apply(const QVariantMap& properties)
@@ -209,15 +193,15 @@ void MprisPlayer::apply(const QVariantMap& properties)
 
 void MprisPlayer::applyStatus(const QString& text)
 {
-    Status status = Status::stopped;
-    if (text == QStringLiteral("Playing")) {
-        status = Status::playing;
-    } else if (text == QStringLiteral("Paused")) {
-        status = Status::paused;
-    } else if (text != QStringLiteral("Stopped")) {
+    static const QMap<QString, Status> known = {{QStringLiteral("Playing"), Status::playing},
+                                                {QStringLiteral("Paused"), Status::paused},
+                                                {QStringLiteral("Stopped"), Status::stopped}};
+    if (!known.contains(text)) {
         qCWarning(log, "%ls has the unknown playback status \"%ls\"", qUtf16Printable(suffixes.join(u' ')),
                   qUtf16Printable(text));
+        return;
     }
+    const Status status = known[text];
     if (status == _latest.status) {
         return;
     }
@@ -228,7 +212,13 @@ void MprisPlayer::applyStatus(const QString& text)
 
 void MprisPlayer::applyMetadata(const QVariant& metadata)
 {
-    const MprisTrack track = MprisTrack::fromMetadata(dictionary(metadata));
+    const auto dictionary = DBusValue::dictionary(metadata);
+    if (!dictionary) {
+        qCWarning(log, "%ls has metadata of the type %s", qUtf16Printable(suffixes.join(u' ')),
+                  metadata.typeName());
+        return;
+    }
+    const MprisTrack track = MprisTrack::fromMetadata(*dictionary);
     const bool isOtherTrack = track.id != _latest.track.id || track.title != _latest.track.title;
     _latest.track = track;
     _clock.setLength(track.length);
@@ -241,31 +231,30 @@ void MprisPlayer::applyMetadata(const QVariant& metadata)
     _runLoop.after(1, this, [this] { fetchPosition(); });
 }
 
-void MprisPlayer::command(const QString& member, const QVariantList& arguments)
+void MprisPlayer::command(const char* name, const QDBusPendingReply<>& call)
 {
-    call(playerInterface, member, arguments, [member](const QDBusMessage& reply) {
-        if (reply.type() == QDBusMessage::ErrorMessage) {
-            qCInfo(log, "%ls was refused: %ls", qUtf16Printable(member),
-                   qUtf16Printable(reply.errorMessage()));
+    listen(call, [name](const QDBusPendingReply<>& reply) {
+        if (reply.isError()) {
+            qCInfo(log, "%s was refused: %ls", name, qUtf16Printable(reply.error().message()));
         }
     });
 }
 
-void MprisPlayer::call(const QString& interface, const QString& member, const QVariantList& arguments,
-                       MprisCall::Answer answer)
+/// Takes the answer to a call, and takes note of whether the player answers at all.
+template<typename... Values, typename Answer>
+void MprisPlayer::listen(const QDBusPendingReply<Values...>& call, Answer answer)
 {
-    const MprisCall call{
-        .player = _uniqueName, .interface = interface, .member = member, .arguments = arguments};
-    call.send(_bus, this,
-              [this, sent = _runLoop.uptime(), answer = std::move(answer)](const QDBusMessage& reply) {
-                  if (!isTimeOut(reply)) {
-                      heard();
-                  } else if (_lastHeard <= sent) {
-                      _isSilent = true;
-                      updateClock();
-                  }
-                  answer(reply);
-              });
+    whenAnswered(call, this,
+                 [this, sent = _runLoop.uptime(),
+                  answer = std::move(answer)](const QDBusPendingReply<Values...>& reply) {
+                     if (!isTimeOut(reply.error())) {
+                         heard();
+                     } else if (_lastHeard <= sent) {
+                         _isSilent = true;
+                         updateClock();
+                     }
+                     answer(reply);
+                 });
 }
 
 void MprisPlayer::heard()

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "base/Uptime.h"
-#include "linux/mpris/MprisCall.h"
 #include "linux/mpris/MprisTrack.h"
 #include "linux/mpris/MprisTrackList.h"
 #include "linux/mpris/PositionClock.h"
 
-#include <QDBusConnection>
+#include <MprisPlayerProxy.h>
+#include <MprisRootProxy.h>
+#include <PropertiesProxy.h>
 #include <QObject>
 #include <QStringList>
 
@@ -30,7 +31,7 @@ public:
     };
 
     /// `uniqueName` is the player's own name on the bus (":1.42").
-    MprisPlayer(QDBusConnection bus, QString uniqueName, RunLoop& runLoop, QObject* parent);
+    MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop& runLoop, QObject* parent);
 
     QString uniqueName() const { return _uniqueName; }
 
@@ -59,11 +60,11 @@ public:
     /// reckoning.
     void synchronise();
 
-    void playPause() { command(QStringLiteral("PlayPause")); }
-    void play() { command(QStringLiteral("Play")); }
-    void pause() { command(QStringLiteral("Pause")); }
-    void next() { command(QStringLiteral("Next")); }
-    void previous() { command(QStringLiteral("Previous")); }
+    void playPause() { command("PlayPause", _player.PlayPause()); }
+    void play() { command("Play", _player.Play()); }
+    void pause() { command("Pause", _player.Pause()); }
+    void next() { command("Next", _player.Next()); }
+    void previous() { command("Previous", _player.Previous()); }
 
     /// Goes to a place in the current track, in seconds; kept inside the track.
     void setPosition(double seconds);
@@ -93,17 +94,19 @@ private:
     void apply(const QVariantMap& properties);
     void applyStatus(const QString& text);
     void applyMetadata(const QVariant& metadata);
-    void command(const QString& member, const QVariantList& arguments = {});
-    void call(const QString& interface, const QString& member, const QVariantList& arguments,
-              MprisCall::Answer answer);
+    void command(const char* name, const QDBusPendingReply<>& call);
+    template<typename... Values, typename Answer>
+    void listen(const QDBusPendingReply<Values...>& call, Answer answer);
     void heard();
     void updateClock();
     void scheduleSettling();
     void settle();
 
-    QDBusConnection _bus;
     QString _uniqueName;
     RunLoop& _runLoop;
+    MprisRootProxy _root;
+    MprisPlayerProxy _player;
+    PropertiesProxy _properties;
     MprisTrackList _trackList;
     State _latest;
     State _published;

@@ -1,19 +1,13 @@
 #include "linux/mpris/MprisTrack.h"
 
-#include <QDBusArgument>
+#include "linux/dbus/DBusValue.h"
+
 #include <QDBusObjectPath>
-#include <QDBusVariant>
 #include <QUrl>
 
 #include <cmath>
 
 namespace {
-
-QVariant unwrapped(const QVariant& value)
-{
-    return value.metaType() == QMetaType::fromType<QDBusVariant>() ? value.value<QDBusVariant>().variant()
-                                                                   : value;
-}
 
 QStringList texts(const QVariant& value)
 {
@@ -27,7 +21,7 @@ QStringList texts(const QVariant& value)
     }
     argument.beginArray();
     while (!argument.atEnd()) {
-        list.append(unwrapped(argument.asVariant()).toString());
+        list.append(DBusValue::unwrapped(argument.asVariant()).toString());
     }
     argument.endArray();
     return list;
@@ -35,7 +29,7 @@ QStringList texts(const QVariant& value)
 
 QString text(const QVariantMap& metadata, const QString& key)
 {
-    const QVariant value = unwrapped(metadata.value(key));
+    const QVariant value = DBusValue::unwrapped(metadata.value(key));
     if (value.metaType() == QMetaType::fromType<QString>()) {
         return value.toString();
     }
@@ -46,7 +40,7 @@ QString text(const QVariantMap& metadata, const QString& key)
 
 QString trackId(const QVariantMap& metadata)
 {
-    const QVariant value = unwrapped(metadata.value(QStringLiteral("mpris:trackid")));
+    const QVariant value = DBusValue::unwrapped(metadata.value(QStringLiteral("mpris:trackid")));
     return value.metaType() == QMetaType::fromType<QDBusObjectPath>() ? value.value<QDBusObjectPath>().path()
                                                                       : value.toString();
 }
@@ -57,7 +51,8 @@ std::optional<double> length(const QVariantMap& metadata)
     constexpr double longest = 1e9; // seconds; live streams give the largest number there is
     bool isNumber = false;
     const double seconds =
-        unwrapped(metadata.value(QStringLiteral("mpris:length"))).toDouble(&isNumber) / microsecondsASecond;
+        DBusValue::unwrapped(metadata.value(QStringLiteral("mpris:length"))).toDouble(&isNumber) /
+        microsecondsASecond;
     const bool isPlausible = isNumber && std::isfinite(seconds) && seconds > 0 && seconds < longest;
     return isPlausible ? std::optional(seconds) : std::nullopt;
 }

@@ -1,12 +1,10 @@
 #include "linux/mpris/MprisTrackList.h"
 
 #include "base/RunLoop.h"
+#include "linux/dbus/DBusValue.h"
+#include "linux/dbus/WhenAnswered.h"
 
-#include <QDBusArgument>
-#include <QDBusMessage>
 #include <QDBusMetaType>
-#include <QDBusObjectPath>
-#include <QDBusVariant>
 #include <QLoggingCategory>
 
 #include <algorithm>
@@ -15,44 +13,29 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
 
+const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString rootInterface = QStringLiteral("org.mpris.MediaPlayer2");
 const QString listInterface = QStringLiteral("org.mpris.MediaPlayer2.TrackList");
-const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
 constexpr int timeLimitMilliseconds = 5000;
 constexpr double burstRest = 0.3; // seconds
 
-QVariant propertyIn(const QDBusMessage& reply)
-{
-    return reply.type() == QDBusMessage::ReplyMessage
-               ? reply.arguments().value(0).value<QDBusVariant>().variant()
-               : QVariant();
-}
-
-/// The D-Bus value as a list of the given kind; empty when it is something else.
-template<typename List>
-List list(const QVariant& value, const char* signature)
-{
-    const bool isArgument = value.metaType() == QMetaType::fromType<QDBusArgument>();
-    const auto argument = isArgument ? value.value<QDBusArgument>() : QDBusArgument();
-    const bool isList = isArgument && argument.currentSignature() == QString::fromLatin1(signature);
-    return isList ? qdbus_cast<List>(argument) : List();
-}
-
 } // namespace
 
-MprisTrackList::MprisTrackList(QDBusConnection bus, QString uniqueName, RunLoop& runLoop)
-    : _bus(std::move(bus))
-    , _uniqueName(std::move(uniqueName))
-    , _runLoop(runLoop)
+MprisTrackList::MprisTrackList(const QDBusConnection& bus, const QString& uniqueName, RunLoop& runLoop)
+    : _runLoop(runLoop)
+    , _proxy(uniqueName, objectPath, bus)
+    , _properties(uniqueName, objectPath, bus)
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
-    call(propertiesInterface, QStringLiteral("Get"), {rootInterface, QStringLiteral("HasTrackList")},
-         [this](const QDBusMessage& reply) {
-             if (propertyIn(reply).toBool()) {
-                 fetch();
-             }
-         });
+    _proxy.setTimeout(timeLimitMilliseconds);
+    _properties.setTimeout(timeLimitMilliseconds);
+    whenAnswered(_properties.Get(rootInterface, QStringLiteral("HasTrackList")), this,
+                 [this](const QDBusPendingReply<QDBusVariant>& reply) {
+                     if (reply.isValid() && reply.value().variant().toBool()) {
+                         fetch();
+                     }
+                 });
 }
 
 bool MprisTrackList::contains(const MprisTrack& track) const
@@ -64,12 +47,11 @@ bool MprisTrackList::contains(const MprisTrack& track) const
 
 void MprisTrackList::goTo(const MprisTrack& track)
 {
-    call(listInterface, QStringLiteral("GoTo"), {QVariant::fromValue(QDBusObjectPath(track.id))},
-         [](const QDBusMessage& reply) {
-             if (reply.type() == QDBusMessage::ErrorMessage) {
-                 qCInfo(log, "GoTo was refused: %ls", qUtf16Printable(reply.errorMessage()));
-             }
-         });
+    whenAnswered(_proxy.GoTo(QDBusObjectPath(track.id)), this, [](const QDBusPendingReply<>& reply) {
+        if (reply.isError()) {
+            qCInfo(log, "GoTo was refused: %ls", qUtf16Printable(reply.error().message()));
+        }
+    });
 }
 
 void MprisTrackList::changed()
@@ -84,17 +66,22 @@ void MprisTrackList::changed()
 
 void MprisTrackList::fetch()
 {
-    call(propertiesInterface, QStringLiteral("Get"), {listInterface, QStringLiteral("Tracks")},
-         [this, round = ++_round](const QDBusMessage& reply) {
-             if (round == _round && reply.type() == QDBusMessage::ReplyMessage) {
-                 fetchTracks(propertyIn(reply));
-             }
-         });
+    whenAnswered(
+        _properties.Get(listInterface, QStringLiteral("Tracks")), this,
+        [this, round = ++_round](const QDBusPendingReply<QDBusVariant>& reply) {
+            if (round != _round || !reply.isValid()) {
+                return;
+            }
+            if (const auto paths = DBusValue::list<QList<QDBusObjectPath>>(reply.value().variant(), "ao")) {
+                fetchTracks(*paths);
+            } else {
+                qCWarning(log, "a track list of the type %s is not read", reply.value().variant().typeName());
+            }
+        });
 }
 
-void MprisTrackList::fetchTracks(const QVariant& paths)
+void MprisTrackList::fetchTracks(QList<QDBusObjectPath> wanted)
 {
-    auto wanted = list<QList<QDBusObjectPath>>(paths, "ao");
     if (wanted.isEmpty()) {
         _tracks.clear();
         return;
@@ -103,26 +90,20 @@ void MprisTrackList::fetchTracks(const QVariant& paths)
         qCInfo(log, "a list of %lld tracks is cut short", static_cast<qlonglong>(wanted.size()));
         wanted.resize(mostTracks);
     }
-    call(listInterface, QStringLiteral("GetTracksMetadata"), {QVariant::fromValue(wanted)},
-         [this, round = _round](const QDBusMessage& reply) {
-             if (round != _round || reply.type() != QDBusMessage::ReplyMessage) {
-                 return;
-             }
-             const auto metadata = list<QList<QVariantMap>>(reply.arguments().value(0), "aa{sv}");
-             _tracks.clear();
-             for (const QVariantMap& track : metadata.first(std::min(metadata.size(), mostTracks))) {
-                 _tracks.append(MprisTrack::fromMetadata(track));
-             }
-         });
-}
-
-void MprisTrackList::call(const QString& interface, const QString& member, const QVariantList& arguments,
-                          MprisCall::Answer answer)
-{
-    const MprisCall call{.player = _uniqueName,
-                         .interface = interface,
-                         .member = member,
-                         .arguments = arguments,
-                         .timeLimit = timeLimitMilliseconds};
-    call.send(_bus, this, std::move(answer));
+    whenAnswered(_proxy.GetTracksMetadata(wanted), this,
+                 [this, round = _round](const QDBusPendingReply<QList<QVariantMap>>& reply) {
+                     if (round != _round) {
+                         return;
+                     }
+                     if (!reply.isValid()) {
+                         qCWarning(log, "a track list is not told: %ls",
+                                   qUtf16Printable(reply.error().message()));
+                         return;
+                     }
+                     const auto metadata = reply.value();
+                     _tracks.clear();
+                     for (const QVariantMap& track : metadata.first(std::min(metadata.size(), mostTracks))) {
+                         _tracks.append(MprisTrack::fromMetadata(track));
+                     }
+                 });
 }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "linux/mpris/MprisCall.h"
 #include "linux/mpris/MprisTrack.h"
 
-#include <QDBusConnection>
+#include <MprisTrackListProxy.h>
+#include <PropertiesProxy.h>
 #include <QList>
 #include <QObject>
 
@@ -19,7 +19,7 @@ public:
     /// As many tracks are mirrored, from the beginning of the list.
     static constexpr qsizetype mostTracks = 2000;
 
-    MprisTrackList(QDBusConnection bus, QString uniqueName, RunLoop& runLoop);
+    MprisTrackList(const QDBusConnection& bus, const QString& uniqueName, RunLoop& runLoop);
 
     const QList<MprisTrack>& tracks() const { return _tracks; }
 
@@ -34,13 +34,11 @@ public:
 
 private:
     void fetch();
-    void fetchTracks(const QVariant& paths);
-    void call(const QString& interface, const QString& member, const QVariantList& arguments,
-              MprisCall::Answer answer);
+    void fetchTracks(QList<QDBusObjectPath> wanted);
 
-    QDBusConnection _bus;
-    QString _uniqueName;
     RunLoop& _runLoop;
+    MprisTrackListProxy _proxy;
+    PropertiesProxy _properties;
     QList<MprisTrack> _tracks;
     bool _isFetchScheduled = false;
     int _round = 0; ///< answers to earlier questions do not count

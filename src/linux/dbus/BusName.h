@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
+#include <QObject>
+
+/// A service on the bus, followed as its owners come and go. It is then called by the owner's unique name:
+/// of a service that is called by its own, Qt would ask for the owner and wait for the answer.
+class BusName : public QObject
+{
+    Q_OBJECT
+
+public:
+    BusName(QDBusConnection bus, QString name);
+
+    /// Has the bus start the service, if it can and nobody has the name.
+    void start();
+
+Q_SIGNALS:
+    /// The unique name of who has the service now; empty while nobody has.
+    void ownerChanged(const QString& owner);
+
+private:
+    void findOwner();
+
+    QDBusConnection _bus;
+    QString _name;
+    QDBusServiceWatcher _watcher;
+};

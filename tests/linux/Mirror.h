@@ -1,0 +1,86 @@
+#pragma once
+
+#include "audio/PlayerChoice.h"
+#include "base/EventLoop.h"
+#include "base/NotificationCenter.h"
+#include "linux/desktop/DesktopAutomation.h"
+#include "linux/desktop/DesktopWorkspace.h"
+#include "linux/mpris/MprisApplication.h"
+#include "linux/mpris/MprisBus.h"
+#include "linux/mpris/MprisPlayer.h"
+#include "linux/mpris/PlayerNotifier.h"
+#include "linux/mpris/PlayerRoster.h"
+#include "linux/script/Interpreter.h"
+#include "support/FakePlatform.h"
+#include "support/MemoryDefaults.h"
+#include "support/MprisStandIn.h"
+
+/// Everything between the bus and the portable rooms, and what is announced to them.
+struct Mirror {
+    explicit Mirror(const QString& address = {}) : bus(runLoop, address)
+    {
+        for (const auto& name : {QStringLiteral("com.apple.Music.playerInfo"),
+                                 QStringLiteral("com.spotify.client.PlaybackStateChanged")}) {
+            desktop.distributedNotifications.observe(name, &observer, [this, name](const QVariantMap& info) {
+                posted << QStringLiteral("%1: %2 %3 by %4")
+                              .arg(name.section(u'.', 1, 1), info[QStringLiteral("Player State")].toString(),
+                                   info[QStringLiteral("Name")].toString(),
+                                   info[QStringLiteral("Artist")].toString());
+                last = info;
+            });
+        }
+    }
+
+    MprisPlayer* music() const { return roster.player(PlayerRole::music); }
+    QString title() const { return music() != nullptr ? music()->state().track.title : QString(); }
+
+    /// The reply to a script; "none" without one, "error NUMBER" when the script failed.
+    QString run(const QString& script)
+    {
+        const ScriptOutcome outcome = interpreter.run(script);
+        return outcome.errorNumber ? QStringLiteral("error %1").arg(*outcome.errorNumber)
+                                   : outcome.reply.value_or(QStringLiteral("none"));
+    }
+
+    static QVariantMap song(const QString& title, const QString& artist = QStringLiteral("Band"),
+                            double seconds = 200)
+    {
+        return MprisStandIn::metadata(QStringLiteral("/t/") + QString::number(qHash(title)), title, artist,
+                                      QStringLiteral("Album"), seconds);
+    }
+
+    EventLoop runLoop;
+    MemoryDefaults defaults;
+    MprisBus bus;
+    PlayerChoice casting{defaults};
+    PlayerRoster roster{bus, casting};
+    FakePlatform desktop;
+    PlayerNotifier notifier{roster, desktop.distributedNotifications};
+    DesktopWorkspace workspace{roster};
+    DesktopAutomation automation{roster};
+    std::shared_ptr<ScriptObject> musicApplication =
+        std::make_shared<MprisApplication>(roster, PlayerRole::music);
+    std::shared_ptr<ScriptObject> spotifyApplication =
+        std::make_shared<MprisApplication>(roster, PlayerRole::spotify);
+    Interpreter interpreter{[this](const QString& name) {
+        return name == QStringLiteral("music")     ? musicApplication
+               : name == QStringLiteral("spotify") ? spotifyApplication
+                                                   : nullptr;
+    }};
+    Platform ports{.runLoop = runLoop,
+                   .scripts = interpreter,
+                   .automation = automation,
+                   .workspace = workspace,
+                   .power = desktop.power,
+                   .pasteboard = desktop.pasteboard,
+                   .statusBar = desktop.statusBar,
+                   .audioHardware = desktop.audioHardware,
+                   .eventTaps = desktop.eventTaps,
+                   .mediaPlayers = roster,
+                   .haptics = desktop.haptics,
+                   .distributedNotifications = desktop.distributedNotifications,
+                   .notifications = desktop.notifications};
+    QObject observer;
+    QStringList posted;
+    QVariantMap last;
+};
