@@ -142,7 +142,7 @@ void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 void AppDelegate::presentGlassMenu()
 {
     _liveMenuPanel = std::make_unique<PellarMenuPanel>(
-        PellarMenuPanel::Desktop{
+        Panel::Desktop{
             .runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
         [this] { return _contextMenu.items(); }, _hosting->geometry());
     _liveMenuPanel->onClose = [this] { _liveMenuPanel.release()->deleteLater(); };

@@ -20,7 +20,7 @@ QString menuText(const QString& title, const QFontMetrics& metrics)
 /// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
 QPalette menuPalette(bool isDark)
 {
-    const MenuColors colors = MenuColors::forDesktop(isDark, false);
+    const MenuColors colors = MenuColors::forDesktop(isDark);
     const QColor background = colors.background;
     QPalette palette(background, background);
     palette.setColor(QPalette::Base, background);
@@ -33,7 +33,7 @@ QPalette menuPalette(bool isDark)
 /// The style draws separators darker than the background, which is not to be seen on a dark one.
 QString separatorStyle(bool isDark)
 {
-    const QColor line = MenuColors::forDesktop(isDark, false).separator;
+    const QColor line = MenuColors::forDesktop(isDark).separator;
     return QStringLiteral(
                "QMenu::separator { height: 1px; margin: 3px 4px; background: rgba(%1, %2, %3, %4); }")
         .arg(line.red())
@@ -116,11 +116,11 @@ void ClassicMenu::add(const PellarMenuItem& item, bool isDark)
 
 void ClassicMenu::keyPressEvent(QKeyEvent* event)
 {
-    const QKeySequence pressed(event->keyCombination());
-    for (QAction* const action : actions()) {
-        if (action->shortcut() == pressed && action->isEnabled()) {
+    const auto rows = actions();
+    for (size_t i = 0; i < _items.size(); ++i) {
+        if (_items[i].isChosenBy(event->keyCombination())) {
             close();
-            action->trigger();
+            rows[static_cast<qsizetype>(i)]->trigger();
             return;
         }
     }
