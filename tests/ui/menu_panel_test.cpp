@@ -325,6 +325,7 @@ void MenuPanelTest::isHeard()
     fixture.settle();
     QAccessibleInterface* const menu = fixture.row(QStringLiteral("Quit Pellar"))->parent();
     QCOMPARE(menu->role(), QAccessible::PopupMenu);
+    QVERIFY(QAccessible::queryAccessibleInterface(qApp)->indexOfChild(menu->parent()) >= 0);
     QCOMPARE(menu->childCount(), fixture.panel.model().rowCount());
     QCOMPARE(menu->child(0)->role(), QAccessible::StaticText);
     QCOMPARE(menu->child(2)->role(), QAccessible::Separator);
@@ -333,6 +334,15 @@ void MenuPanelTest::isHeard()
     QCOMPARE(outputs->role(), QAccessible::MenuItem);
     outputs->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QVERIFY(outputs->state().expanded);
+    const auto inOrder = [&] {
+        for (int i = 0; i < menu->childCount(); ++i) {
+            if (menu->child(i)->text(QAccessible::Name) != fixture.panel.model().rows()[i].title()) {
+                return false;
+            }
+        }
+        return menu->childCount() == fixture.panel.model().rowCount();
+    };
+    QTRY_VERIFY(inOrder());
     const auto isOn = [&fixture](const char* title) {
         const QAccessible::State state = fixture.row(QString::fromUtf8(title))->state();
         return state.checkable && state.checked;

@@ -1,7 +1,10 @@
 #include "ui/menu/ClassicMenu.h"
 
 #include "ui/controls/SymbolIcon.h"
+#include "ui/menu/ClassicMenuStyle.h"
+#include "ui/menu/MenuAccessibility.h"
 #include "ui/menu/MenuColors.h"
+#include "ui/menu/MenuFont.h"
 
 #include <QKeyEvent>
 
@@ -24,32 +27,36 @@ QPalette menuPalette(bool isDark)
     const QColor background = colors.background;
     QPalette palette(background, background);
     palette.setColor(QPalette::Base, background);
+    palette.setColor(QPalette::Text, colors.text);
     palette.setColor(QPalette::Light, background); // no shine behind disabled rows
     palette.setColor(QPalette::Disabled, QPalette::Text, colors.dimmedText);
     palette.setColor(QPalette::Disabled, QPalette::WindowText, colors.dimmedText);
     return palette;
 }
 
-/// The style draws separators darker than the background, which is not to be seen on a dark one.
-QString separatorStyle(bool isDark)
+} // namespace
+
+ClassicMenu::ClassicMenu()
 {
-    const QColor line = MenuColors::forDesktop(isDark).separator;
-    return QStringLiteral(
-               "QMenu::separator { height: 1px; margin: 3px 4px; background: rgba(%1, %2, %3, %4); }")
-        .arg(line.red())
-        .arg(line.green())
-        .arg(line.blue())
-        .arg(line.alpha());
+    makeMenusAccessible();
+    auto* const style = new ClassicMenuStyle;
+    style->setParent(this);
+    setStyle(style);
+    setFont(menuFont());
+    setAccessibleName(QStringLiteral("Pellar"));
 }
 
-} // namespace
+ClassicMenu::ClassicMenu(const QString& title, ClassicMenu* parent) : QMenu(title, parent)
+{
+    setStyle(parent->style());
+    setFont(parent->font());
+}
 
 void ClassicMenu::setItems(const std::vector<PellarMenuItem>& items, bool isDark)
 {
     qDeleteAll(findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
     clear();
     setPalette(menuPalette(isDark));
-    setStyleSheet(separatorStyle(isDark));
     setToolTipsVisible(true);
     _items = items;
     for (const PellarMenuItem& item : items) {
@@ -104,7 +111,8 @@ void ClassicMenu::add(const PellarMenuItem& item, bool isDark)
         action->setChecked(item.isOn);
     }
     if (item.icon) {
-        action->setIcon(symbolIcon(*item.icon, palette().color(QPalette::Text)));
+        action->setIcon(symbolIcon(*item.icon, palette().color(QPalette::Text),
+                                   palette().color(QPalette::HighlightedText)));
     }
     action->setShortcut(item.keyEquivalent);
     action->setShortcutVisibleInContextMenu(true);

@@ -10,7 +10,7 @@ class ClassicMenu : public QMenu
     Q_OBJECT
 
 public:
-    using QMenu::QMenu;
+    ClassicMenu();
 
     /// Replaces all rows. Of a title some 300 points are shown.
     void setItems(const std::vector<PellarMenuItem>& items, bool isDark);
@@ -23,6 +23,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    ClassicMenu(const QString& title, ClassicMenu* parent);
+
     void add(const PellarMenuItem& item, bool isDark);
 
     std::vector<PellarMenuItem> _items;

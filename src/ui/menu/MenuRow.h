@@ -4,7 +4,8 @@
 
 #include <QQuickItem>
 
-/// A row of the glass menu as an item: what it is to those who hear the menu. How it looks is its view's.
+/// A row of the glass menu as an item: what it is to those who hear the menu, who get the rows in the order
+/// in which they lie. How it looks is its view's.
 class MenuRow : public QQuickItem
 {
     Q_OBJECT
@@ -14,9 +15,6 @@ class MenuRow : public QQuickItem
 public:
     using QQuickItem::QQuickItem;
 
-    /// Lets screen readers know rows by what this class tells of them; to be called before the first is made.
-    static void makeAccessible();
-
     const MenuPanelRow& row() const { return _row; }
     void setRow(const MenuPanelRow& row);
 
@@ -25,6 +23,10 @@ Q_SIGNALS:
 
     /// The row is to be chosen, as a click on it would.
     void pressed();
+
+protected:
+    void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
+    void updatePolish() override;
 
 private:
     MenuPanelRow _row;

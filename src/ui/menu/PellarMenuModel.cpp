@@ -1,6 +1,7 @@
 #include "ui/menu/PellarMenuModel.h"
 
-#include <QGuiApplication>
+#include "ui/menu/MenuFont.h"
+
 #include <QSet>
 
 #include <algorithm>
@@ -13,7 +14,7 @@ constexpr int rowRole = Qt::UserRole;
 QFont titleFont()
 {
     constexpr int pixels = 13;
-    QFont font = QGuiApplication::font();
+    QFont font = menuFont();
     font.setPixelSize(pixels);
     return font;
 }

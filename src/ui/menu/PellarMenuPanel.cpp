@@ -1,7 +1,7 @@
 #include "ui/menu/PellarMenuPanel.h"
 
+#include "ui/menu/MenuAccessibility.h"
 #include "ui/menu/MenuPlacement.h"
-#include "ui/menu/MenuRow.h"
 #include "ui/menu/PellarMenuModel.h"
 
 #include <QQuickView>
@@ -26,7 +26,7 @@ PellarMenuPanel::PellarMenuPanel(const Desktop& desktop, Items items, const QRec
     , _items(std::move(items))
     , _model(std::make_unique<PellarMenuModel>(_items()))
 {
-    MenuRow::makeAccessible();
+    makeMenusAccessible();
     dress();
     connect(this, &Panel::appearanceChanged, this, &PellarMenuPanel::dress);
     connect(_model.get(), &PellarMenuModel::chosen, this, &PellarMenuPanel::choose);
