@@ -100,7 +100,8 @@ void AppDelegate::setup()
     bindPillVisibilityToStatusItem();
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
-    _trayIcon = std::make_unique<TrayIcon>(_service, [this](ClassicMenu& menu) { buildMenu(menu); });
+    _trayIcon = std::make_unique<TrayIcon>(_service, _platform.runLoop,
+                                           [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
 }
 
@@ -123,7 +124,7 @@ void AppDelegate::refreshMenus()
     }
     auto* const classic = qobject_cast<ClassicMenu*>(_classicMenu.get());
     if (classic != nullptr && classic->isVisible()) {
-        classic->refreshSubmenus(_contextMenu.items(), _appearance.isDark());
+        buildMenu(*classic);
     }
 }
 
@@ -142,8 +143,7 @@ void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 void AppDelegate::presentGlassMenu()
 {
     _liveMenuPanel = std::make_unique<PellarMenuPanel>(
-        Panel::Desktop{
-            .runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
+        Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
         [this] { return _contextMenu.items(); }, _hosting->geometry());
     _liveMenuPanel->onClose = [this] { _liveMenuPanel.release()->deleteLater(); };
     _liveMenuPanel->present();

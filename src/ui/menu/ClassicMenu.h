@@ -12,11 +12,9 @@ class ClassicMenu : public QMenu
 public:
     ClassicMenu();
 
-    /// Replaces all rows. Of a title some 300 points are shown.
+    /// Shows these rows, also while the menu is open. Rows that were there before stay the actions that they
+    /// are, to the pointer and to whoever knows them by their numbers. Of a title some 300 points are shown.
     void setItems(const std::vector<PellarMenuItem>& items, bool isDark);
-
-    /// Replaces the rows of those submenus whose rows are others now, also while they are open.
-    void refreshSubmenus(const std::vector<PellarMenuItem>& items, bool isDark);
 
 protected:
     /// Also chooses the row whose key equivalent is pressed.
@@ -25,7 +23,10 @@ protected:
 private:
     ClassicMenu(const QString& title, ClassicMenu* parent);
 
-    void add(const PellarMenuItem& item, bool isDark);
+    void insert(size_t place, const PellarMenuItem& item);
+    void remove(size_t place);
+    void describe(QAction& action, const PellarMenuItem& item, bool isDark);
+    void choose(const QAction* action);
 
-    std::vector<PellarMenuItem> _items;
+    std::vector<PellarMenuItem> _items; ///< one for each action
 };
