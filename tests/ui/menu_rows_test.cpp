@@ -329,7 +329,7 @@ void MenuRowsTest::takesKeyEquivalent()
     };
     menu.popup(QPoint());
     QVERIFY(isHeard());
-    QTest::sendKeyEvent(QTest::Press, &menu, Qt::Key_unknown, QString(), {}); // another layout
+    QTest::sendKeyEvent(QTest::Press, &menu, Qt::Key(0), QString(), {}); // as of a switch of the layout
     QVERIFY(menu.isVisible() && fixture.told.isEmpty());
     QTest::keyClick(&menu, Qt::Key_Space);
     QCOMPARE(fixture.told, QStringList(QStringLiteral("preview")));

@@ -56,7 +56,7 @@ bool PellarMenuItem::isSelectable() const
     return kind == Kind::action || kind == Kind::toggle || kind == Kind::submenu;
 }
 
-/// A key that Qt does not know makes an empty sequence, like that of the rows that have no equivalent.
+/// A key that Qt does not know, 0, makes an empty sequence, like that of the rows that have no equivalent.
 bool PellarMenuItem::isChosenBy(QKeyCombination pressed) const
 {
     return isSelectable() && !keyEquivalent.isEmpty() && keyEquivalent == QKeySequence(pressed);

@@ -51,7 +51,7 @@ public:
     void present();
 
     /// Folds the panel up. Ignored while that is going on.
-    void close();
+    Q_INVOKABLE void close();
 
     /// From `present` until it is off the screen.
     bool isVisible() const;
