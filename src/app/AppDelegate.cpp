@@ -93,7 +93,8 @@ void AppDelegate::setup()
     _statusItem->setView(_hosting.get());
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
-    _trayIcon = std::make_unique<TrayIcon>(_service, [this](ClassicMenu& menu) { buildMenu(menu); });
+    _trayIcon = std::make_unique<TrayIcon>(_service, _platform.runLoop,
+                                           [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
 }
 
@@ -118,7 +119,7 @@ void AppDelegate::refreshMenus()
     }
     auto* const classic = qobject_cast<ClassicMenu*>(_classicMenu.get());
     if (classic != nullptr && classic->isVisible()) {
-        classic->refreshSubmenus(_contextMenu.items(), _appearance.isDark());
+        buildMenu(*classic);
     }
 }
 
@@ -137,8 +138,7 @@ void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 void AppDelegate::presentGlassMenu()
 {
     _liveMenuPanel = std::make_unique<PellarMenuPanel>(
-        PellarMenuPanel::Desktop{
-            .runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
+        Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
         [this] { return _contextMenu.items(); }, _hosting->geometry());
     _liveMenuPanel->onClose = [this] { _liveMenuPanel.release()->deleteLater(); };
     _liveMenuPanel->present();

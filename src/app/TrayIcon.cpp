@@ -1,5 +1,6 @@
 #include "app/TrayIcon.h"
 
+#include "base/RunLoop.h"
 #include "engine/NowPlayingService.h"
 #include "ui/controls/Symbol.h"
 #include "ui/pill/PillColors.h"
@@ -32,26 +33,57 @@ QIcon pillIcon()
 
 } // namespace
 
-TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(ClassicMenu&)> fillMenu)
+TrayIcon::TrayIcon(const NowPlayingService& service, RunLoop& runLoop,
+                   std::function<void(ClassicMenu&)> fillMenu)
     : _service(service)
+    , _runLoop(runLoop)
     , _fillMenu(std::move(fillMenu))
     , _icon(pillIcon())
 {
-    // Panels that draw the menu themselves may take it as it was before it is about to show.
-    const auto fill = [this] { _fillMenu(_menu); };
-    fill();
-    connect(&_menu, &QMenu::aboutToShow, this, fill);
-    connect(&_service, &NowPlayingService::titleChanged, this, fill);
+    connect(&_menu, &QMenu::aboutToShow, this, [this] {
+        _isOpen = true;
+        fill();
+    });
+    connect(&_menu, &QMenu::aboutToHide, this, [this] {
+        _isOpen = false;
+        if (_isStale) {
+            trackChanged();
+        }
+    });
     _icon.setContextMenu(&_menu);
     connect(&_icon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger) {
             Q_EMIT clicked();
         }
     });
-    connect(&_service, &NowPlayingService::titleChanged, this, &TrayIcon::describe);
-    connect(&_service, &NowPlayingService::artistChanged, this, &TrayIcon::describe);
+    connect(&_service, &NowPlayingService::titleChanged, this, &TrayIcon::trackChanged);
+    connect(&_service, &NowPlayingService::artistChanged, this, &TrayIcon::trackChanged);
+    fill();
     describe();
     _icon.show();
+}
+
+/// A new track changes several things one after the other; all of them are known when this turn is over.
+void TrayIcon::trackChanged()
+{
+    if (_isQueued) {
+        return;
+    }
+    _isQueued = true;
+    _runLoop.after(0, this, [this] {
+        _isQueued = false;
+        describe();
+        _isStale = true;
+        if (!_isOpen) {
+            fill();
+        }
+    });
+}
+
+void TrayIcon::fill()
+{
+    _isStale = false;
+    _fillMenu(_menu);
 }
 
 void TrayIcon::describe()

@@ -8,6 +8,7 @@
 #include <functional>
 
 class NowPlayingService;
+class RunLoop;
 
 /// An icon in the desktop's tray, for desktops whose panel covers the status item: a click brings the item to
 /// the front, and the menu is the item's own. Where there is no tray there is no icon.
@@ -16,17 +17,24 @@ class TrayIcon : public QObject
     Q_OBJECT
 
 public:
-    /// `fillMenu` puts the rows of the context menu into a menu; it is asked each time the menu opens.
-    TrayIcon(const NowPlayingService& service, std::function<void(ClassicMenu&)> fillMenu);
+    /// `fillMenu` puts the rows of the context menu into a menu; it is asked each time the menu opens, and
+    /// once a track while it is closed, for panels that draw the menu as they have read it before.
+    TrayIcon(const NowPlayingService& service, RunLoop& runLoop, std::function<void(ClassicMenu&)> fillMenu);
 
 Q_SIGNALS:
     void clicked();
 
 private:
+    void trackChanged();
+    void fill();
     void describe();
 
     const NowPlayingService& _service;
+    RunLoop& _runLoop;
     std::function<void(ClassicMenu&)> _fillMenu;
     ClassicMenu _menu;
     QSystemTrayIcon _icon;
+    bool _isOpen = false;
+    bool _isQueued = false; ///< what a new track brings is about to be shown
+    bool _isStale = false;  ///< the track has changed since the menu was filled
 };

@@ -5,6 +5,7 @@
 // The linker drops a static library's plugin that nothing names. These are named in the file of a function
 // that every program with views calls.
 Q_IMPORT_QML_PLUGIN(Pellar_ControlsPlugin)
+Q_IMPORT_QML_PLUGIN(Pellar_PanelPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_PillPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_MenuPlugin)
 

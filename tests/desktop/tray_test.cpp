@@ -95,15 +95,32 @@ void TrayTest::tellsWhatPlays()
         return ask({QStringLiteral("com.canonical.dbusmenu.GetLayout"), QStringLiteral("int32:0"),
                     QStringLiteral("int32:-1"), QStringLiteral("array:string:")});
     };
-    QVERIFY(menu().contains(QStringLiteral("Roll\""))); // the ampersand is a mnemonic's to Qt
-    player.change(
-        {{QStringLiteral("Metadata"), MprisStandIn::metadata(QStringLiteral("/t/2"), QStringLiteral("Blues"),
-                                                             QStringLiteral("Band"), QString(), 9)}});
-    QTRY_VERIFY(menu().contains(QStringLiteral("\"Blues\"")));
-    const QString aboveQuit = menu().section(QStringLiteral("\"Quit Pellar\""), 0, 0);
-    const QString id = aboveQuit.section(QStringLiteral("int32 "), -1).section(u'\n', 0, 0);
-    ask({QStringLiteral("com.canonical.dbusmenu.Event"), u"int32:" + id, QStringLiteral("string:clicked"),
-         QStringLiteral("variant:int32:0"), QStringLiteral("uint32:0")});
+    const auto tell = [&ask](const QString& id, const QString& event) {
+        ask({QStringLiteral("com.canonical.dbusmenu.Event"), u"int32:" + id, u"string:" + event,
+             QStringLiteral("variant:int32:0"), QStringLiteral("uint32:0")});
+    };
+    const auto play = [&player](const QString& title, const QString& artist) {
+        player.change({{QStringLiteral("Metadata"),
+                        MprisStandIn::metadata(u"/t/" + title, title, artist, QString(), 9)}});
+    };
+    const QString before = menu();
+    QVERIFY(before.contains(QStringLiteral("Roll\""))); // the ampersand is a mnemonic's to Qt
+    play(QStringLiteral("Blues"), QStringLiteral("Trio"));
+    QString read;
+    QTRY_VERIFY((read = menu()).contains(QStringLiteral("\"Blues\"")));
+    QVERIFY(read.contains(QStringLiteral("\"Trio\"")) && !read.contains(QStringLiteral("\"Band\"")));
+
+    // Nothing changes under the pointer.
+    ask({QStringLiteral("com.canonical.dbusmenu.AboutToShow"), QStringLiteral("int32:0")});
+    play(QStringLiteral("Waltz"), QStringLiteral("Duo"));
+    QTRY_COMPARE(toolTip(), QStringLiteral("Waltz — Duo"));
+    QVERIFY(menu().contains(QStringLiteral("\"Blues\"")));
+    tell(QStringLiteral("0"), QStringLiteral("closed"));
+    QTRY_VERIFY(menu().contains(QStringLiteral("\"Waltz\"")));
+
+    // The number of a row that the panel read two tracks ago.
+    const QString aboveQuit = before.section(QStringLiteral("\"Quit Pellar\""), 0, 0);
+    tell(aboveQuit.section(QStringLiteral("int32 "), -1).section(u'\n', 0, 0), QStringLiteral("clicked"));
     QTRY_COMPARE(program.state(), QProcess::NotRunning);
     QCOMPARE(program.exitCode(), 0);
 }

@@ -2,27 +2,30 @@
 #include "support/FakePlatform.h"
 #include "ui/MenuFixture.h"
 #include "ui/QmlModules.h"
-#include "ui/menu/MenuPanelFrame.h"
+#include "ui/menu/MenuPlacement.h"
 #include "ui/menu/PellarMenuModel.h"
 #include "ui/menu/PellarMenuPanel.h"
 
+#include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QApplication>
+#include <QQuickItem>
 #include <QQuickView>
-#include <QScreen>
+#include <QSignalSpy>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <cmath>
 
 namespace {
 
-const QRect pill(500, 0, 185, 28);
-
 /// A panel on a desktop where time is moved by hand.
 struct PanelFixture {
-    PanelFixture()
+    explicit PanelFixture(const QRect& place = QRect(500, 0, 185, 28)) : pill(place)
     {
         panel.onClose = [this] { ++closed; };
         panel.present();
+        (void)QTest::qWaitForWindowActive(&panel.view()); // keys without that go nowhere
     }
 
     void settle() { desktop.runLoop.advance(0.4); }
@@ -30,36 +33,72 @@ struct PanelFixture {
     /// The glass without its shadow.
     QRect glass()
     {
-        const int shadow = static_cast<int>(panel.model().shadowExtent());
+        const int shadow = static_cast<int>(panel.shadowExtent());
         return panel.view().geometry().adjusted(shadow, shadow, -shadow, -shadow);
     }
 
-    const MenuPanelRow* row(const QString& title)
+    int wholeHeight() { return static_cast<int>(panel.model().size().height()); }
+
+    /// What a screen reader finds under a title; null when there is no such row.
+    QAccessibleInterface* row(const QString& title)
     {
-        for (const MenuPanelRow& candidate : panel.model().layout().rows) {
-            if (candidate.title() == title) {
-                return &candidate;
+        QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(panel.view().rootObject());
+        for (int i = 0; i < list->childCount(); ++i) {
+            if (list->child(i)->text(QAccessible::Name) == title) {
+                return list->child(i);
             }
         }
         return nullptr;
     }
 
+    /// The title of the row that lies there; empty where there is none, or none that can be chosen.
+    QString selectableAt(QPoint point)
+    {
+        for (const MenuPanelRow& candidate : panel.model().rows()) {
+            if (candidate.isSelectable() &&
+                row(candidate.title())->rect().contains(panel.view().mapToGlobal(point))) {
+                return candidate.title();
+            }
+        }
+        return {};
+    }
+
+    /// Where a row is seen, in the window.
+    QPoint place(const QString& title) { return row(title)->rect().center() - panel.view().position(); }
+
+    void point(const QString& title) { QTest::mouseMove(&panel.view(), place(title)); }
     void click(const QString& title)
     {
-        const double shadow = panel.model().shadowExtent();
-        const QPointF middle = row(title)->frame.center() - QPointF(0, panel.model().scroll());
-        QTest::mouseClick(&panel.view(), Qt::LeftButton, Qt::NoModifier,
-                          (middle + QPointF(shadow, shadow)).toPoint());
+        QTest::mouseClick(&panel.view(), Qt::LeftButton, Qt::NoModifier, place(title));
     }
+
+    void press(const QString& keys)
+    {
+        for (const QString& name : keys.split(u' ')) {
+            QTest::keyClick(&panel.view(), QKeySequence(name)[0].key());
+        }
+    }
+
+    void turnWheel(QPoint point, int notches)
+    {
+        QWheelEvent event(point, panel.view().mapToGlobal(point), {}, {0, -120 * notches}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&panel.view(), &event);
+    }
+
+    QString current() { return panel.model().rows().value(panel.model().currentRow()).title(); }
 
     FakePlatform desktop;
     FakeAppearance appearance;
     MenuFixture menu;
+    QRect pill;
     int closed = 0;
-    PellarMenuPanel panel{PellarMenuPanel::Desktop{
-                              .runLoop = desktop.runLoop, .bar = desktop.statusBar, .appearance = appearance},
-                          [this] { return menu.rows(); }, pill};
+    PellarMenuPanel panel{
+        Panel::Desktop{.runLoop = desktop.runLoop, .bar = desktop.statusBar, .appearance = appearance},
+        [this] { return menu.rows(); }, pill};
 };
+
+const QRect lowPill(500, 500, 185, 28); ///< below which the screen has little room
 
 /// A window of the program beside the panel.
 class OtherWindow final : public QWindow
@@ -80,76 +119,75 @@ class MenuPanelTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void placesPanel_data();
-    void placesPanel();
-    void animates_data();
-    void animates();
+    void isPlaced_data();
+    void isPlaced();
+    void moves_data();
+    void moves();
     void unfoldsAndFolds();
     void staysPinned();
     void obeysKeys_data();
     void obeysKeys();
     void choosesByPointer();
     void scrolls();
+    void keepsCurrentRow();
+    void isHeard();
+    void showsWholeTitle();
     void closesBesideIt_data();
     void closesBesideIt();
 };
 
-void MenuPanelTest::placesPanel_data()
+void MenuPanelTest::isPlaced_data()
 {
     QTest::addColumn<QRectF>("screen");
     QTest::addColumn<QSizeF>("contents");
     QTest::addColumn<QRectF>("expected");
     const QRectF screen(0, 0, 1280, 800);
-    QTest::newRow("below, right edges in line") << screen << QSizeF(220, 300) << QRectF(465, 34, 220, 300);
+    QTest::newRow("right edges in line") << screen << QSizeF(220, 300) << QRectF(465, 34, 220, 300);
     QTest::newRow("too tall") << screen << QSizeF(220, 900) << QRectF(465, 34, 220, 758);
-    QTest::newRow("too wide") << screen << QSizeF(700, 300) << QRectF(8, 34, 700, 300);
     QTest::newRow("second screen") << QRectF(400, 0, 900, 600) << QSizeF(300, 300)
                                    << QRectF(408, 34, 300, 300);
     QTest::newRow("no room at all") << QRectF(0, 0, 1280, 20) << QSizeF(220, 300) << QRectF(465, 34, 220, 0);
 }
 
-void MenuPanelTest::placesPanel()
+void MenuPanelTest::isPlaced()
 {
     QFETCH(QRectF, screen);
     QFETCH(QSizeF, contents);
-    QTEST(MenuPanelFrame::open(MenuPanelPin::below(pill), contents, screen).rect, "expected");
+    QTEST(menuPlacement(QRectF(500, 0, 185, 28), contents, screen), "expected");
 }
 
-void MenuPanelTest::animates_data()
+/// The expected values were found by bisection.
+void MenuPanelTest::moves_data()
 {
-    // The cubic curves (0.25, 1) (0.5, 1) and (0.5, 0) (0.75, 0), solved by bisection.
+    QTest::addColumn<QPointF>("first");
+    QTest::addColumn<QPointF>("second");
     QTest::addColumn<double>("progress");
-    QTest::addColumn<double>("opening");
-    QTest::addColumn<double>("closing");
-    QTest::newRow("start") << 0.0 << 0.0 << 1.0;
-    QTest::newRow("tenth") << 0.1 << 0.3473 << 0.9997;
-    QTest::newRow("quarter") << 0.25 << 0.6886 << 0.9939;
-    QTest::newRow("half") << 0.5 << 0.9341 << 0.9341;
-    QTest::newRow("three quarters") << 0.75 << 0.9939 << 0.6886;
-    QTest::newRow("end") << 1.0 << 1.0 << 0.0;
+    QTest::addColumn<double>("height");
+    QTest::addColumn<double>("opacity");
+    QTest::newRow("eased out") << QPointF(0.25, 1) << QPointF(0.5, 1) << 0.25 << 68.86 << 0.6886;
+    QTest::newRow("eased in") << QPointF(0.5, 0) << QPointF(0.75, 0) << 0.75 << 31.14 << 0.3114;
+    QTest::newRow("beyond its end") << QPointF(0.22, 1.2) << QPointF(0.36, 1) << 0.5 << 100.68 << 1.0;
 }
 
-void MenuPanelTest::animates()
+void MenuPanelTest::moves()
 {
+    QFETCH(QPointF, first);
+    QFETCH(QPointF, second);
     QFETCH(double, progress);
-    QFETCH(double, opening);
-    QFETCH(double, closing);
-    const MenuPanelFrame whole{.rect = QRectF(465, 34, 220, 300), .opacity = 1};
-    const auto check = [&whole](const MenuPanelFrame& frame, double share) {
-        QCOMPARE(frame.rect.topRight(), whole.rect.topRight());
-        QCOMPARE(frame.rect.width(), whole.rect.width());
-        QVERIFY2(std::abs(frame.rect.height() - 300 * share) < 0.3,
-                 qPrintable(QString::number(frame.rect.height())));
-        QVERIFY(std::abs(frame.opacity - share) < 0.001);
-    };
-    check(MenuPanelFrame::opening(whole, progress), opening);
-    check(MenuPanelFrame::closing(whole, progress), closing);
+    QFETCH(double, height);
+    QFETCH(double, opacity);
+    const PanelFrame whole{.rect = QRectF(465, 34, 220, 100), .opacity = 1};
+    const PanelFrame frame =
+        whole.unfolded(PanelMotion{.first = first, .second = second, .seconds = 1}.at(progress));
+    QCOMPARE(frame.rect.topRight(), whole.rect.topRight());
+    QVERIFY2(std::abs(frame.rect.height() - height) < 0.1, qPrintable(QString::number(frame.rect.height())));
+    QVERIFY2(std::abs(frame.opacity - opacity) < 0.001, qPrintable(QString::number(frame.opacity)));
 }
 
 void MenuPanelTest::unfoldsAndFolds()
 {
     PanelFixture fixture;
-    const int whole = static_cast<int>(fixture.panel.model().layout().size.height());
+    const int whole = fixture.wholeHeight();
     QVERIFY(fixture.panel.isVisible());
     QVERIFY(fixture.glass().height() < 2);
     fixture.desktop.runLoop.advance(0.16);
@@ -171,17 +209,16 @@ void MenuPanelTest::unfoldsAndFolds()
 void MenuPanelTest::staysPinned()
 {
     PanelFixture fixture;
-    fixture.panel.model().choose(fixture.row(QStringLiteral("Sleep Timer"))->key);
+    fixture.press(QStringLiteral("Up Up Up Up Right"));
     fixture.desktop.runLoop.advance(0.05);
     const int growing = fixture.glass().height();
     fixture.desktop.runLoop.advance(0.1);
     QVERIFY(fixture.glass().height() > growing); // the change of size has not cut the opening short
     fixture.settle();
     const QRect tall = fixture.glass();
-    QCOMPARE(tall.height(), static_cast<int>(fixture.panel.model().layout().size.height()));
-    QCOMPARE(tall.top(), pill.top() + 28 + 6);
-    QCOMPARE(tall.right(), pill.right());
-    fixture.click(QStringLiteral("Sleep Timer"));
+    QCOMPARE(tall.height(), fixture.wholeHeight());
+    QCOMPARE(tall.topRight(), QPoint(fixture.pill.right(), fixture.pill.top() + 28 + 6));
+    fixture.press(QStringLiteral("Left"));
     QVERIFY(fixture.glass().height() < tall.height());
     QCOMPARE(fixture.glass().topRight(), tall.topRight());
 }
@@ -189,10 +226,10 @@ void MenuPanelTest::staysPinned()
 void MenuPanelTest::obeysKeys_data()
 {
     QTest::addColumn<QString>("keys");
-    QTest::addColumn<QString>("hovered"); ///< title of the row
+    QTest::addColumn<QString>("current"); ///< title of the row
     QTest::addColumn<QString>("told");
-    const auto row = [](const char* keys, const char* hovered, const char* told) {
-        QTest::newRow(keys) << QString::fromLatin1(keys) << QString::fromUtf8(hovered)
+    const auto row = [](const char* keys, const char* current, const char* told) {
+        QTest::newRow(keys) << QString::fromLatin1(keys) << QString::fromUtf8(current)
                             << QString::fromUtf8(told);
     };
     row("Down", "Now Playing…", "");
@@ -201,7 +238,6 @@ void MenuPanelTest::obeysKeys_data()
     row("Home Down Return", "Open in Music App", "open");
     row("Return", "", "");
     row("Space", "", "preview");
-    row("Up Up Up Up Right", "Apple Music", "");
     row("Up Up Up Up Right Down Return", "Spotify", "source 2");
     row("Up Up Up Up Right Down Left", "Audio Sources", "");
     row("Up Up Up Up Return Up", "Power Mode (Normal)", "");
@@ -214,12 +250,8 @@ void MenuPanelTest::obeysKeys()
     QFETCH(QString, keys);
     PanelFixture fixture;
     fixture.settle();
-    for (const QString& name : keys.split(u' ')) {
-        QTest::keyClick(&fixture.panel.view(), QKeySequence(name)[0].key());
-    }
-    const MenuPanelRow* const row =
-        fixture.panel.model().layout().rowWithKey(fixture.panel.model().hoveredKey());
-    QTEST(row != nullptr ? row->title() : QString(), "hovered");
+    fixture.press(keys);
+    QTEST(fixture.current(), "current");
     QTEST(fixture.menu.told.join(u'|'), "told");
     fixture.settle();
     QCOMPARE(fixture.closed, fixture.menu.told.size()); // choosing closes, nothing else does
@@ -237,6 +269,10 @@ void MenuPanelTest::choosesByPointer()
     fixture.click(QStringLiteral("Power Mode (Normal)"));
     fixture.click(QStringLiteral("Audio Sources")); // one list is open at a time
     QVERIFY(fixture.row(QStringLiteral("Power User")) == nullptr);
+    QTest::mousePress(&fixture.panel.view(), Qt::LeftButton, {}, fixture.place(QStringLiteral("Spotify")));
+    QTest::mouseRelease(&fixture.panel.view(), Qt::LeftButton, {},
+                        fixture.place(QStringLiteral("System Audio"))); // thought better of
+    QVERIFY(fixture.menu.told.isEmpty());
     fixture.click(QStringLiteral("System Audio"));
     QCOMPARE(fixture.menu.told, QStringList(QStringLiteral("source 4")));
     fixture.click(QStringLiteral("Quit Pellar")); // it is on its way out
@@ -245,25 +281,111 @@ void MenuPanelTest::choosesByPointer()
 
 void MenuPanelTest::scrolls()
 {
-    PellarMenuModel model(MenuFixture().rows());
-    model.setVisibleHeight(120);
-    model.pressKey(Qt::Key_Up);
-    const auto end = [&model] { return model.layout().size.height() - 120; };
-    QCOMPARE(model.scroll(), end());
-    model.hover(model.layout().rows.last().frame.center() - QPointF(0, end()));
-    QCOMPARE(model.hoveredKey(), model.layout().rows.last().key);
-    model.hover(QPointF(50, 130)); // below what can be seen
-    QVERIFY(model.hoveredKey().isEmpty());
+    PanelFixture fixture(lowPill);
+    fixture.settle();
+    const auto isSeen = [&fixture](const QString& title) {
+        return fixture.glass().contains(fixture.row(title)->rect());
+    };
+    const QString last = QStringLiteral("Quit Pellar");
+    QVERIFY(!isSeen(last));
+    fixture.press(QStringLiteral("Up"));
+    QVERIFY(isSeen(last));
+    fixture.press(QStringLiteral("Home"));
+    QVERIFY(isSeen(QStringLiteral("Salt & Stone"))); // the heading, too
+    fixture.press(QStringLiteral("End Up Up Up Right"));
+    QVERIFY(isSeen(QStringLiteral("Audio Sources")) && isSeen(QStringLiteral("System Audio")));
 
-    for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Up, Qt::Key_Up, Qt::Key_Return}) {
-        model.pressKey(key);
+    // The row under the pointer is the current one, also when the list has moved and the pointer has not.
+    const QPoint point(120, 100);
+    QTest::mouseMove(&fixture.panel.view(), point);
+    for (const int notches : {2, -1, 100, -100}) {
+        fixture.turnWheel(point, notches);
+        QTRY_COMPARE(fixture.current(), fixture.selectableAt(point));
     }
-    const QRectF sources = model.layout().expandedFrame.translated(0, -model.scroll());
-    QVERIFY(sources.top() >= 0 && sources.top() < 30 && sources.bottom() > 100);
-    model.scrollBy(1000);
-    QCOMPARE(model.scroll(), end());
-    model.scrollBy(-1000);
-    QCOMPARE(model.scroll(), 0.0);
+    QVERIFY(isSeen(QStringLiteral("Salt & Stone")));
+
+    // But not when a key has moved the list.
+    fixture.press(QStringLiteral("End"));
+    const QSignalSpy frames(&fixture.panel.view(), &QQuickWindow::frameSwapped);
+    QTRY_VERIFY((fixture.panel.view().update(), frames.size() > 2));
+    QCOMPARE(fixture.current(), last);
+}
+
+void MenuPanelTest::keepsCurrentRow()
+{
+    PanelFixture fixture;
+    fixture.settle();
+    const QAbstractItemModelTester tester(&fixture.panel.model());
+    fixture.point(QStringLiteral("Settings…")); // where the pointer has been forgotten
+    fixture.press(QStringLiteral("Home Down Down Down Down Down Down Down Right Down"));
+    QCOMPARE(fixture.current(), QStringLiteral("Headphones"));
+    const auto check = [&fixture](const QList<AudioOutputDevice>& outputs) {
+        fixture.menu.state.outputs = outputs;
+        fixture.panel.refresh();
+        QCOMPARE(fixture.current(), QStringLiteral("Headphones"));
+        QTRY_VERIFY(fixture.row(QStringLiteral("Headphones"))->state().focused);
+        QCOMPARE(fixture.glass().height(), fixture.wholeHeight());
+    };
+    const AudioOutputDevice speakers{41, QStringLiteral("Speakers"), QString()};
+    const AudioOutputDevice headphones{52, QStringLiteral("Headphones"), QString()};
+    const AudioOutputDevice kitchen{60, QStringLiteral("Kitchen"), QString()};
+    check({kitchen, speakers, headphones});
+    check({headphones, kitchen});
+    check({headphones});
+    fixture.press(QStringLiteral("Return"));
+    QCOMPARE(fixture.menu.told, QStringList(QStringLiteral("output 52")));
+}
+
+/// As a screen reader asks.
+void MenuPanelTest::isHeard()
+{
+    PanelFixture fixture;
+    fixture.settle();
+    QAccessibleInterface* const menu = fixture.row(QStringLiteral("Quit Pellar"))->parent();
+    QCOMPARE(menu->role(), QAccessible::PopupMenu);
+    QVERIFY(QAccessible::queryAccessibleInterface(qApp)->indexOfChild(menu->parent()) >= 0);
+    QCOMPARE(menu->childCount(), fixture.panel.model().rowCount());
+    QCOMPARE(menu->child(0)->role(), QAccessible::StaticText);
+    QCOMPARE(menu->child(2)->role(), QAccessible::Separator);
+    QAccessibleInterface* const outputs = fixture.row(QStringLiteral("Audio Output"));
+    QVERIFY(outputs->state().expandable && !outputs->state().expanded);
+    QCOMPARE(outputs->role(), QAccessible::MenuItem);
+    outputs->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QVERIFY(outputs->state().expanded);
+    const auto inOrder = [&] {
+        for (int i = 0; i < menu->childCount(); ++i) {
+            if (menu->child(i)->text(QAccessible::Name) != fixture.panel.model().rows()[i].title()) {
+                return false;
+            }
+        }
+        return menu->childCount() == fixture.panel.model().rowCount();
+    };
+    QTRY_VERIFY(inOrder());
+    const auto isOn = [&fixture](const char* title) {
+        const QAccessible::State state = fixture.row(QString::fromUtf8(title))->state();
+        return state.checkable && state.checked;
+    };
+    QVERIFY(isOn("Headphones") && !isOn("Speakers"));
+    fixture.press(QStringLiteral("Down"));
+    QVERIFY(menu->child(3)->state().focused);
+    menu->child(3)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(fixture.menu.told, QStringList(QStringLiteral("preview")));
+}
+
+void MenuPanelTest::showsWholeTitle()
+{
+    PanelFixture fixture;
+    fixture.menu.state.title = QStringLiteral("A Title that Nobody Has Ever Sung to its End. ").repeated(3);
+    fixture.panel.refresh();
+    fixture.settle();
+    const auto* const tip = fixture.panel.view().rootObject()->findChild<QQuickItem*>(QStringLiteral("tip"));
+    fixture.point(QStringLiteral("Now Playing…"));
+    QVERIFY(!tip->isVisible());
+    fixture.point(fixture.panel.model().rows().first().title());
+    QTRY_VERIFY(tip->isVisible());
+    QVERIFY(tip->height() > 40); // on several lines
+    fixture.point(QStringLiteral("Now Playing…"));
+    QTRY_VERIFY(!tip->isVisible());
 }
 
 void MenuPanelTest::closesBesideIt_data()

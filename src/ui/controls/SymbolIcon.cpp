@@ -13,17 +13,22 @@ namespace {
 class SymbolEngine final : public QIconEngine
 {
 public:
-    SymbolEngine(QString name, const QColor& color) : _name(std::move(name)), _color(color) {}
+    SymbolEngine(QString name, const QColor& color, const QColor& selectedColor)
+        : _name(std::move(name))
+        , _color(color)
+        , _selectedColor(selectedColor)
+    {
+    }
 
-    QIconEngine* clone() const override { return new SymbolEngine(_name, _color); }
+    QIconEngine* clone() const override { return new SymbolEngine(_name, _color, _selectedColor); }
 
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/, QIcon::State /*state*/) override
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override
     {
         const double side = std::min(rect.width(), rect.height());
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(rect.left() + (rect.width() - side) / 2, rect.top() + (rect.height() - side) / 2);
-        painter->fillPath(symbolOutline(_name, side), _color);
+        painter->fillPath(symbolOutline(_name, side), mode == QIcon::Selected ? _selectedColor : _color);
         painter->restore();
     }
 
@@ -39,11 +44,12 @@ public:
 private:
     QString _name;
     QColor _color;
+    QColor _selectedColor;
 };
 
 } // namespace
 
-QIcon symbolIcon(const QString& name, const QColor& color)
+QIcon symbolIcon(const QString& name, const QColor& color, const QColor& selectedColor)
 {
-    return QIcon(new SymbolEngine(name, color));
+    return QIcon(new SymbolEngine(name, color, selectedColor));
 }

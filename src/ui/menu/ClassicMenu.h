@@ -10,20 +10,23 @@ class ClassicMenu : public QMenu
     Q_OBJECT
 
 public:
-    using QMenu::QMenu;
+    ClassicMenu();
 
-    /// Replaces all rows. Of a title some 300 points are shown.
+    /// Shows these rows, also while the menu is open. Rows that were there before stay the actions that they
+    /// are, to the pointer and to whoever knows them by their numbers. Of a title some 300 points are shown.
     void setItems(const std::vector<PellarMenuItem>& items, bool isDark);
-
-    /// Replaces the rows of those submenus whose rows are others now, also while they are open.
-    void refreshSubmenus(const std::vector<PellarMenuItem>& items, bool isDark);
 
 protected:
     /// Also chooses the row whose key equivalent is pressed.
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void add(const PellarMenuItem& item, bool isDark);
+    ClassicMenu(const QString& title, ClassicMenu* parent);
 
-    std::vector<PellarMenuItem> _items;
+    void insert(size_t place, const PellarMenuItem& item);
+    void remove(size_t place);
+    void describe(QAction& action, const PellarMenuItem& item, bool isDark);
+    void choose(const QAction* action);
+
+    std::vector<PellarMenuItem> _items; ///< one for each action
 };

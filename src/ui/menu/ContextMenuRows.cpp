@@ -111,7 +111,9 @@ void RowBuilder::addTrack()
     Item nowPlaying = Item::action(tr("Now Playing…"), _commands.togglePreview);
     nowPlaying.keyEquivalent = QKeySequence(Qt::Key_Space);
     add(std::move(nowPlaying));
-    add(Item::action(tr("Open in Music App"), _commands.openInApp));
+    if (_state.activePlayer != Player::systemAudio) {
+        add(Item::action(tr("Open in Music App"), _commands.openInApp));
+    }
     add(Item::action(tr("Copy Song Link"), _commands.copySongLink));
     addReactions();
     addUpNext();
@@ -177,6 +179,9 @@ void RowBuilder::addOutputs()
         devices.push_back(Item::toggle(output.name.simplified(), output.id == _state.currentOutput,
                                        with(_commands.setOutput, output.id)));
     }
+    if (_state.outputs.isEmpty()) {
+        devices.push_back(Item::info(tr("No Output Devices")));
+    }
     add(Item::submenu(tr("Audio Output"), std::move(devices)));
 }
 
@@ -191,9 +196,9 @@ void RowBuilder::addListening()
         Item::info(tr("Today: %1").arg(listening.today)), Item::info(tr("This Week: %1").arg(listening.week)),
         Item::info(
             (listening.streak == 1 ? tr("Streak: %1 day") : tr("Streak: %1 days")).arg(listening.streak)),
-        Item::separator()};
-    if (!listening.topArtists.isEmpty()) {
-        rows.push_back(Item::header(tr("Top Artists")));
+        Item::separator(), Item::header(tr("Top Artists"))};
+    if (listening.topArtists.isEmpty()) {
+        rows.push_back(Item::info(tr("No Artists Yet")));
     }
     for (qsizetype i = 0; i < std::min(limit, listening.topArtists.size()); ++i) {
         const auto& [name, time] = listening.topArtists[i];

@@ -1,6 +1,6 @@
 #include "ui/menu/MenuColors.h"
 
-MenuColors MenuColors::forDesktop(bool isDark, bool isBlended)
+MenuColors MenuColors::forDesktop(bool isDark)
 {
     const QColor ink = isDark ? QColor(255, 255, 255) : QColor(0, 0, 0);
     const auto inkAt = [&ink](double opacity) {
@@ -9,7 +9,6 @@ MenuColors MenuColors::forDesktop(bool isDark, bool isBlended)
         return colour;
     };
     return {
-        .glass = GlassColors::forDesktop(isDark, isBlended),
         .background = isDark ? QColor(38, 38, 41) : QColor(248, 248, 250),
         .text = inkAt(isDark ? 0.94 : 0.88),
         .dimmedText = inkAt(isDark ? 0.6 : 0.58),

@@ -1,11 +1,14 @@
 #pragma once
 
-#include "ui/controls/GlassColors.h"
+#include <QColor>
+#include <QObject>
+#include <QQmlEngine>
 
 /// The menus' colours on a light or a dark desktop.
 struct MenuColors {
     Q_GADGET
-    Q_PROPERTY(GlassColors glass MEMBER glass CONSTANT)
+    QML_VALUE_TYPE(menuColors)
+    Q_PROPERTY(QColor background MEMBER background CONSTANT)
     Q_PROPERTY(QColor text MEMBER text CONSTANT)
     Q_PROPERTY(QColor dimmedText MEMBER dimmedText CONSTANT)
     Q_PROPERTY(QColor separator MEMBER separator CONSTANT)
@@ -14,8 +17,7 @@ struct MenuColors {
     Q_PROPERTY(QColor expanded MEMBER expanded CONSTANT)
 
 public:
-    GlassColors glass;
-    QColor background; ///< of the classic style
+    QColor background; ///< opaque, of the classic style
     QColor text;
     QColor dimmedText;
     QColor separator;
@@ -23,6 +25,5 @@ public:
     QColor pressed;
     QColor expanded; ///< behind an open submenu and its rows
 
-    /// `isBlended`: whether what is below the window shines through it.
-    static MenuColors forDesktop(bool isDark, bool isBlended);
+    static MenuColors forDesktop(bool isDark);
 };

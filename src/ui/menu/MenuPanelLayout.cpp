@@ -1,6 +1,7 @@
 #include "ui/menu/MenuPanelLayout.h"
 
 #include <QFontMetricsF>
+#include <QHash>
 
 #include <algorithm>
 #include <cmath>
@@ -11,15 +12,14 @@ namespace {
 using Kind = PellarMenuItem::Kind;
 using Items = std::vector<PellarMenuItem>;
 
-constexpr double panelPadding = 6;
 constexpr double rowPadding = 8; // between a row's edges and what it shows
 constexpr double rowHeight = 26;
 constexpr double infoHeight = 22;
 constexpr double separatorHeight = 11;
-constexpr double indentWidth = 14; // of the titles below a submenu
+constexpr double indentWidth = 14; // of the rows of a submenu
 constexpr double groupPadding = 4; // below the rows of an open submenu
+constexpr double markWidth = 14;
 constexpr double checkWidth = 12;
-constexpr double symbolWidth = 15;
 constexpr double columnGap = 6;
 constexpr double trailingGap = 20;
 constexpr double chevronWidth = 10;
@@ -43,16 +43,18 @@ double trailingWidth(const PellarMenuItem& item, const QFont& font)
     if (item.kind == Kind::submenu) {
         return chevronWidth;
     }
+    if (item.kind == Kind::toggle && item.icon) {
+        return checkWidth;
+    }
     return item.keyEquivalent.isEmpty() ? 0
                                         : std::ceil(QFontMetricsF(font).horizontalAdvance(
                                               item.keyEquivalent.toString(QKeySequence::NativeText)));
 }
 
-/// Where titles without a symbol begin, from the left edge of their row; the column of check marks is left
-/// of it.
+/// Symbols and check marks share the column left of the titles, so that all titles of a list are in line.
 double titleLeft(int level)
 {
-    return rowPadding + checkWidth + columnGap + level * indentWidth;
+    return rowPadding + markWidth + columnGap + level * indentWidth;
 }
 
 double widestRow(const Items& items, int level, const QFont& font)
@@ -63,7 +65,7 @@ double widestRow(const Items& items, int level, const QFont& font)
     for (const PellarMenuItem& item : items) {
         const double trailing = trailingWidth(item, font);
         const double width =
-            titleLeft(level) + (item.icon ? symbolWidth + columnGap : 0) +
+            titleLeft(level) +
             QFontMetricsF(item.kind == Kind::header ? bold : font).horizontalAdvance(item.title) +
             (trailing > 0 ? trailingGap + trailing : 0) + rowPadding;
         widest = std::max({widest, std::ceil(width) + 1, widestRow(item.items, level + 1, font)});
@@ -75,30 +77,32 @@ double widestRow(const Items& items, int level, const QFont& font)
 class Stack
 {
 public:
-    Stack(MenuPanelLayout& layout, QString expandedKey, const QFont& font, double width)
+    Stack(MenuPanelLayout& layout, QString expandedPath, const QFont& font, double width)
         : _layout(layout)
-        , _expandedKey(std::move(expandedKey))
+        , _expandedPath(std::move(expandedPath))
         , _font(font)
         , _width(width)
     {
     }
 
-    void add(const Items& items, int level, const QString& parentKey)
+    void add(const Items& items, int level, const QString& parentPath)
     {
-        for (size_t i = 0; i < items.size(); ++i) {
-            const QString number = QString::number(i);
-            const QString key = parentKey.isEmpty() ? number : QStringLiteral("%1.%2").arg(parentKey, number);
-            const bool isExpanded = items[i].kind == Kind::submenu && key == _expandedKey;
-            MenuPanelRow row = place(items[i], titleLeft(level));
-            row.key = key;
-            row.parentKey = parentKey;
-            row.isExpanded = isExpanded;
-            row.item.items.clear();
+        QHash<QString, int> seen; // rows that look alike are told apart by their order
+        for (const PellarMenuItem& item : items) {
+            const QString name =
+                QStringLiteral("%1/%2 %3").arg(parentPath).arg(static_cast<int>(item.kind)).arg(item.title);
+            const QString path = QStringLiteral("%1 %2").arg(name).arg(seen[name]++);
+            const double top = _y;
+            MenuPanelRow row = place(item, titleLeft(level));
+            row.path = path;
+            row.parentPath = parentPath;
+            row.isExpanded = item.kind == Kind::submenu && path == _expandedPath;
             _layout.rows.append(row);
-            if (isExpanded) {
-                add(items[i].items, level + 1, key);
+            if (row.isExpanded) {
+                add(item.items, level + 1, path);
+                _layout.rows.last().spaceBelow = groupPadding;
                 _y += groupPadding;
-                _layout.expandedFrame = QRectF(row.frame.topLeft(), QPointF(row.frame.right(), _y));
+                _layout.expandedFrame = QRectF(0, top, _width, _y - top);
             }
         }
     }
@@ -110,73 +114,55 @@ private:
     {
         MenuPanelRow row;
         row.item = item;
-        const double height = heightOf(item);
-        row.frame = QRectF(panelPadding, _y, _width, height);
-        _y += height;
-        const auto box = [height](double x, double width) {
+        row.item.items.clear();
+        row.height = heightOf(item);
+        _y += row.height;
+        const auto box = [height = row.height](double x, double width) {
             return QRectF(x, std::round((height - width) / 2), width, width);
         };
-        row.checkFrame = box(left - columnGap - checkWidth, checkWidth);
+        const double mark = item.icon ? markWidth : checkWidth;
+        row.markFrame = box(left - columnGap - (markWidth + mark) / 2, mark);
         double right = _width - rowPadding;
         if (const double trailing = trailingWidth(item, _font); trailing > 0) {
-            // A square for the chevron, which is turned when its rows are open.
-            row.trailingFrame = item.kind == Kind::submenu ? box(right - trailing, trailing)
-                                                           : QRectF(right - trailing, 0, trailing, height);
+            // A square for what is drawn: the chevron is turned when its rows are open.
+            row.trailingFrame = item.keyEquivalent.isEmpty()
+                                    ? box(right - trailing, trailing)
+                                    : QRectF(right - trailing, 0, trailing, row.height);
             right -= trailing + trailingGap;
         }
-        if (item.icon) {
-            row.symbolFrame = box(left, symbolWidth);
-            left += symbolWidth + columnGap;
-        }
-        row.titleFrame = QRectF(left, 0, std::max(0.0, right - left), height);
+        row.titleFrame = QRectF(left, 0, std::max(0.0, right - left), row.height);
         return row;
     }
 
     MenuPanelLayout& _layout;
-    QString _expandedKey;
+    QString _expandedPath;
     QFont _font;
     double _width;
-    double _y = panelPadding;
+    double _y = 0;
 };
 
 } // namespace
 
-MenuPanelLayout MenuPanelLayout::make(const Items& items, const QString& expandedKey, const QFont& font)
+MenuPanelLayout MenuPanelLayout::make(const Items& items, const QString& expandedPath, const QFont& font)
 {
-    const double width = std::clamp(widestRow(items, 0, font), smallestWidth - 2 * panelPadding,
-                                    largestWidth - 2 * panelPadding);
+    const double width =
+        std::clamp(widestRow(items, 0, font), smallestWidth - 2 * padding, largestWidth - 2 * padding);
     MenuPanelLayout layout;
-    Stack stack(layout, expandedKey, font, width);
+    Stack stack(layout, expandedPath, font, width);
     stack.add(items, 0, QString());
-    layout.size = QSizeF(width + 2 * panelPadding, stack.bottom() + panelPadding);
+    layout.size = QSizeF(width, stack.bottom()) + QSizeF(2 * padding, 2 * padding);
     return layout;
 }
 
-const MenuPanelRow* MenuPanelLayout::rowAt(QPointF point) const
+int neighbour(const QList<MenuPanelRow>& rows, int from, int step)
 {
-    const auto row = std::find_if(rows.begin(), rows.end(), [point](const MenuPanelRow& candidate) {
-        return candidate.item.isSelectable() && candidate.frame.contains(point);
-    });
-    return row == rows.end() ? nullptr : &*row;
-}
-
-const MenuPanelRow* MenuPanelLayout::rowWithKey(const QString& key) const
-{
-    const auto row = std::find_if(rows.begin(), rows.end(),
-                                  [&key](const MenuPanelRow& candidate) { return candidate.key == key; });
-    return row == rows.end() ? nullptr : &*row;
-}
-
-const MenuPanelRow* MenuPanelLayout::neighbour(const QString& key, int step) const
-{
-    const MenuPanelRow* const current = rowWithKey(key);
-    const qsizetype count = rows.size();
-    const qsizetype start = current != nullptr ? current - rows.data() : (step > 0 ? -1 : count);
-    for (qsizetype way = 1; way <= count; ++way) {
-        const MenuPanelRow& row = rows[((start + step * way) % count + count) % count];
-        if (row.item.isSelectable()) {
-            return &row;
+    const auto count = static_cast<int>(rows.size());
+    const int start = from < 0 && step < 0 ? count : from;
+    for (int way = 1; way <= count; ++way) {
+        const int row = ((start + step * way) % count + count) % count;
+        if (rows[row].isSelectable()) {
+            return row;
         }
     }
-    return nullptr;
+    return -1;
 }

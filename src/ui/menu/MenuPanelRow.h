@@ -2,13 +2,13 @@
 
 #include "ui/menu/PellarMenuItem.h"
 
-#include <QObject>
+#include <QQmlEngine>
 #include <QRectF>
 
-/// A row of the glass panel: what it says and where it lies, in points from the top-left corner of the list.
+/// A row of the glass menu: what it says and where its parts lie, in points from the row's top left corner.
 struct MenuPanelRow {
     Q_GADGET
-    Q_PROPERTY(QString key MEMBER key CONSTANT)
+    QML_VALUE_TYPE(menuPanelRow)
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString symbol READ symbol CONSTANT)
     Q_PROPERTY(QString shortcut READ shortcut CONSTANT)
@@ -18,23 +18,25 @@ struct MenuPanelRow {
     Q_PROPERTY(bool isInfo READ isInfo CONSTANT)
     Q_PROPERTY(bool isSeparator READ isSeparator CONSTANT)
     Q_PROPERTY(bool isSubmenu READ isSubmenu CONSTANT)
+    Q_PROPERTY(bool isSelectable READ isSelectable CONSTANT)
     Q_PROPERTY(bool isExpanded MEMBER isExpanded CONSTANT)
-    Q_PROPERTY(QRectF frame MEMBER frame CONSTANT)
-    Q_PROPERTY(QRectF checkFrame MEMBER checkFrame CONSTANT)
-    Q_PROPERTY(QRectF symbolFrame MEMBER symbolFrame CONSTANT)
+    Q_PROPERTY(double height MEMBER height CONSTANT)
+    Q_PROPERTY(double spaceBelow MEMBER spaceBelow CONSTANT)
+    Q_PROPERTY(QRectF markFrame MEMBER markFrame CONSTANT)
     Q_PROPERTY(QRectF titleFrame MEMBER titleFrame CONSTANT)
     Q_PROPERTY(QRectF trailingFrame MEMBER trailingFrame CONSTANT)
 
 public:
-    PellarMenuItem item;
-    QString key;       ///< "2" for the third row, "2.0" for the first below it
-    QString parentKey; ///< empty for a row of the first level
+    PellarMenuItem item; ///< without the rows of a submenu
+    QString path;        ///< tells the row from all others, also when the menu is filled anew
+    QString parentPath;  ///< empty for a row of the first level
     bool isExpanded = false;
-    QRectF frame;
-    QRectF checkFrame;    ///< within the row, as are the following
-    QRectF symbolFrame;   ///< empty without a symbol
-    QRectF titleFrame;    ///< what is wider is elided
-    QRectF trailingFrame; ///< for the key equivalent or the mark of a submenu
+    double height = 0;
+    double spaceBelow = 0; ///< to the next row
+    QRectF markFrame;      ///< for the row's symbol, or else for its check mark
+    QRectF titleFrame;     ///< what is wider is elided
+    QRectF trailingFrame;  ///< for the key equivalent, the mark of a submenu, or the check mark of a row
+                           ///< that has a symbol, too; empty without
 
     QString title() const { return item.title; }
     QString symbol() const { return item.icon.value_or(QString()); }
@@ -45,4 +47,5 @@ public:
     bool isInfo() const { return item.kind == PellarMenuItem::Kind::info; }
     bool isSeparator() const { return item.kind == PellarMenuItem::Kind::separator; }
     bool isSubmenu() const { return item.kind == PellarMenuItem::Kind::submenu; }
+    bool isSelectable() const { return item.isSelectable(); }
 };

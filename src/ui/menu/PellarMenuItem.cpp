@@ -56,6 +56,12 @@ bool PellarMenuItem::isSelectable() const
     return kind == Kind::action || kind == Kind::toggle || kind == Kind::submenu;
 }
 
+/// A key that Qt does not know, 0, makes an empty sequence, like that of the rows that have no equivalent.
+bool PellarMenuItem::isChosenBy(QKeyCombination pressed) const
+{
+    return isSelectable() && !keyEquivalent.isEmpty() && keyEquivalent == QKeySequence(pressed);
+}
+
 std::vector<PellarMenuItem> presentable(const std::vector<PellarMenuItem>& items)
 {
     using Kind = PellarMenuItem::Kind;

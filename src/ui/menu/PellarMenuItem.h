@@ -30,6 +30,9 @@ struct PellarMenuItem {
 
     /// Whether the row answers to the pointer and the keyboard.
     bool isSelectable() const;
+
+    /// Whether pressing these keys chooses the row.
+    bool isChosenBy(QKeyCombination pressed) const;
 };
 
 /// The rows as they can be shown: without commands that do nothing and submenus that hold nothing, and with

@@ -1,15 +1,20 @@
 #include "ui/menu/PellarMenuModel.h"
 
-#include <QGuiApplication>
+#include "ui/menu/MenuFont.h"
+
+#include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
+
+constexpr int rowRole = Qt::UserRole;
 
 QFont titleFont()
 {
     constexpr int pixels = 13;
-    QFont font = QGuiApplication::font();
+    QFont font = menuFont();
     font.setPixelSize(pixels);
     return font;
 }
@@ -20,223 +25,192 @@ PellarMenuModel::PellarMenuModel(std::vector<PellarMenuItem> items)
     : _items(std::move(items))
     , _font(titleFont())
     , _layout(MenuPanelLayout::make(_items, QString(), _font))
-    , _visibleHeight(_layout.size.height())
-    , _colors(MenuColors::forDesktop(false, false))
+    , _rows(_layout.rows)
+    , _colors(MenuColors::forDesktop(false))
 {
 }
 
 void PellarMenuModel::setItems(std::vector<PellarMenuItem> items)
 {
-    const MenuPanelRow* const expanded = _layout.rowWithKey(_expandedKey);
-    const QString title = expanded != nullptr ? expanded->title() : QString();
     _items = std::move(items);
-    const auto found = std::find_if(_items.begin(), _items.end(), [&title](const PellarMenuItem& item) {
-        return item.kind == PellarMenuItem::Kind::submenu && item.title == title;
-    });
-    _expandedKey = found != _items.end() ? QString::number(found - _items.begin()) : QString();
-    leave();
-    updateLayout();
+    update();
 }
 
-QVariantList PellarMenuModel::rows() const
-{
-    QVariantList list;
-    for (const MenuPanelRow& row : _layout.rows) {
-        list.append(QVariant::fromValue(row));
-    }
-    return list;
-}
-
-double PellarMenuModel::scrollShare() const
-{
-    const double way = _layout.size.height() - _visibleHeight;
-    return way > 0 ? _scroll / way : 0;
-}
-
-double PellarMenuModel::visibleShare() const
-{
-    return std::min(1.0, _visibleHeight / _layout.size.height());
-}
-
-void PellarMenuModel::setAppearance(const MenuColors& colors, double shadowExtent)
+void PellarMenuModel::setColors(const MenuColors& colors)
 {
     _colors = colors;
-    _shadowExtent = shadowExtent;
-    Q_EMIT appearanceChanged();
+    Q_EMIT colorsChanged();
 }
 
-void PellarMenuModel::setVisibleHeight(double height)
+int PellarMenuModel::rowCount(const QModelIndex& parent) const
 {
-    _visibleHeight = height;
-    scrollTo(_scroll);
-    Q_EMIT scrollChanged();
+    return parent.isValid() ? 0 : static_cast<int>(_rows.size());
 }
 
-void PellarMenuModel::hover(QPointF point)
+QVariant PellarMenuModel::data(const QModelIndex& index, int role) const
 {
-    _hoveredKey = keyAt(point);
-    if (_pressedKey.value() != _hoveredKey.value()) {
-        _pressedKey = QString();
+    if (!index.isValid() || (role != rowRole && role != Qt::DisplayRole)) {
+        return {};
+    }
+    const MenuPanelRow& row = _rows[index.row()];
+    return role == rowRole ? QVariant::fromValue(row) : row.title();
+}
+
+QHash<int, QByteArray> PellarMenuModel::roleNames() const
+{
+    return {{rowRole, QByteArrayLiteral("row")}};
+}
+
+void PellarMenuModel::setCurrentRow(int row)
+{
+    const bool isRow = row >= 0 && row < _rows.size() && _rows[row].isSelectable();
+    const QPersistentModelIndex current(isRow ? index(row) : QModelIndex());
+    if (current != _current) {
+        _current = current;
+        Q_EMIT currentRowChanged();
+    }
+}
+
+void PellarMenuModel::step(int direction)
+{
+    goTo(neighbour(_rows, currentRow(), direction));
+}
+
+void PellarMenuModel::goToEnd(int direction)
+{
+    goTo(neighbour(_rows, -1, direction));
+}
+
+void PellarMenuModel::enter()
+{
+    const MenuPanelRow row = _rows.value(currentRow());
+    if (!row.isSubmenu()) {
+        return;
+    }
+    if (!row.isExpanded) {
+        expand(row.path);
+    }
+    const int first = neighbour(_rows, currentRow(), 1);
+    if (_rows[first].parentPath == row.path) {
+        step(1);
     }
 }
 
 void PellarMenuModel::leave()
 {
-    _hoveredKey = QString();
-    _pressedKey = QString();
-}
-
-void PellarMenuModel::press(QPointF point)
-{
-    _hoveredKey = keyAt(point);
-    _pressedKey = _hoveredKey.value();
-}
-
-void PellarMenuModel::release(QPointF point)
-{
-    const QString pressed = _pressedKey;
-    _pressedKey = QString();
-    if (!pressed.isEmpty() && keyAt(point) == pressed) {
-        choose(pressed);
-        _hoveredKey = keyAt(point);
-    }
-}
-
-void PellarMenuModel::scrollBy(double points)
-{
-    scrollTo(_scroll + points);
-}
-
-void PellarMenuModel::choose(const QString& key)
-{
-    const MenuPanelRow* const row = _layout.rowWithKey(key);
-    if (row == nullptr || !row->item.isSelectable()) {
+    const MenuPanelRow row = _rows.value(currentRow());
+    const QString closed = row.isExpanded ? row.path : row.parentPath;
+    if (closed.isEmpty()) {
         return;
     }
-    if (row->isSubmenu()) {
-        expand(row->isExpanded ? row->parentKey : key);
+    expand(QString());
+    goTo(rowOf(closed));
+}
+
+void PellarMenuModel::choose(int row)
+{
+    const MenuPanelRow chosenRow = _rows.value(row); // the list may change before it is done with
+    if (!chosenRow.isSelectable()) {
+        return;
+    }
+    if (chosenRow.isSubmenu()) {
+        expand(chosenRow.isExpanded ? QString() : chosenRow.path);
     } else {
-        Q_EMIT chosen(PellarMenuItem(row->item)); // the list may change before it is done with
+        Q_EMIT chosen(chosenRow.item);
     }
 }
 
-bool PellarMenuModel::pressKey(QKeyCombination combination)
+bool PellarMenuModel::chooseByKey(int key, Qt::KeyboardModifiers modifiers)
 {
-    if (combination.keyboardModifiers().setFlag(Qt::KeypadModifier, false) == Qt::NoModifier) {
-        switch (combination.key()) {
-        case Qt::Key_Down:
-            step(_hoveredKey, 1);
-            return true;
-        case Qt::Key_Up:
-            step(_hoveredKey, -1);
-            return true;
-        case Qt::Key_Home:
-            step(QString(), 1);
-            return true;
-        case Qt::Key_End:
-            step(QString(), -1);
-            return true;
-        case Qt::Key_Right:
-            openHovered();
-            return true;
-        case Qt::Key_Left:
-            closeHovered();
-            return true;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            choose(_hoveredKey);
-            return true;
-        default:
-            break;
-        }
-    }
-    return pressKeyEquivalent(combination);
-}
-
-QString PellarMenuModel::keyAt(QPointF point) const
-{
-    const bool isVisible = point.y() >= 0 && point.y() < _visibleHeight;
-    const MenuPanelRow* const row = isVisible ? _layout.rowAt(point + QPointF(0, _scroll)) : nullptr;
-    return row != nullptr ? row->key : QString();
-}
-
-void PellarMenuModel::updateLayout()
-{
-    _layout = MenuPanelLayout::make(_items, _expandedKey, _font);
-    Q_EMIT layoutChanged();
-    scrollTo(_scroll);
-    Q_EMIT scrollChanged();
-}
-
-void PellarMenuModel::expand(const QString& key)
-{
-    _expandedKey = key;
-    updateLayout();
-    if (!_layout.expandedFrame.isEmpty()) {
-        reveal(_layout.expandedFrame);
-    }
-}
-
-void PellarMenuModel::step(const QString& from, int direction)
-{
-    const MenuPanelRow* const row = _layout.neighbour(from, direction);
-    if (row == nullptr) {
-        return;
-    }
-    _hoveredKey = row->key;
-    reveal(row->frame);
-}
-
-void PellarMenuModel::openHovered()
-{
-    const MenuPanelRow* const row = _layout.rowWithKey(_hoveredKey);
-    if (row == nullptr || !row->isSubmenu()) {
-        return;
-    }
-    const QString key = row->key;
-    if (!row->isExpanded) {
-        expand(key);
-    }
-    const MenuPanelRow* const first = _layout.neighbour(key, 1);
-    if (first != nullptr && first->parentKey == key) {
-        step(key, 1);
-    }
-}
-
-void PellarMenuModel::closeHovered()
-{
-    const MenuPanelRow* const row = _layout.rowWithKey(_hoveredKey);
-    if (row == nullptr || _expandedKey.isEmpty()) {
-        return;
-    }
-    const QString closed = row->isExpanded ? row->key : row->parentKey;
-    if (!closed.isEmpty()) {
-        expand(QString());
-        _hoveredKey = closed;
-    }
-}
-
-bool PellarMenuModel::pressKeyEquivalent(QKeyCombination combination)
-{
-    const auto row = std::find_if(_layout.rows.cbegin(), _layout.rows.cend(),
-                                  [combination](const MenuPanelRow& candidate) {
-                                      return candidate.item.keyEquivalent == QKeySequence(combination);
-                                  });
-    if (row == _layout.rows.cend()) {
+    const QKeyCombination pressed(modifiers, static_cast<Qt::Key>(key));
+    const auto row = std::find_if(_rows.cbegin(), _rows.cend(), [pressed](const MenuPanelRow& candidate) {
+        return candidate.item.isChosenBy(pressed);
+    });
+    if (row == _rows.cend()) {
         return false;
     }
-    choose(row->key);
+    choose(static_cast<int>(row - _rows.cbegin()));
     return true;
 }
 
-/// Scrolls until a part of the list can be seen with a little room around it, or as much of it as fits.
-void PellarMenuModel::reveal(const QRectF& part)
+/// What cannot be chosen before the first row and behind the last is shown with them.
+void PellarMenuModel::goTo(int row)
 {
-    const double room = _layout.rows.first().frame.top();
-    scrollTo(std::min(part.top() - room, std::max<double>(_scroll, part.bottom() + room - _visibleHeight)));
+    setCurrentRow(row);
+    const int first = neighbour(_rows, -1, 1);
+    const int last = neighbour(_rows, -1, -1);
+    Q_EMIT revealed(row == first ? 0 : row, row == last ? rowCount() - 1 : row);
 }
 
-void PellarMenuModel::scrollTo(double scroll)
+/// Rows that stay are not taken out and put in again: views keep what they know about them.
+void PellarMenuModel::update()
 {
-    _scroll = std::clamp(scroll, 0.0, std::max(0.0, _layout.size.height() - _visibleHeight));
+    const int current = currentRow();
+    _layout = MenuPanelLayout::make(_items, _expandedPath, _font);
+    QSet<QString> paths;
+    for (const MenuPanelRow& row : std::as_const(_layout.rows)) {
+        paths.insert(row.path);
+    }
+    for (qsizetype i = _rows.size() - 1; i >= 0; --i) {
+        if (!paths.contains(_rows[i].path)) {
+            remove(i);
+        }
+    }
+    for (qsizetype i = 0; i < _layout.rows.size(); ++i) {
+        const MenuPanelRow& row = _layout.rows[i];
+        const int old = rowOf(row.path);
+        if (old < 0) {
+            insert(i, row);
+        } else if (old != i) {
+            move(old, i);
+        }
+        _rows[i] = row;
+    }
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+    Q_EMIT sizeChanged();
+    if (currentRow() != current) {
+        Q_EMIT currentRowChanged();
+    }
+}
+
+void PellarMenuModel::insert(qsizetype place, const MenuPanelRow& row)
+{
+    const auto number = static_cast<int>(place);
+    beginInsertRows({}, number, number);
+    _rows.insert(place, row);
+    endInsertRows();
+}
+
+void PellarMenuModel::remove(qsizetype place)
+{
+    const auto number = static_cast<int>(place);
+    beginRemoveRows({}, number, number);
+    _rows.removeAt(place);
+    endRemoveRows();
+}
+
+void PellarMenuModel::move(qsizetype from, qsizetype to)
+{
+    beginMoveRows({}, static_cast<int>(from), static_cast<int>(from), {}, static_cast<int>(to));
+    _rows.move(from, to);
+    endMoveRows();
+}
+
+int PellarMenuModel::rowOf(const QString& path) const
+{
+    const auto row = std::find_if(_rows.cbegin(), _rows.cend(),
+                                  [&path](const MenuPanelRow& candidate) { return candidate.path == path; });
+    return row == _rows.cend() ? -1 : static_cast<int>(row - _rows.cbegin());
+}
+
+void PellarMenuModel::expand(const QString& path)
+{
+    _expandedPath = path;
+    update();
+    const int first = rowOf(path);
+    if (first >= 0) {
+        const auto isInner = [&path](const MenuPanelRow& row) { return row.parentPath == path; };
+        const auto inner = std::count_if(_rows.cbegin(), _rows.cend(), isInner);
+        Q_EMIT revealed(first, first + static_cast<int>(inner));
+    }
 }

@@ -3,103 +3,87 @@
 #include "ui/menu/MenuColors.h"
 #include "ui/menu/MenuPanelLayout.h"
 
-#include <QObject>
-#include <QProperty>
+#include <QAbstractListModel>
+#include <QPersistentModelIndex>
 #include <QQmlEngine>
-#include <QVariantList>
 
-/// The glass panel's list: its rows, which of them is hovered, pressed and expanded, and how far it is
-/// scrolled. Points are in points from the top-left corner of the visible part.
-class PellarMenuModel : public QObject
+/// The rows of the glass menu as a list, those of the open submenu in line below theirs, and which of them is
+/// the current one, by the pointer or by the keyboard.
+class PellarMenuModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    Q_PROPERTY(QVariantList rows READ rows NOTIFY layoutChanged)
-    Q_PROPERTY(QRectF expandedFrame READ expandedFrame NOTIFY layoutChanged)
-    Q_PROPERTY(QString hoveredKey READ hoveredKey NOTIFY hoveredKeyChanged)
-    Q_PROPERTY(QString pressedKey READ pressedKey NOTIFY pressedKeyChanged)
-    Q_PROPERTY(double scroll READ scroll NOTIFY scrollChanged)
-    Q_PROPERTY(double scrollShare READ scrollShare NOTIFY scrollChanged)
-    Q_PROPERTY(double visibleShare READ visibleShare NOTIFY scrollChanged)
-    Q_PROPERTY(MenuColors colors READ colors NOTIFY appearanceChanged)
-    Q_PROPERTY(double shadowExtent READ shadowExtent NOTIFY appearanceChanged)
-    Q_PROPERTY(double cornerRadius READ cornerRadius CONSTANT)
+    Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentRow NOTIFY currentRowChanged)
+    Q_PROPERTY(QSizeF size READ size NOTIFY sizeChanged)
+    Q_PROPERTY(QRectF expandedFrame READ expandedFrame NOTIFY sizeChanged)
+    Q_PROPERTY(double padding READ padding CONSTANT)
     Q_PROPERTY(QFont font READ font CONSTANT)
+    Q_PROPERTY(MenuColors colors READ colors NOTIFY colorsChanged)
 
 public:
     explicit PellarMenuModel(std::vector<PellarMenuItem> items);
 
-    /// Replaces all rows. A submenu that is open stays so if it is still there.
+    /// Replaces the rows. A submenu that is open, and the current row, stay so if they are still there.
     void setItems(std::vector<PellarMenuItem> items);
+    void setColors(const MenuColors& colors);
 
-    const MenuPanelLayout& layout() const { return _layout; }
-    QVariantList rows() const;
+    /// The role `row` is a MenuPanelRow; what is displayed is its title.
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    const QList<MenuPanelRow>& rows() const { return _rows; }
+
+    /// -1 for none.
+    int currentRow() const { return _current.row(); }
+    /// A row that cannot be chosen becomes none.
+    void setCurrentRow(int row);
+
+    QSizeF size() const { return _layout.size; }
     QRectF expandedFrame() const { return _layout.expandedFrame; }
-    /// Keys of rows; empty for none.
-    QString hoveredKey() const { return _hoveredKey; }
-    QString pressedKey() const { return _pressedKey; }
-    QString expandedKey() const { return _expandedKey; }
-
-    /// How far the list is moved up, in points.
-    double scroll() const { return _scroll; }
-    /// How far that is of all the way, and how much of the list can be seen: 0 to 1.
-    double scrollShare() const;
-    double visibleShare() const;
-
-    MenuColors colors() const { return _colors; }
-    double shadowExtent() const { return _shadowExtent; }
-    double cornerRadius() const { return 14; }
+    double padding() const { return MenuPanelLayout::padding; }
     QFont font() const { return _font; }
+    MenuColors colors() const { return _colors; }
 
-    /// The shadow reaches this far beyond the panel, in points; 0 for none.
-    void setAppearance(const MenuColors& colors, double shadowExtent);
-    /// The height of the visible part, in points.
-    void setVisibleHeight(double height);
-
-    void hover(QPointF point);
-    void leave();
-    void press(QPointF point);
-    /// Chooses the row that was pressed if the pointer is still on it.
-    void release(QPointF point);
-    /// Downward for more than 0.
-    void scrollBy(double points);
-
-    /// Whether the key means something to the list: arrows, Home, End, Return, or a row's key equivalent.
-    bool pressKey(QKeyCombination combination);
-
-    /// Does what a click on the row would do. Nothing for an unknown key.
-    Q_INVOKABLE void choose(const QString& key);
+    /// Goes on to the next row that can be chosen, 1 downward or -1 upward, over the ends of the list.
+    Q_INVOKABLE void step(int direction);
+    /// Goes to the first row, 1, or the last, -1.
+    Q_INVOKABLE void goToEnd(int direction);
+    /// Opens the current submenu and goes into it.
+    Q_INVOKABLE void enter();
+    /// Closes the submenu that the current row is, or is in.
+    Q_INVOKABLE void leave();
+    /// Opens or closes a submenu, or does the row's command. Nothing for a row that cannot be chosen.
+    Q_INVOKABLE void choose(int row);
+    /// Chooses the row with this key equivalent. Whether there is one.
+    Q_INVOKABLE bool chooseByKey(int key, Qt::KeyboardModifiers modifiers);
 
 Q_SIGNALS:
-    void layoutChanged();
-    void hoveredKeyChanged();
-    void pressedKeyChanged();
-    void scrollChanged();
-    void appearanceChanged();
+    void currentRowChanged();
+    void sizeChanged();
+    void colorsChanged();
+
+    /// These rows are to be brought into view.
+    void revealed(int first, int last);
 
     /// A command or a toggle has been chosen.
     void chosen(const PellarMenuItem& item);
 
 private:
-    QString keyAt(QPointF point) const;
-    void updateLayout();
-    void expand(const QString& key);
-    void step(const QString& from, int direction);
-    void openHovered();
-    void closeHovered();
-    bool pressKeyEquivalent(QKeyCombination combination);
-    void reveal(const QRectF& part);
-    void scrollTo(double scroll);
+    void goTo(int row);
+    void update();
+    void insert(qsizetype place, const MenuPanelRow& row);
+    void remove(qsizetype place);
+    void move(qsizetype from, qsizetype to);
+    int rowOf(const QString& path) const;
+    void expand(const QString& path);
 
     std::vector<PellarMenuItem> _items;
     QFont _font;
+    QString _expandedPath; ///< empty when no submenu is open
     MenuPanelLayout _layout;
-    QString _expandedKey;
-    double _visibleHeight = 0;
+    QList<MenuPanelRow> _rows; ///< as the views know them
+    QPersistentModelIndex _current;
     MenuColors _colors;
-    double _shadowExtent = 0;
-    Q_OBJECT_BINDABLE_PROPERTY(PellarMenuModel, QString, _hoveredKey, &PellarMenuModel::hoveredKeyChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(PellarMenuModel, QString, _pressedKey, &PellarMenuModel::pressedKeyChanged)
-    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PellarMenuModel, double, _scroll, 0, &PellarMenuModel::scrollChanged)
 };

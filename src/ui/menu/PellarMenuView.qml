@@ -1,144 +1,123 @@
 import QtQuick
 import Pellar.Controls
 import Pellar.Menu
+import Pellar.Panel
 
-Item {
+PanelView {
     id: root
 
     required property PellarMenuModel menu
 
+    implicitWidth: menu.size.width
+    implicitHeight: menu.size.height
+
     Accessible.role: Accessible.PopupMenu
     Accessible.name: qsTr("Pellar")
 
-    GlassPane {
-        anchors.fill: parent
-        colors: root.menu.colors.glass
-        shadowExtent: root.menu.shadowExtent
-        radius: root.menu.cornerRadius
-    }
-    Item {
+    ListView {
         id: list
 
-        anchors { fill: parent; margins: root.menu.shadowExtent + 1 }
+        readonly property point pointer: hover.point.scenePosition
+        /// Whether the pointer says which row is the current one. After a key it does so when it moves again.
+        property bool isPointed: true
+
+        anchors { fill: parent; margins: 1 } // the border of the glass
         clip: true
+        focus: true
+        interactive: false
+        model: root.menu
+        currentIndex: root.menu.currentRow
+        highlightFollowsCurrentItem: false
+        displayMarginBeginning: root.menu.size.height // all rows are there, for those who hear them
+        displayMarginEnd: root.menu.size.height
+        header: Item { height: root.menu.padding - 1 }
+        footer: Item { height: root.menu.padding - 1 }
+        delegate: MenuRowView {
+            required property int index
+            readonly property bool isPointedAt: isHovered && list.isPointed
 
-        Item {
-            x: -1
-            y: -1 - root.menu.scroll
+            x: root.menu.padding - 1
+            width: list.width - 2 * x
+            colors: root.menu.colors
+            font: root.menu.font
+            isCurrent: root.menu.currentRow === index
+            onPressed: root.menu.choose(index)
+            onIsPointedAtChanged: {
+                if (isPointedAt)
+                    root.menu.currentRow = index
+                else if (list.isPointed && isCurrent)
+                    root.menu.currentRow = -1
+            }
+            onNeedsTipChanged: tip.follow(this, needsTip)
+        }
+        onPointerChanged: isPointed = true
 
-            RoundedBox {
-                x: root.menu.expandedFrame.x
-                y: root.menu.expandedFrame.y
-                width: root.menu.expandedFrame.width
-                height: root.menu.expandedFrame.height
-                radius: 8
-                color: root.menu.colors.expanded
-                visible: height > 0
+        Keys.onUpPressed: root.menu.step(-1)
+        Keys.onDownPressed: root.menu.step(1)
+        Keys.onLeftPressed: root.menu.leave()
+        Keys.onRightPressed: root.menu.enter()
+        Keys.onReturnPressed: root.menu.choose(root.menu.currentRow)
+        Keys.onEnterPressed: root.menu.choose(root.menu.currentRow)
+        Keys.onPressed: (event) => {
+            event.accepted = true
+            if (event.key === Qt.Key_Home)
+                root.menu.goToEnd(1)
+            else if (event.key === Qt.Key_End)
+                root.menu.goToEnd(-1)
+            else
+                event.accepted = root.menu.chooseByKey(event.key, event.modifiers)
+        }
+
+        Connections {
+            target: root.menu
+            function onRevealed(first, last) {
+                list.isPointed = false
+                list.positionViewAtIndex(last, ListView.Contain)
+                list.positionViewAtIndex(first, ListView.Contain)
+                if (first === 0)
+                    list.positionViewAtBeginning()
+                else if (last === list.count - 1)
+                    list.positionViewAtEnd()
             }
-            Repeater {
-                model: root.menu.rows
-                delegate: MenuRow {}
+        }
+        HoverHandler { id: hover }
+        WheelHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: (event) => {
+                const y = list.contentY - (event.pixelDelta.y || event.angleDelta.y / 3)
+                const end = list.originY + list.contentHeight - list.height
+                list.contentY = Math.max(list.originY, Math.min(end, y))
+                list.isPointed = true
             }
+        }
+        RoundedBox { // behind the open submenu and its rows
+            parent: list.contentItem
+            z: -1
+            x: root.menu.padding - 1
+            y: root.menu.expandedFrame.y
+            width: root.menu.expandedFrame.width
+            height: root.menu.expandedFrame.height
+            radius: 8
+            color: root.menu.colors.expanded
+            visible: height > 0
         }
     }
     Rectangle { // how much of the list can be seen
-        readonly property real way: list.height - 2 * root.menu.cornerRadius
+        readonly property real way: list.height - 2 * root.panel.cornerRadius
 
         anchors { right: list.right; rightMargin: 2 }
-        y: list.y + root.menu.cornerRadius + (way - height) * root.menu.scrollShare
+        y: list.y + root.panel.cornerRadius + way * list.visibleArea.yPosition
         width: 3
-        height: way * root.menu.visibleShare
+        height: way * list.visibleArea.heightRatio
         radius: 1.5
         color: root.menu.colors.pressed
-        visible: root.menu.visibleShare < 1
+        visible: list.visibleArea.heightRatio < 1
     }
+    RowTip {
+        id: tip
 
-    component MenuRow: Item {
-        id: row
-
-        required property var modelData
-        readonly property color ink: modelData.isInfo ? root.menu.colors.dimmedText : root.menu.colors.text
-
-        x: modelData.frame.x
-        y: modelData.frame.y
-        width: modelData.frame.width
-        height: modelData.frame.height
-
-        Accessible.role: modelData.isSeparator ? Accessible.Separator
-                       : modelData.isHeader || modelData.isInfo ? Accessible.StaticText : Accessible.MenuItem
-        Accessible.name: modelData.title
-        Accessible.checkable: modelData.isToggle
-        Accessible.checked: modelData.isOn
-        Accessible.onPressAction: root.menu.choose(modelData.key)
-
-        RoundedBox {
-            anchors.fill: parent
-            radius: 8
-            color: root.menu.pressedKey === row.modelData.key ? root.menu.colors.pressed
-                 : root.menu.hoveredKey === row.modelData.key ? root.menu.colors.hovered : "transparent"
-        }
-        RoundedBox {
-            x: row.modelData.checkFrame.x
-            width: parent.width - x - 8
-            y: Math.floor(parent.height / 2)
-            height: 1
-            color: root.menu.colors.separator
-            visible: row.modelData.isSeparator
-        }
-        RowSymbol {
-            frame: row.modelData.checkFrame
-            name: "checkmark"
-            color: row.ink
-            visible: row.modelData.isToggle && row.modelData.isOn
-        }
-        RowSymbol {
-            frame: row.modelData.symbolFrame
-            name: row.modelData.symbol
-            color: row.ink
-            visible: name !== ""
-        }
-        RowText {
-            frame: row.modelData.titleFrame
-            text: row.modelData.title
-            color: row.ink
-            font.bold: row.modelData.isHeader
-        }
-        RowText {
-            frame: row.modelData.trailingFrame
-            text: row.modelData.shortcut
-            color: root.menu.colors.dimmedText
-        }
-        RowSymbol {
-            frame: row.modelData.trailingFrame
-            name: "chevron.right"
-            color: root.menu.colors.dimmedText
-            rotation: row.modelData.isExpanded ? 90 : 0
-            visible: row.modelData.isSubmenu
-        }
-    }
-
-    component RowText: Text {
-        required property rect frame
-
-        x: frame.x
-        width: frame.width
-        height: frame.height
-        visible: text !== ""
-        textFormat: Text.PlainText
-        maximumLineCount: 1
-        elide: Text.ElideRight
-        horizontalAlignment: Text.AlignLeft
-        verticalAlignment: Text.AlignVCenter
-        font.family: root.menu.font.family
-        font.pixelSize: root.menu.font.pixelSize
-    }
-
-    component RowSymbol: SymbolItem {
-        required property rect frame
-
-        x: frame.x
-        y: frame.y
-        width: frame.width
-        height: frame.height
+        objectName: "tip"
+        colors: root.menu.colors
+        font: root.menu.font
     }
 }

@@ -1,0 +1,29 @@
+import QtQuick
+import Pellar.Controls
+import Pellar.Panel
+
+/// What a panel shows on its glass. The implicit size is that of the open panel.
+Item {
+    id: root
+
+    required property Panel panel
+    default property alias contents: sheet.data
+
+    GlassPane {
+        anchors.fill: parent
+        colors: root.panel.glass
+        shadowExtent: root.panel.shadowExtent
+        radius: root.panel.cornerRadius
+    }
+    Item { // what has not unfolded yet is cut off
+        anchors { fill: parent; margins: root.panel.shadowExtent }
+        clip: true
+
+        Item {
+            id: sheet
+
+            width: root.panel.openSize.width
+            height: root.panel.openSize.height
+        }
+    }
+}
