@@ -126,12 +126,23 @@ void AppDelegate::refreshMenus()
 void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 {
     if (MenuStyleManager::shared().style == PellarMenuStyle::classic) {
-        _classicMenu = _hosting->contextMenuProvider();
-        _classicMenu->popup(event.globalPosition().toPoint());
+        presentClassicMenu(event.globalPosition().toPoint());
     } else if (_liveMenuPanel) {
         _liveMenuPanel->close();
     } else {
         presentGlassMenu();
+    }
+}
+
+void AppDelegate::presentClassicMenu(QPoint place)
+{
+    _classicMenu = _hosting->contextMenuProvider();
+    _classicMenu->popup(place);
+    _menuKeyboard = _platform.statusBar.claimKeyboard(*_classicMenu->windowHandle());
+    if (_menuKeyboard) {
+        connect(_menuKeyboard.get(), &KeyboardClaim::lost, _classicMenu.get(), &QMenu::close);
+        connect(_classicMenu.get(), &QMenu::aboutToHide, this,
+                [this] { _menuKeyboard.release()->deleteLater(); });
     }
 }
 

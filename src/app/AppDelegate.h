@@ -12,6 +12,7 @@
 
 class Appearance;
 class ClassicMenu;
+class KeyboardClaim;
 class PellarMenuPanel;
 class PillModel;
 class PillVisibilityManager;
@@ -42,6 +43,7 @@ private:
     void refreshMenus();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);
+    void presentClassicMenu(QPoint place);
     void presentGlassMenu();
 
     Platform& _platform;
@@ -58,5 +60,6 @@ private:
     std::unique_ptr<StatusItem> _statusItem;
     std::unique_ptr<TrayIcon> _trayIcon;
     std::unique_ptr<QMenu> _classicMenu;
+    std::unique_ptr<KeyboardClaim> _menuKeyboard; ///< the classic menu's
     std::unique_ptr<PellarMenuPanel> _liveMenuPanel; ///< while it exists
 };

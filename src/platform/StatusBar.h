@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/KeyboardClaim.h"
+
 #include <QObject>
+
+#include <memory>
 
 class QRect;
 class QWindow;
@@ -24,6 +28,10 @@ public:
 
     /// Whether translucent windows are blended with what lies below them.
     virtual bool isComposited() const = 0;
+
+    /// For a menu that is shown, which outlives the claim. Null where the menu's own grab is enough to get
+    /// every key and to hear of every click.
+    virtual std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& menu) = 0;
 
 Q_SIGNALS:
     void compositingChanged();

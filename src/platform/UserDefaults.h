@@ -23,7 +23,8 @@ public:
     /// The stored value; an invalid variant when the key is absent. Integers come as `qlonglong`.
     virtual QVariant object(const QString& key) const = 0;
 
-    /// Stores a value, which is the key's from now on. A value of a type that the store cannot hold is refused with a log line.
+    /// Stores a value, which is the key's from now on. A value of a type that the store cannot hold is
+    /// refused with a log line.
     virtual void setObject(const QString& key, const QVariant& value) = 0;
     virtual void removeObject(const QString& key) = 0;
 

@@ -125,6 +125,7 @@ public:
     int thickness() const override { return 28; }
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
     void place(QWindow& window, const QRect& frame) override { window.setGeometry(frame); }
+    std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& /*menu*/) override { return nullptr; }
     bool isComposited() const override { return true; }
 };
 

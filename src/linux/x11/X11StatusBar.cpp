@@ -1,5 +1,6 @@
 #include "linux/x11/X11StatusBar.h"
 
+#include "linux/x11/X11KeyboardClaim.h"
 #include "linux/x11/X11Reply.h"
 #include "linux/x11/X11Session.h"
 
@@ -15,8 +16,8 @@ namespace {
 constexpr int pillThickness = 28;
 constexpr uint32_t everyDesktop = 0xFFFFFFFF;
 
-/// The window manager of a Wayland session keeps docks below its own panel (GNOME) or takes them for windows of
-/// its tiling (sway); what it does not manage lies above all.
+/// The window manager of a Wayland session keeps docks below its own panel (GNOME) or takes them for windows
+/// of its tiling (sway); what it does not manage lies above all.
 bool isWaylandSession()
 {
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
@@ -112,6 +113,11 @@ void X11StatusBar::place(QWindow& window, const QRect& frame)
 bool X11StatusBar::isComposited() const
 {
     return X11Session::isComposited();
+}
+
+std::unique_ptr<KeyboardClaim> X11StatusBar::claimKeyboard(QWindow& menu)
+{
+    return isWaylandSession() ? std::make_unique<X11KeyboardClaim>(menu) : nullptr;
 }
 
 bool X11StatusBar::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)

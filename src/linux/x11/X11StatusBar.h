@@ -4,7 +4,8 @@
 
 #include <QAbstractNativeEventFilter>
 
-/// Status items as X11 dock windows. On another window system the portable window flags have to do.
+/// Status items as X11 dock windows, and in a Wayland session as windows that nobody manages. On another
+/// window system the portable window flags have to do.
 class X11StatusBar final : public StatusBar, private QAbstractNativeEventFilter
 {
     Q_OBJECT
@@ -17,6 +18,7 @@ public:
     void adopt(QWindow& window) override;
     void place(QWindow& window, const QRect& frame) override;
     bool isComposited() const override;
+    std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& menu) override;
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;

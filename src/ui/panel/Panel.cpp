@@ -207,6 +207,10 @@ void Panel::resize()
 void Panel::startMonitoring()
 {
     qGuiApp->installEventFilter(this);
+    _keyboard = _desktop.bar.claimKeyboard(*_view);
+    if (_keyboard) {
+        connect(_keyboard.get(), &KeyboardClaim::lost, this, &Panel::close);
+    }
     if (!_view->setMouseGrabEnabled(true)) {
         qCWarning(log, "the pointer could not be taken: a click beside the panel does not close it");
     }
@@ -220,6 +224,7 @@ void Panel::stopMonitoring()
     qGuiApp->removeEventFilter(this);
     _view->setMouseGrabEnabled(false);
     _view->setKeyboardGrabEnabled(false);
+    _keyboard.reset();
 }
 
 void Panel::finishClosing()

@@ -14,6 +14,7 @@
 #include <memory>
 
 class Appearance;
+class KeyboardClaim;
 class QMouseEvent;
 class QQuickView;
 class QScreen;
@@ -100,6 +101,7 @@ private:
     PanelFrame _open;  ///< unfolded
     PanelFrame _frame; ///< on screen now
     std::unique_ptr<RunLoop::Timer> _animation;
+    std::unique_ptr<KeyboardClaim> _keyboard;
     bool _isEntering = false;
     bool _isClosing = false;
 };
