@@ -1,10 +1,8 @@
 #include "app/AppDelegate.h"
-#include "audio/AudioSourceManager.h"
 #include "audio/PlayerChoice.h"
 #include "linux/LinuxPlatform.h"
 #include "linux/settings/PlistUserDefaults.h"
 #include "prefs/MenuStyleManager.h"
-#include "prefs/PowerModeManager.h"
 #include "support/Command.h"
 #include "support/MprisStandIn.h"
 #include "support/RealPlayer.h"
@@ -129,7 +127,6 @@ private Q_SLOTS:
     void leavesKeyboardAlone();
     void followsDevices_data() { styles(); }
     void followsDevices();
-    void hangsBelowPill();
 
 private:
     static void styles();
@@ -217,10 +214,6 @@ void MenuTest::rowsDoWhatTheySay()
 
     choose({QStringLiteral("Copy Song Link")});
     QTRY_VERIFY(clipboard().contains(QString::fromLatin1(QUrl::toPercentEncoding(title))));
-
-    AudioSourceManager::shared().setEnabledSources(defaultAudioSources);
-    choose({QStringLiteral("Audio Sources"), QStringLiteral("Spotify")});
-    QTRY_VERIFY(settings().contains(QStringLiteral("<key>pellar.audio.sources</key><integer>1</integer>")));
 
     choose({QStringLiteral("Power Mode (Normal)"), QStringLiteral("Power User")});
     QTRY_VERIFY(settings().contains(
@@ -336,24 +329,6 @@ void MenuTest::followsDevices()
     QTRY_COMPARE(run(QStringLiteral("pactl"), {QStringLiteral("get-default-sink")}),
                  QStringLiteral("headphones"));
     QTRY_VERIFY(!isOpen());
-}
-
-/// As the window server sees it.
-void MenuTest::hangsBelowPill()
-{
-    MenuStyleManager::shared().style = PellarMenuStyle::liquidGlass;
-    const QRect pill = windowNamed(QStringLiteral("Pellar"))->geometry();
-    open();
-    QTRY_COMPARE(glass()->opacity(), 1.0);
-    const QString place =
-        run(QStringLiteral("xdotool"), {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                                        QStringLiteral("--name"), QStringLiteral("^Pellar Menu$"),
-                                        QStringLiteral("getwindowgeometry"), QStringLiteral("--shell")});
-    const auto value = [&place](const QString& name) {
-        return QRegularExpression(u"\\b" + name + u"=(\\d+)").match(place).captured(1).toInt();
-    };
-    QCOMPARE(value(QStringLiteral("Y")), pill.top() + pill.height() + 6);
-    QCOMPARE(value(QStringLiteral("X")) + value(QStringLiteral("WIDTH")), pill.left() + pill.width());
 }
 
 int main(int argc, char** argv)
