@@ -2,10 +2,12 @@
 
 #include <QColor>
 #include <QObject>
+#include <QQmlEngine>
 
 /// What a pane of glass looks like on a light or a dark desktop.
 struct GlassColors {
     Q_GADGET
+    QML_VALUE_TYPE(glassColors)
 
 public:
     QColor top; ///< of the glass, which is lit from above

@@ -24,7 +24,7 @@ constexpr double columnGap = 6;
 constexpr double trailingGap = 20;
 constexpr double chevronWidth = 10;
 constexpr double smallestWidth = 220;
-constexpr double largestWidth = 330;
+constexpr double largestWidth = 360;
 
 double heightOf(const PellarMenuItem& item)
 {

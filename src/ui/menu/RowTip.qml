@@ -8,7 +8,7 @@ RoundedBox {
 
     required property menuColors colors
     required property font font
-    property Item row: null
+    property MenuRow row: null
 
     function follow(other, needsTip) {
         if (needsTip)
