@@ -1,6 +1,5 @@
 #include "linux/x11/X11KeyboardClaim.h"
 
-#include <QFocusEvent>
 #include <QGuiApplication>
 #include <QTimer>
 
@@ -31,10 +30,6 @@ bool X11KeyboardClaim::eventFilter(QObject* /*watched*/, QEvent* event)
 void X11KeyboardClaim::focusChanged(const QWindow* focus)
 {
     constexpr int moment = 100; // milliseconds
-    if (focus == &_window) {    // a view of Qt Quick hands keys on only while it believes to have the focus
-        QFocusEvent focusIn(QEvent::FocusIn, Qt::PopupFocusReason);
-        QCoreApplication::sendEvent(&_menu, &focusIn);
-    }
     if (focus != nullptr) {
         _hasFocus = true;
     } else if (_hasFocus) {

@@ -132,14 +132,28 @@ bool Panel::eventFilter(QObject* watched, QEvent* event)
     case QEvent::MouseButtonDblClick:
         return closesBeside(*static_cast<QMouseEvent*>(event));
     case QEvent::KeyPress:
-        if (_style.closingKeys.contains(static_cast<QKeyEvent*>(event)->key())) {
-            close();
-            return true;
-        }
-        return false;
+        return handleKey(watched, *static_cast<QKeyEvent*>(event));
     default:
         return false;
     }
+}
+
+/// A view of Qt Quick hands keys on only while its own window has the focus. Where another of the program's
+/// windows has it, the item that would have it here gets them.
+bool Panel::handleKey(const QObject* watched, QKeyEvent& event)
+{
+    if (_style.closingKeys.contains(event.key())) {
+        close();
+        return true;
+    }
+    if (watched == _view.get()) {
+        return false;
+    }
+    QQuickItem* item = _view->contentItem();
+    while (QQuickItem* const inner = item->scopedFocusItem()) {
+        item = inner;
+    }
+    return QCoreApplication::sendEvent(item, &event);
 }
 
 /// A left click beside the panel only closes it; the right button goes on to what it was meant for.

@@ -15,6 +15,7 @@
 
 class Appearance;
 class KeyboardClaim;
+class QKeyEvent;
 class QMouseEvent;
 class QQuickView;
 class QScreen;
@@ -90,6 +91,7 @@ private:
     void resize();
     void startMonitoring();
     void stopMonitoring();
+    bool handleKey(const QObject* watched, QKeyEvent& event);
     bool closesBeside(const QMouseEvent& event);
     void finishClosing();
 
