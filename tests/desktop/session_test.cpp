@@ -1,376 +1,293 @@
-#include "audio/AudioBridge.h"
-#include "audio/AudioCapture.h"
-#include "audio/AudioSourceManager.h"
+#include "WebPage.h"
+
+#include "app/AudioCaptureSupervision.h"
+#include "audio/AudioCaptureService.h"
+#include "audio/AudioDeviceManager.h"
+#include "audio/MediaKeys.h"
 #include "audio/PlayerChoice.h"
-#include "engine/NowPlayingService.h"
-#include "engine/PlayerScripts.h"
 #include "linux/LinuxPlatform.h"
+#include "linux/x11/X11MediaKey.h"
+#include "linux/x11/X11Session.h"
 #include "platform/BundleId.h"
-#include "platform/ScriptRunner.h"
 #include "platform/Workspace.h"
-#include "prefs/PowerModeManager.h"
-#include "prefs/RecentlyPlayedManager.h"
-#include "prefs/ThemeManager.h"
+#include "prefs/PillVisibilityManager.h"
 #include "support/Command.h"
+#include "support/EngineParts.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
 #include "support/MprisStandIn.h"
 #include "support/RealPlayer.h"
 
-#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
 #include <QTest>
 
-#include <csignal>
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// Sound that a test makes.
-class HeardSound final : public AudioCapture
+/// Another program that has grabbed the media keys.
+class Grabber
 {
 public:
-    void start() override {}
-    void stop() override {}
-    void frame(float level)
+    Grabber() : _server(xcb_connect(nullptr, nullptr))
     {
-        Q_EMIT liveChanged(true);
-        Q_EMIT bandsPublished({level, 0, 0, 0});
+        const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(_server)).data->root;
+        for (const auto symbol : {X11MediaKey::Symbol::play, X11MediaKey::Symbol::next}) {
+            xcb_grab_key(_server, 0, root, 0, X11MediaKey::find(symbol).value_or(0), XCB_GRAB_MODE_ASYNC,
+                         XCB_GRAB_MODE_ASYNC);
+        }
+        std::free(xcb_get_input_focus_reply(_server, xcb_get_input_focus(_server), nullptr));
     }
+    ~Grabber() { xcb_disconnect(_server); }
+    Grabber(const Grabber&) = delete;
+    Grabber& operator=(const Grabber&) = delete;
+
+    /// How many keys went down, and how many came up, so far.
+    std::pair<int, int> keys()
+    {
+        while (xcb_generic_event_t* const event = xcb_poll_for_event(_server)) {
+            const int type = event->response_type & 0x7F;
+            _down += type == XCB_KEY_PRESS ? 1 : 0;
+            _up += type == XCB_KEY_RELEASE ? 1 : 0;
+            std::free(event);
+        }
+        return {_down, _up};
+    }
+
+private:
+    xcb_connection_t* _server;
+    int _down = 0;
+    int _up = 0;
 };
 
-/// The engine on the real services of this desktop.
+/// Another program, ended with this.
+class Program
+{
+public:
+    explicit Program(const QString& name, const QStringList& arguments = {})
+    {
+        _process.start(name, arguments);
+    }
+    ~Program()
+    {
+        _process.kill();
+        _process.waitForFinished();
+    }
+
+private:
+    QProcess _process;
+};
+
+/// The engine, hearing and controlling this desktop.
 struct Session {
     Session()
     {
-        defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"),
-                           QStringLiteral("http://127.0.0.1:1"));
-        sources.setEnabledSources(AudioSource::appleMusic | AudioSource::spotify | AudioSource::systemAudio);
-        service = std::make_unique<NowPlayingService>(
-            NowPlayingService::Dependencies{.platform = linux.ports(),
-                                            .defaults = defaults,
-                                            .sources = sources,
-                                            .audio = bridge,
-                                            .power = power,
-                                            .theme = theme,
-                                            .recentlyPlayed = recentlyPlayed},
-            EngineNeighbours{.sendMediaKey = [this](MediaKeys::Key) { ++keys; }});
+        parts.start(ports, defaults,
+                    std::make_unique<AudioCaptureService>(ports.audioHardware, ports.runLoop),
+                    {.sendMediaKey = [this](MediaKeys::Key key) { mediaKeys.send(key); }});
+        parts.manager->setEnabledSources(AudioSource::appleMusic | AudioSource::spotify |
+                                         AudioSource::systemAudio);
+        parts.power->updateSettings(PowerMode::normal,
+                                    [](PowerModeSettings& mode) { mode.driftRefreshSeconds = 1; });
+        supervision = std::make_unique<AudioCaptureSupervision>(
+            AudioCaptureSupervision::Dependencies{.platform = ports,
+                                                  .service = *parts.service,
+                                                  .sources = *parts.manager,
+                                                  .devices = devices,
+                                                  .power = *parts.power,
+                                                  .visibility = visibility,
+                                                  .bridge = *parts.bridge});
+        supervision->startAudioCapture();
     }
 
-    QString active() const { return playerName(service->activePlayer()); }
-    std::optional<QString> run(const QString& script) { return linux.ports().scripts.run(script).reply; }
+    bool isShowingSystemAudio(bool isPlaying) const
+    {
+        return parts.service->activePlayer() == Player::systemAudio &&
+               parts.service->isPlaying() == isPlaying;
+    }
 
     LogFile log;
     MemoryDefaults defaults;
     PlayerChoice casting{defaults};
     LinuxPlatform linux{casting};
-    HeardSound* sound = new HeardSound;
-    AudioBridge bridge{linux.ports().runLoop, defaults, std::unique_ptr<AudioCapture>(sound)};
-    AudioSourceManager sources{defaults, linux.ports().notifications, bridge};
-    PowerModeManager power{defaults, linux.ports().power};
-    ThemeManager theme{defaults};
-    RecentlyPlayedManager recentlyPlayed{defaults, linux.ports().runLoop};
-    std::unique_ptr<NowPlayingService> service;
-    int keys = 0;
+    Platform& ports = linux.ports();
+    MediaKeys mediaKeys{ports};
+    EngineParts parts;
+    PillVisibilityManager visibility{defaults};
+    AudioDeviceManager devices{ports.audioHardware};
+    std::unique_ptr<AudioCaptureSupervision> supervision;
 };
-
-const QString playing = QStringLiteral("Playing");
-const QString paused = QStringLiteral("Paused");
 
 } // namespace
 
-/// The engine between a real player as Music and a stand-in under the name of the real Spotify client.
+/// The engine among real players and sounds: what it follows, and what its commands reach.
 class SessionTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
-    void followsRealPlayer();
-    void showsPlayersCover();
-    void commandsReachRealPlayer();
-    void commandsReachSpotify();
-    void arbitrates_data();
-    void arbitrates();
-    void silencesHijacker();
-    void runsEveryScript();
-    void listsWhatIsNext();
-    void survivesStoppedPlayer();
-    void clearsWhenPlayerIsKilled();
+    void followsPlayer();
+    void choosesPlayer();
+    void wakesAfterLongSilence();
+    void followsWebPage();
 
 private:
-    void setSpotify(const QString& status);
+    bool hasPaused() const { return RealPlayer::status() == u"Paused" && !_service->isPlaying(); }
+    bool isPage(const QString& state) const
+    {
+        return QTest::qWaitFor([&] { return _page.state() == state; });
+    }
+    void typesIntoBrowserInFront();
+    void commandsBrowserBehind();
+    void leavesTheKeyToItsGrabber();
 
+    WebPage _page;
     RealPlayer _mpv;
-    std::unique_ptr<MprisStandIn> _spotify;
     std::unique_ptr<Session> _session;
+    NowPlayingService* _service = nullptr;
 };
-
-void SessionTest::initTestCase()
-{
-    QVERIFY2(_mpv.start(), "mpv did not come");
-}
 
 void SessionTest::init()
 {
-    if (!_mpv.isRunning()) {
-        QVERIFY(_mpv.start());
-    }
-    RealPlayer::tell(QStringLiteral("play"));
     _session = std::make_unique<Session>();
-    QTRY_COMPARE(_session->service->title(), RealPlayer::metadata(QStringLiteral("title")));
+    _service = _session->parts.service.get();
 }
 
 void SessionTest::cleanup()
 {
     if (QTest::currentTestFailed()) {
-        qInfo().noquote() << _session->log.take().join(u'\n');
+        qInfo().noquote() << _page.state() << u'\n' << _session->log.take().join(u'\n');
     }
     _session.reset();
-    _spotify.reset();
-}
-
-void SessionTest::setSpotify(const QString& status)
-{
-    if (status == QStringLiteral("off")) {
-        _spotify.reset();
-        return;
-    }
-    if (!_spotify) {
-        _spotify = std::make_unique<MprisStandIn>(QStringLiteral("spotify"));
-    }
-    _spotify->change({{QStringLiteral("PlaybackStatus"), status},
-                      {QStringLiteral("Metadata"),
-                       MprisStandIn::metadata(QStringLiteral("/com/spotify/track/1"), QStringLiteral("Tide"),
-                                              QStringLiteral("Shore"), QStringLiteral("Sea"), 215)}});
-    QTRY_VERIFY(_session->linux.ports().workspace.isRunning(BundleId::spotify));
-}
-
-void SessionTest::followsRealPlayer()
-{
-    const NowPlayingService& service = *_session->service;
-    for (int track = 0; track < 3; ++track) {
-        RealPlayer::tell(QStringLiteral("next"));
-        QTRY_COMPARE(service.title(), RealPlayer::metadata(QStringLiteral("title")));
-        QCOMPARE(service.artist(), RealPlayer::metadata(QStringLiteral("artist")));
-        QCOMPARE(service.album(), RealPlayer::metadata(QStringLiteral("album")));
-        QCOMPARE(service.duration(), RealPlayer::metadata(QStringLiteral("mpris:length")).toDouble() / 1e6);
-        QVERIFY(std::abs(service.elapsed() - RealPlayer::position()) < 1.5);
-    }
-    // The user seeks and pauses in the player itself.
-    output(QStringLiteral("playerctl"),
-           {QStringLiteral("--player=mpv"), QStringLiteral("position"), QStringLiteral("20")});
-    QTRY_VERIFY_WITH_TIMEOUT(std::abs(service.elapsed() - RealPlayer::position()) < 1.5, 2000);
-    RealPlayer::tell(QStringLiteral("pause"));
-    QTRY_VERIFY_WITH_TIMEOUT(!service.isPlaying(), 1000);
-}
-
-/// The player finds a picture that lies beside the music.
-void SessionTest::showsPlayersCover()
-{
-    const QUrl track(RealPlayer::metadata(QStringLiteral("xesam:url")));
-    const QString cover = track.resolved(QUrl(QStringLiteral("cover.png"))).toLocalFile();
-    const auto removal = qScopeGuard([&cover] { QFile::remove(cover); });
-    QImage picture(900, 450, QImage::Format_RGB32);
-    picture.fill(Qt::darkCyan);
-    QVERIFY(picture.save(cover));
-    RealPlayer::tell(QStringLiteral("next"));
-    QTRY_COMPARE(_session->service->artwork().size(), QSize(600, 300));
-    QCOMPARE(_session->service->artwork().pixelColor(300, 150), QColor(Qt::darkCyan));
-}
-
-void SessionTest::commandsReachRealPlayer()
-{
-    NowPlayingService& service = *_session->service;
-    service.togglePlayPause();
-    QTRY_COMPARE(RealPlayer::status(), paused);
-    QTRY_VERIFY(!service.isPlaying());
-    service.togglePlayPause();
-    QTRY_COMPARE(RealPlayer::status(), playing);
-    QTRY_VERIFY(service.isPlaying());
-    const QString before = RealPlayer::metadata(QStringLiteral("title"));
-    service.nextTrack();
-    QTRY_VERIFY(RealPlayer::metadata(QStringLiteral("title")) != before);
-    QTRY_COMPARE(service.title(), RealPlayer::metadata(QStringLiteral("title")));
-    service.previousTrack();
-    QTRY_COMPARE(service.title(), before);
-    QCOMPARE(RealPlayer::metadata(QStringLiteral("title")), before);
-    _session->log.take();
-    service.seekTo(12.5);
-    QTRY_VERIFY(std::abs(RealPlayer::position() - 12.5) < 1.5);
-    QStringList lines;
-    QTRY_VERIFY((lines += _session->log.take(), !lines.isEmpty())); // the refresh that follows a seek
-    QVERIFY(std::abs(service.elapsed() - RealPlayer::position()) < 1.5);
-    service.setSleepTimer(0); // the very next tick
-    QTRY_COMPARE(RealPlayer::status(), paused);
-}
-
-void SessionTest::commandsReachSpotify()
-{
-    RealPlayer::tell(QStringLiteral("pause"));
-    QTRY_VERIFY(!_session->service->isPlaying());
-    setSpotify(playing);
-    QTRY_COMPARE(_session->active(), QStringLiteral("spotify"));
-    NowPlayingService& service = *_session->service;
-    QCOMPARE(service.duration(), 215.0);
-    service.togglePlayPause();
-    service.nextTrack();
-    service.previousTrack();
-    service.seekTo(42.5);
-    QTRY_COMPARE(_spotify->calls,
-                 QStringList({QStringLiteral("PlayPause"), QStringLiteral("Next"), QStringLiteral("Previous"),
-                              QStringLiteral("SetPosition /com/spotify/track/1 42500000")}));
-    QTRY_VERIFY(!service.isPlaying());
-    QVERIFY(std::abs(service.elapsed() - 42.5) < 1);
-    QCOMPARE(_spotify->property(QStringLiteral("Position")).toLongLong(), 42500000);
-}
-
-void SessionTest::arbitrates_data()
-{
-    QTest::addColumn<QString>("music");
-    QTest::addColumn<QString>("spotify");
-    QTest::addColumn<bool>("isSounding");
-    QTest::addColumn<QString>("expected");
-    QTest::addColumn<bool>("isPlaying");
-    const auto row = [](const QString& music, const QString& spotify, bool isSounding, const char* expected,
-                        bool isPlaying) {
-        QTest::addRow("%s, %s, %s", qPrintable(music), qPrintable(spotify), isSounding ? "sound" : "silence")
-            << music << spotify << isSounding << QString::fromLatin1(expected) << isPlaying;
-    };
-    const QString off = QStringLiteral("off");
-    row(playing, off, false, "appleMusic", true);
-    row(playing, paused, false, "appleMusic", true);
-    row(playing, playing, false, "appleMusic", true); // it was first
-    row(paused, playing, false, "spotify", true);
-    row(paused, paused, false, "appleMusic", false);
-    row(paused, off, false, "appleMusic", false);
-    row(playing, paused, true, "appleMusic", true);
-    row(paused, playing, true, "spotify", true);
-    row(paused, paused, true, "systemAudio", true);
-    row(paused, off, true, "systemAudio", true);
-}
-
-void SessionTest::arbitrates()
-{
-    QFETCH(QString, music);
-    QFETCH(QString, spotify);
-    QFETCH(bool, isSounding);
-    QFETCH(QString, expected);
-    RealPlayer::tell(music == playing ? QStringLiteral("play") : QStringLiteral("pause"));
-    QTRY_COMPARE(_session->service->isPlaying(), music == playing);
-    setSpotify(spotify);
-    if (isSounding) {
-        // The first second and a half after a pause is taken for the player's own tail.
-        QTRY_VERIFY_WITH_TIMEOUT((_session->sound->frame(0.5F), _session->active() == expected), 4000);
-    }
-    QTRY_COMPARE(_session->active(), expected);
-    _session->service->refresh();
-    QCOMPARE(_session->active(), expected);
-    for (int frame = 0; isSounding && frame < 6; ++frame) {
-        _session->sound->frame(0.5F);
-    }
-    QTEST(_session->service->isPlaying(), "isPlaying");
-}
-
-void SessionTest::silencesHijacker()
-{
-    RealPlayer::tell(QStringLiteral("pause"));
-    QTRY_VERIFY(!_session->service->isPlaying());
-    QTRY_VERIFY_WITH_TIMEOUT(
-        (_session->sound->frame(0.5F), _session->active() == QStringLiteral("systemAudio")), 4000);
-    _session->service->nextTrack();
-    QCOMPARE(_session->keys, 1);
-    RealPlayer::tell(QStringLiteral("play")); // mpv takes the key for itself
-    QCOMPARE(RealPlayer::status(), playing);
-    QTRY_COMPARE_WITH_TIMEOUT(RealPlayer::status(), paused, 2000);
-    QCOMPARE(_session->active(), QStringLiteral("systemAudio"));
-}
-
-void SessionTest::runsEveryScript()
-{
-    const QString reply = _session->run(PlayerScripts::status(Player::appleMusic)).value_or(QString());
-    const QStringList fields = reply.split(QStringLiteral("|||"));
-    QCOMPARE(fields.size(), 7);
-    QCOMPARE(fields[0], RealPlayer::metadata(QStringLiteral("title")));
-    QCOMPARE(fields[1], RealPlayer::metadata(QStringLiteral("artist")));
-    QCOMPARE(fields[3].toDouble(), RealPlayer::metadata(QStringLiteral("mpris:length")).toDouble() / 1e6);
-    QVERIFY(std::abs(fields[4].toDouble() - RealPlayer::position()) < 1);
-    QCOMPARE(fields[5], QStringLiteral("true"));
-
-    QCOMPARE(_session->run(PlayerScripts::reaction()), QStringLiteral("false|false"));
-    QCOMPARE(_session->run(PlayerScripts::upNextListing(8)), QString()); // mpv has no track list
-    QCOMPARE(_session->run(PlayerScripts::automationProbe(QStringLiteral("Music"))), QStringLiteral("0"));
-    for (const QString& script : {PlayerScripts::loveMusic(), PlayerScripts::dislikeMusic(),
-                                  PlayerScripts::playPlaylistTrack(1), PlayerScripts::loveSpotify()}) {
-        QVERIFY2(!_session->linux.ports().scripts.run(script).errorNumber, qPrintable(script));
-    }
-    QCOMPARE(RealPlayer::status(), playing); // none of them has disturbed it
-    QCOMPARE(_session->run(PlayerScripts::status(Player::spotify)),
-             QStringLiteral("STOPPED")); // does not run
-
-    _session->run(PlayerScripts::pauseIfPlaying(Player::appleMusic));
-    QTRY_COMPARE(RealPlayer::status(), paused);
-    QTRY_VERIFY(!_session->service->isPlaying());
-    _session->run(PlayerScripts::pauseIfPlaying(Player::appleMusic)); // leaves it alone
-    _session->run(PlayerScripts::playPause(Player::appleMusic));
-    QTRY_COMPARE(RealPlayer::status(), playing);
-    _session->run(PlayerScripts::seek(Player::appleMusic, 15));
-    QTRY_VERIFY(std::abs(RealPlayer::position() - 15) < 1.5);
-}
-
-void SessionTest::listsWhatIsNext()
-{
-    const auto track = [](int number) {
-        return MprisStandIn::metadata(QStringLiteral("/t/%1").arg(number),
-                                      QStringLiteral("Title %1").arg(number), QStringLiteral("Band"),
-                                      QString(), 100);
-    };
-    const auto next = [](std::initializer_list<int> numbers) {
-        QList<UpNextTrack> tracks;
-        for (const int number : numbers) {
-            tracks.append({QStringLiteral("Title %1").arg(number), QStringLiteral("Band"), number});
-        }
-        return tracks;
-    };
-    QCOMPARE(_session->service->upNextTracks(), next({})); // mpv tells no track list
-    RealPlayer::tell(QStringLiteral("pause"));
-    MprisStandIn player(QStringLiteral("lister"));
-    player.setTracks({track(1), track(2), track(3), track(4)});
-    player.change(MprisStandIn::playing(track(2)));
-    QTRY_COMPARE(_session->service->title(), QStringLiteral("Title 2"));
-    QTRY_COMPARE(_session->service->upNextTracks(), next({3, 4}));
-    QCOMPARE(_session->service->upNextTracks(1), next({3}));
-    player.calls.clear();
-    _session->service->playUpNextTrack(4);
-    QTRY_COMPARE(player.calls, QStringList{QStringLiteral("GoTo /t/4")});
-    player.setTracks({track(1), track(2)});
-    QTRY_COMPARE(_session->service->upNextTracks(), next({}));
-    player.setTracks({track(2), track(9)});
-    QTRY_COMPARE(_session->service->upNextTracks().size(), 1);
-}
-
-void SessionTest::survivesStoppedPlayer()
-{
-    _mpv.send(SIGSTOP);
-    QElapsedTimer timer;
-    timer.start();
-    for (int i = 0; i < 100; ++i) {
-        _session->service->refresh();
-    }
-    _session->service->seekTo(5);
-    QVERIFY2(timer.elapsed() < 1000, "waited for the player");
-    QCOMPARE(_session->active(), QStringLiteral("appleMusic"));
-    _mpv.send(SIGCONT);
-    RealPlayer::tell(QStringLiteral("next"));
-    QTRY_COMPARE(_session->service->title(), RealPlayer::metadata(QStringLiteral("title")));
-}
-
-void SessionTest::clearsWhenPlayerIsKilled()
-{
     _mpv.kill();
-    QTRY_COMPARE_WITH_TIMEOUT(_session->service->title(), QStringLiteral("Not Playing"), 1000);
-    QCOMPARE(_session->active(), QStringLiteral("none"));
-    QVERIFY(!_session->service->isPlaying());
+}
+
+void SessionTest::followsPlayer()
+{
+    QVERIFY(_mpv.start());
+    const QUrl track(RealPlayer::metadata(u"xesam:url"_s));
+    QImage picture(900, 450, QImage::Format_RGB32); // the player finds one that lies beside the music
+    picture.fill(Qt::darkCyan);
+    QVERIFY(picture.save(track.resolved(QUrl(u"cover.png"_s)).toLocalFile()));
+    for (int tracks = 0; tracks < 3; ++tracks) {
+        RealPlayer::tell(u"next"_s);
+        QTRY_COMPARE(_service->title(), RealPlayer::metadata(u"title"_s));
+        QCOMPARE(_service->artist(), RealPlayer::metadata(u"artist"_s));
+        QCOMPARE(_service->album(), RealPlayer::metadata(u"album"_s));
+        QCOMPARE(_service->duration(), RealPlayer::metadata(u"mpris:length"_s).toDouble() / 1e6);
+    }
+    QTRY_COMPARE(_service->artwork().size(), QSize(600, 300));
+    QCOMPARE(_service->artwork().pixelColor(300, 150), QColor(Qt::darkCyan));
+
+    // The user seeks and pauses in the player itself.
+    run(u"playerctl --player=mpv position 20"_s);
+    QTRY_VERIFY(_service->elapsed() > 19 && std::abs(_service->elapsed() - RealPlayer::position()) < 1.5);
+    RealPlayer::tell(u"pause"_s);
+    QTRY_VERIFY(hasPaused());
+}
+
+/// What plays comes before what is paused, and sound of no player between the two.
+void SessionTest::choosesPlayer()
+{
+    QVERIFY(_mpv.start());
+    QTRY_VERIFY(_service->isPlaying());
+    MprisStandIn spotify(u"spotify"_s);
+    spotify.change(MprisStandIn::playing(
+        MprisStandIn::metadata(u"/com/spotify/track/1"_s, u"Tide"_s, u"Shore"_s, u"Sea"_s, 215)));
+    QTRY_VERIFY(_session->ports.workspace.isRunning(BundleId::spotify));
+    _service->refresh();
+    QCOMPARE(_service->activePlayer(), Player::appleMusic); // it was first
+    RealPlayer::tell(u"pause"_s);
+    QTRY_COMPARE(_service->title(), u"Tide"_s);
+    _service->togglePlayPause();
+    QTRY_COMPARE(spotify.calls, QStringList(u"PlayPause"_s));
+    QTRY_COMPARE(_service->activePlayer(), Player::appleMusic);
+    QVERIFY(hasPaused());
+    const Program sound(u"pw-play"_s, {_page.soundFile()});
+    QTRY_VERIFY(_session->isShowingSystemAudio(true));
+}
+
+/// Until the sinks sleep and nothing is analysed any more.
+void SessionTest::wakesAfterLongSilence()
+{
+    QCOMPARE(_service->activePlayer(), Player::none);
+    {
+        const Program sound(u"pw-play"_s, {_page.soundFile()});
+        QTRY_VERIFY(_session->isShowingSystemAudio(true));
+    }
+    QTRY_VERIFY(_session->isShowingSystemAudio(false));
+    QSignalSpy playing(_service, &NowPlayingService::isPlayingChanged);
+    QTRY_COMPARE_WITH_TIMEOUT(_service->activePlayer(), Player::none, 15'000);
+    QVERIFY(playing.isEmpty());
+    const QRegularExpression awake(u"RUNNING|IDLE"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(!run(u"pactl list short sinks"_s).contains(awake), 15'000);
+    QSignalSpy frames(_session->parts.bridge.get(), &AudioBridge::bandsPublished);
+    QTRY_VERIFY((frames.clear(), !frames.wait(500)));
+    const Program sound(u"pw-play"_s, {_page.soundFile()});
+    QTRY_VERIFY(_session->isShowingSystemAudio(true));
+}
+
+/// By keystrokes, by commands and by keys that another program grabs.
+void SessionTest::followsWebPage()
+{
+    QVERIFY(_page.start());
+    QTRY_VERIFY(_session->isShowingSystemAudio(true));
+    const AudioBridge& bridge = *_session->parts.bridge;
+    QTRY_VERIFY(bridge.bands()[1] > 0.8F && bridge.bands()[3] < 0.05F);
+    typesIntoBrowserInFront();
+
+    const Program other(u"xmessage"_s, {u"In front"_s});
+    QTRY_VERIFY(_session->ports.workspace.frontmostApplication().value_or(RunningApplication()).bundleId ==
+                std::nullopt);
+    commandsBrowserBehind();
+    leavesTheKeyToItsGrabber();
+}
+
+void SessionTest::typesIntoBrowserInFront()
+{
+    _service->togglePlayPause();
+    QVERIFY(isPage(u"paused 2 toggles 0 next 0 previous"_s));
+    _service->togglePlayPause();
+    QVERIFY(isPage(u"playing 3 toggles 0 next 0 previous"_s));
+    _service->nextTrack();
+    QVERIFY(isPage(u"playing 3 toggles 1 next 0 previous"_s));
+    _service->previousTrack();
+    QVERIFY(isPage(u"playing 3 toggles 1 next 1 previous"_s));
+    const QRegularExpression typed(u" → keystroke pid [0-9]+$"_s);
+    QCOMPARE(_session->log.take().filter(typed).size(), 4);
+}
+
+/// A music player that is paused is left alone, and so is the proxy of playerctl.
+void SessionTest::commandsBrowserBehind()
+{
+    const Program proxy(u"playerctld"_s);
+    QVERIFY(_mpv.start());
+    QTRY_COMPARE(_service->activePlayer(), Player::appleMusic);
+    RealPlayer::tell(u"pause"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(_session->isShowingSystemAudio(true), 10'000);
+    _service->togglePlayPause();
+    QVERIFY(isPage(u"paused 4 toggles 1 next 1 previous"_s));
+    _service->togglePlayPause();
+    QVERIFY(isPage(u"playing 5 toggles 1 next 1 previous"_s));
+    _service->nextTrack();
+    QVERIFY(isPage(u"playing 5 toggles 2 next 1 previous"_s));
+    QCOMPARE(_session->log.take().filter(u" → broadcast (front=?)"_s).size(), 3);
+    QCOMPARE(RealPlayer::status(), u"Paused"_s);
+}
+
+void SessionTest::leavesTheKeyToItsGrabber()
+{
+    Grabber grabber;
+    _service->togglePlayPause();
+    QTRY_COMPARE(grabber.keys(), std::pair(1, 1));
+    run(u"xdotool keydown Shift_L"_s);
+    _service->nextTrack();
+    QTRY_COMPARE(grabber.keys(), std::pair(2, 2));
+    run(u"xdotool keyup Shift_L"_s);
+    QVERIFY(isPage(u"playing 5 toggles 2 next 1 previous"_s));
 }
 
 QTEST_MAIN(SessionTest)

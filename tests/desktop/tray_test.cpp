@@ -2,42 +2,70 @@
 #include "support/LoopbackServices.h"
 #include "support/MprisStandIn.h"
 
-#include <QDBusInterface>
 #include <QDBusMessage>
-#include <QDBusReply>
 #include <QDBusVariant>
 #include <QProcess>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// A desktop's tray, as far as programs notice it.
-class Tray final : public BusStandIn
+class Tray final : public QDBusVirtualObject
 {
 public:
-    Tray() : BusStandIn(QStringLiteral("/StatusNotifierWatcher"))
+    Tray()
     {
-        set({{QStringLiteral("IsStatusNotifierHostRegistered"), true}});
-        own(QStringLiteral("org.kde.StatusNotifierWatcher"));
+        _bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, this);
+        _bus.registerService(u"org.kde.StatusNotifierWatcher"_s);
     }
 
     QString introspect(const QString& /*path*/) const override
     {
-        return QStringLiteral("<interface name=\"org.kde.StatusNotifierWatcher\">"
-                              "<property name=\"IsStatusNotifierHostRegistered\" type=\"b\" access=\"read\"/>"
-                              "</interface>");
+        return u"<interface name=\"org.kde.StatusNotifierWatcher\">"
+               "<property name=\"IsStatusNotifierHostRegistered\" type=\"b\" access=\"read\"/>"
+               "</interface>"_s;
     }
-
-    QString item; ///< the bus name of the program that has put an icon here
-
-protected:
-    std::optional<QVariantList> perform(const QDBusMessage& call) override
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
     {
-        if (call.member() == QStringLiteral("RegisterStatusNotifierItem")) {
-            item = call.service();
+        if (message.member() == u"Introspect") {
+            return false; // answered with the text above
         }
-        return QVariantList();
+        if (message.member() == u"RegisterStatusNotifierItem") {
+            item = message.service();
+        }
+        const bool isQuestion = message.member() == u"Get";
+        bus.send(isQuestion ? message.createReply(QVariant::fromValue(QDBusVariant(true)))
+                            : message.createReply());
+        return true;
     }
+
+    /// What the program answers that has put an icon here.
+    QString ask(const QString& call) const
+    {
+        return run(u"dbus-send --print-reply --dest=%1 "_s.arg(item) + call);
+    }
+    QString toolTip() const
+    {
+        return ask(u"/StatusNotifierItem org.freedesktop.DBus.Properties.Get "
+                   "string:org.kde.StatusNotifierItem string:ToolTip"_s);
+    }
+    QString menu() const
+    {
+        return ask(u"/MenuBar com.canonical.dbusmenu.GetLayout int32:0 int32:-1 array:string:"_s);
+    }
+
+    void tell(const QString& row, const char* event) const
+    {
+        ask(u"/MenuBar com.canonical.dbusmenu.Event int32:%1 string:%2 variant:int32:0 uint32:0"_s.arg(
+            row, QString::fromLatin1(event)));
+    }
+
+    QString item; ///< the bus name of that program
+
+private:
+    QDBusConnection _bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"tray"_s);
 };
 
 } // namespace
@@ -50,13 +78,18 @@ private Q_SLOTS:
     void tellsWhatPlays();
 };
 
+/// The menu as a panel takes it that asks for it only once.
 void TrayTest::tellsWhatPlays()
 {
     keepServicesToLoopback();
     Tray tray;
-    MprisStandIn player(QStringLiteral("standin"));
-    player.set(MprisStandIn::playing(MprisStandIn::metadata(
-        QStringLiteral("/t/1"), QStringLiteral("Rock & Roll"), QStringLiteral("Band"), QString(), 9)));
+    const auto song = [](const char* title, const char* artist) {
+        return MprisStandIn::playing(MprisStandIn::metadata(u"/t/%1"_s.arg(QLatin1Char(title[0])),
+                                                            QString::fromLatin1(title),
+                                                            QString::fromLatin1(artist), QString(), 9));
+    };
+    MprisStandIn player(u"standin"_s);
+    player.set(song("Rock & Roll", "Band"));
     QProcess program;
     const auto end = qScopeGuard([&program] {
         program.terminate();
@@ -64,63 +97,25 @@ void TrayTest::tellsWhatPlays()
     });
     program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
     QTRY_VERIFY(!tray.item.isEmpty());
-    const auto toolTip = [&tray] {
-        QDBusMessage ask = QDBusMessage::createMethodCall(tray.item, QStringLiteral("/StatusNotifierItem"),
-                                                          QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                          QStringLiteral("Get"));
-        ask.setArguments({QStringLiteral("org.kde.StatusNotifierItem"), QStringLiteral("ToolTip")});
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(ask, QDBus::BlockWithGui, 2000);
-        const auto argument =
-            reply.arguments().value(0).value<QDBusVariant>().variant().value<QDBusArgument>();
-        QString icon;
-        QString title;
-        QString description;
-        argument.beginStructure();
-        argument >> icon;
-        argument.asVariant(); // the pictures
-        argument >> title >> description;
-        argument.endStructure();
-        return title;
-    };
-    QTRY_COMPARE(toolTip(), QStringLiteral("Rock & Roll — Band"));
-
-    // The menu as a panel takes it that asks for it only once, and a row of it chosen there.
-    const auto ask = [&tray](const QStringList& words) {
-        return output(
-            QStringLiteral("dbus-send"),
-            QStringList{QStringLiteral("--print-reply"), u"--dest=" + tray.item, QStringLiteral("/MenuBar")} +
-                words);
-    };
-    const auto menu = [&ask] {
-        return ask({QStringLiteral("com.canonical.dbusmenu.GetLayout"), QStringLiteral("int32:0"),
-                    QStringLiteral("int32:-1"), QStringLiteral("array:string:")});
-    };
-    const auto tell = [&ask](const QString& id, const QString& event) {
-        ask({QStringLiteral("com.canonical.dbusmenu.Event"), u"int32:" + id, u"string:" + event,
-             QStringLiteral("variant:int32:0"), QStringLiteral("uint32:0")});
-    };
-    const auto play = [&player](const QString& title, const QString& artist) {
-        player.change({{QStringLiteral("Metadata"),
-                        MprisStandIn::metadata(u"/t/" + title, title, artist, QString(), 9)}});
-    };
-    const QString before = menu();
-    QVERIFY(before.contains(QStringLiteral("Roll\""))); // the ampersand is a mnemonic's to Qt
-    play(QStringLiteral("Blues"), QStringLiteral("Trio"));
+    QTRY_VERIFY(tray.toolTip().contains(u"string \"Rock & Roll — Band\""));
+    const QString before = tray.menu();
+    QVERIFY(before.contains(u"& Roll\"")); // the ampersand is a mnemonic's to Qt
+    player.change(song("Blues", "Trio"));
     QString read;
-    QTRY_VERIFY((read = menu()).contains(QStringLiteral("\"Blues\"")));
-    QVERIFY(read.contains(QStringLiteral("\"Trio\"")) && !read.contains(QStringLiteral("\"Band\"")));
+    QTRY_VERIFY((read = tray.menu()).contains(u"\"Blues\""));
+    QVERIFY(read.contains(u"\"Trio\"") && !read.contains(u"\"Band\""));
 
     // Nothing changes under the pointer.
-    ask({QStringLiteral("com.canonical.dbusmenu.AboutToShow"), QStringLiteral("int32:0")});
-    play(QStringLiteral("Waltz"), QStringLiteral("Duo"));
-    QTRY_COMPARE(toolTip(), QStringLiteral("Waltz — Duo"));
-    QVERIFY(menu().contains(QStringLiteral("\"Blues\"")));
-    tell(QStringLiteral("0"), QStringLiteral("closed"));
-    QTRY_VERIFY(menu().contains(QStringLiteral("\"Waltz\"")));
+    tray.ask(u"/MenuBar com.canonical.dbusmenu.AboutToShow int32:0"_s);
+    player.change(song("Waltz", "Duo"));
+    QTRY_VERIFY(tray.toolTip().contains(u"Waltz — Duo"));
+    QVERIFY(tray.menu().contains(u"\"Blues\""));
+    tray.tell(u"0"_s, "closed");
+    QTRY_VERIFY(tray.menu().contains(u"\"Waltz\""));
 
     // The number of a row that the panel read two tracks ago.
-    const QString aboveQuit = before.section(QStringLiteral("\"Quit Pellar\""), 0, 0);
-    tell(aboveQuit.section(QStringLiteral("int32 "), -1).section(u'\n', 0, 0), QStringLiteral("clicked"));
+    const QString aboveQuit = before.section(u"\"Quit Pellar\""_s, 0, 0);
+    tray.tell(aboveQuit.section(u"int32 "_s, -1).section(u'\n', 0, 0), "clicked");
     QTRY_COMPARE(program.state(), QProcess::NotRunning);
     QCOMPARE(program.exitCode(), 0);
 }

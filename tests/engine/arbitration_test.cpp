@@ -20,7 +20,6 @@ private Q_SLOTS:
     void liveSoundTakesOverAtOnce();
     void showsHysteresis();
     void ticks();
-    void refreshesWhenTold_data();
     void refreshesWhenTold();
 };
 
@@ -128,13 +127,12 @@ void ArbitrationTest::pauseTailIsNotNewSound()
     engine.start();
     engine.setState(Player::appleMusic, u"paused"_s);
     engine.notify(Player::appleMusic, {{u"Player State"_s, u"Paused"_s}});
-    engine.desktop.runLoop.advance(1.4);
-    engine.hear(0.5F);
-    engine.service->refresh();
-    QCOMPARE(engine.service->activePlayer(), Player::appleMusic);
-    engine.desktop.runLoop.advance(0.2);
-    engine.hear(0.5F);
-    QCOMPARE(engine.service->activePlayer(), Player::systemAudio);
+    for (const auto& [seconds, shown] : {std::pair(1.4, Player::appleMusic), {0.2, Player::systemAudio}}) {
+        engine.desktop.runLoop.advance(seconds);
+        engine.hear(0.5F);
+        engine.service->refresh();
+        QCOMPARE(engine.service->activePlayer(), shown);
+    }
 }
 
 void ArbitrationTest::engagementOutlivesSilence()
@@ -228,34 +226,25 @@ void ArbitrationTest::ticks()
     QCOMPARE(engine.service->elapsed(), 12.5);
 }
 
-void ArbitrationTest::refreshesWhenTold_data()
-{
-    using Event = std::function<void(EngineFixture&)>;
-    QTest::addColumn<Event>("happen");
-    QTest::addColumn<qsizetype>("questions");
-    const auto row = [](const char* name, const Event& happen, qsizetype questions = 1) {
-        QTest::newRow(name) << happen << questions;
-    };
-    using E = EngineFixture;
-    row("launched", [](E& e) { Q_EMIT e.desktop.workspace.applicationLaunched(BundleId::music); });
-    row("quit", [](E& e) { Q_EMIT e.desktop.workspace.applicationTerminated(BundleId::spotify); });
-    row("jumped", [](E& e) { Q_EMIT e.desktop.workspace.playbackJumped(BundleId::music); });
-    row("sources", [](E& e) { e.manager->toggle(AudioSource::spotify); });
-    row(
-        "editor", [](E& e) { Q_EMIT e.desktop.workspace.applicationLaunched(u"org.example.editor"_s); }, 0);
-}
-
 void ArbitrationTest::refreshesWhenTold()
 {
-    QFETCH(const std::function<void(EngineFixture&)>, happen);
     EngineFixture engine(3);
     engine.setState(Player::appleMusic, u"playing"_s);
     engine.start();
-    engine.desktop.scripts.take();
-    happen(engine);
-    QVERIFY(engine.desktop.scripts.take().isEmpty()); // behind what is going on, not within it
-    engine.desktop.runLoop.settle();
-    QTEST(engine.desktop.scripts.take().size(), "questions");
+    FakeWorkspace& workspace = engine.desktop.workspace;
+    const auto questions = [&engine](const auto& happen) {
+        engine.desktop.scripts.take();
+        happen();
+        // Behind what is going on, not within it.
+        return engine.desktop.scripts.take().isEmpty()
+                   ? (engine.desktop.runLoop.settle(), engine.desktop.scripts.take().size())
+                   : -1;
+    };
+    QCOMPARE(questions([&] { Q_EMIT workspace.applicationLaunched(BundleId::music); }), 1);
+    QCOMPARE(questions([&] { Q_EMIT workspace.applicationTerminated(BundleId::spotify); }), 1);
+    QCOMPARE(questions([&] { Q_EMIT workspace.playbackJumped(BundleId::music); }), 1);
+    QCOMPARE(questions([&] { engine.manager->toggle(AudioSource::spotify); }), 1);
+    QCOMPARE(questions([&] { Q_EMIT workspace.applicationLaunched(u"org.example.editor"_s); }), 0);
 }
 
 QTEST_GUILESS_MAIN(ArbitrationTest)

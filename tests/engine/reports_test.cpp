@@ -1,4 +1,5 @@
 #include "EngineFixture.h"
+#include "base/Decimal.h"
 #include "engine/UpNextReply.h"
 
 #include <QSignalSpy>
@@ -32,50 +33,42 @@ class ReportsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void statusReplies_data();
     void statusReplies();
     void reactionReplies();
-    void upNextReplies_data();
     void upNextReplies();
     void musicTells();
     void spotifyTellsItsPosition();
     void ignores_data();
     void ignores();
     void stopsOnlyItsOwn();
-    void survivesNonsense_data();
     void survivesNonsense();
 };
 
-void ReportsTest::statusReplies_data()
-{
-    QTest::addColumn<Player>("player");
-    QTest::addColumn<QString>("expected"); // length, position, play state, artwork; empty for no track
-    const auto row = [](const char* reply, Player player, const char* expected) {
-        QTest::newRow(reply) << player << QString::fromLatin1(expected);
-    };
-    constexpr Player music = Player::appleMusic;
-    constexpr Player spotify = Player::spotify;
-    row("STOPPED", music, "");
-    row("S||| B |||Á|||215.5|||12.5", music, "");
-    row("S||| B |||Á|||215.5|||-12.5|||true", music, "215.5 -12.5 true ");
-    row("S||| B |||Á|||215.5|||0|||true|||77", music, "215.5 0 true ");
-    row("S||| B |||Á|||215000|||0|||true||| \thttps://a/b\r\n", spotify, "215 0 true https://a/b");
-    row("S||| B |||Á|||missing value|||0|||false||| \n ", spotify, "0 0 false ");
-    row("S||| B |||Á|||0|||0|||True", music, "0 0 false ");
-}
-
 void ReportsTest::statusReplies()
 {
-    QFETCH(Player, player);
-    const auto status = parseStatusReply(QString::fromUtf8(QTest::currentDataTag()), player);
-    QString read;
-    if (status) {
-        QCOMPARE(status->title + status->artist + status->album, u"S B Á"_s);
-        read = u"%1 %2 %3 %4"_s.arg(status->duration)
-                   .arg(status->position)
-                   .arg(status->isPlaying ? u"true"_s : u"false"_s, status->artworkUrl.value_or(QString()));
+    constexpr Player music = Player::appleMusic;
+    constexpr Player spotify = Player::spotify;
+    const std::vector<std::tuple<Player, QString, QString>> rows = {
+        // what stands behind the album; length, position, play state, artwork, or nothing for no track
+        {music, u"215.5|||12.5"_s, u""_s},
+        {music, u"215.5|||-12.5|||true"_s, u"215.5 -12.5 true "_s},
+        {music, u"215.5|||0|||true|||77"_s, u"215.5 0 true "_s},
+        {spotify, u"215000|||0|||true||| \thttps://a/b\r\n"_s, u"215 0 true https://a/b"_s},
+        {spotify, u"missing value|||0|||false||| \n "_s, u"0 0 false "_s},
+        {music, u"0|||0|||True"_s, u"0 0 false "_s},
+    };
+    for (const auto& [player, reply, expected] : rows) {
+        const auto status = parseStatusReply(u"S||| B |||Á|||"_s + reply, player);
+        QString read;
+        if (status) {
+            QCOMPARE(status->title + status->artist + status->album, u"S B Á"_s);
+            read =
+                u"%1 %2 %3 "_s.arg(status->duration).arg(status->position).arg(boolText(status->isPlaying)) +
+                status->artworkUrl.value_or(QString());
+        }
+        QCOMPARE(read, expected);
     }
-    QTEST(read, "expected");
+    QVERIFY(!parseStatusReply(u"STOPPED"_s, music));
 }
 
 void ReportsTest::reactionReplies()
@@ -86,24 +79,19 @@ void ReportsTest::reactionReplies()
     QCOMPARE(parseReactionReply(u" true \n|\tfalse|true"_s), (TrackReaction{true, false}));
 }
 
-void ReportsTest::upNextReplies_data()
-{
-    QTest::addColumn<QList<UpNextTrack>>("expected");
-    const auto track = [](qint64 index, const char* title, const char* artist) {
-        return UpNextTrack{QString::fromUtf8(title), QString::fromUtf8(artist), index};
-    };
-    QTest::newRow("3|||B|||b###2|||Á|||a###") << QList{track(3, "B", "b"), track(2, "Á", "a")};
-    QTest::newRow(" 3 ||| B |||b###4|||A|||a|||c") << QList{track(3, " B ", "b"), track(4, "A", "a")};
-    QTest::newRow("3||||||###") << QList{track(3, "", "")};
-    QTest::newRow("3|||B###C|||b###4|||A|||a###") << QList{track(4, "A", "a")}; // a title with "###"
-    QTest::newRow("x|||B|||b###|||B|||b###1.0|||B|||b###99999999999999999999|||B|||b")
-        << QList<UpNextTrack>();
-}
-
 void ReportsTest::upNextReplies()
 {
-    QTEST(parseUpNextReply(QString::fromUtf8(QTest::currentDataTag())), "expected");
-    QVERIFY(parseUpNextReply(std::nullopt).isEmpty());
+    using Tracks = QList<UpNextTrack>;
+    const std::vector<std::pair<QString, Tracks>> rows = {
+        {u"3|||B|||b###2|||Á|||a###"_s, {{u"B"_s, u"b"_s, 3}, {u"Á"_s, u"a"_s, 2}}},
+        {u" 3 ||| B |||b###4|||A|||a|||c"_s, {{u" B "_s, u"b"_s, 3}, {u"A"_s, u"a"_s, 4}}},
+        {u"3||||||###"_s, {{QString(), QString(), 3}}},
+        {u"3|||B###C|||b###4|||A|||a###"_s, {{u"A"_s, u"a"_s, 4}}}, // a title with "###"
+        {u"x|||B|||b###|||B|||b###1.0|||B|||b###99999999999999999999|||B|||b"_s, {}},
+        {QString(), {}}};
+    for (const auto& [reply, expected] : rows) {
+        QCOMPARE(parseUpNextReply(reply), expected);
+    }
 }
 
 void ReportsTest::musicTells()
@@ -197,34 +185,26 @@ void ReportsTest::stopsOnlyItsOwn()
     QCOMPARE(engine.service->title(), u"Tide"_s); // only a refresh clears
 }
 
-void ReportsTest::survivesNonsense_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("state"); // title, length, position
-    const auto row = [](const char* name, const char* key, const QVariant& value, const char* state) {
-        QTest::newRow(name) << QString::fromLatin1(key) << value << QString::fromLatin1(state);
-    };
-    row("title is a number", "Name", 12, "Tide 99 30.5");
-    row("length is a word", "Duration", u"long"_s, "Wave 215 7.25");
-    row("length is infinite", "Duration", std::numeric_limits<double>::infinity(), "Wave 215 7.25");
-    row("position is not a number", "Playback Position", std::nan(""), "Wave 99 0");
-    row("artwork is a list", "Artwork URL", QStringList(), "Wave 99 7.25");
-}
-
 void ReportsTest::survivesNonsense()
 {
-    QFETCH(QString, key);
-    QFETCH(QVariant, value);
-    EngineFixture engine;
-    engine.setState(Player::spotify, u"paused"_s);
-    engine.start();
-    QVariantMap info = spotifyInfo(u"Playing"_s);
-    info[key] = value;
-    engine.notify(Player::spotify, info);
-    const NowPlayingService& service = *engine.service;
-    QVERIFY(service.isPlaying());
-    QTEST(u"%1 %2 %3"_s.arg(service.title()).arg(service.duration()).arg(service.elapsed()), "state");
+    const std::vector<std::tuple<QString, QVariant, QString>> rows = {
+        // title, length and position then
+        {u"Name"_s, 12, u"Tide 99 30.5"_s},
+        {u"Duration"_s, u"long"_s, u"Wave 215 7.25"_s},
+        {u"Duration"_s, std::numeric_limits<double>::infinity(), u"Wave 215 7.25"_s},
+        {u"Playback Position"_s, std::nan(""), u"Wave 99 0"_s},
+        {u"Artwork URL"_s, QStringList(), u"Wave 99 7.25"_s}};
+    for (const auto& [key, value, expected] : rows) {
+        EngineFixture engine;
+        engine.setState(Player::spotify, u"paused"_s);
+        engine.start();
+        QVariantMap info = spotifyInfo(u"Playing"_s);
+        info[key] = value;
+        engine.notify(Player::spotify, info);
+        const NowPlayingService& service = *engine.service;
+        QVERIFY(service.isPlaying());
+        QCOMPARE(u"%1 %2 %3"_s.arg(service.title()).arg(service.duration()).arg(service.elapsed()), expected);
+    }
 }
 
 QTEST_GUILESS_MAIN(ReportsTest)

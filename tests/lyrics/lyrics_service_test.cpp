@@ -3,7 +3,6 @@
 #include "lyrics/LyricsService.h"
 #include "support/HttpStandIn.h"
 #include "support/LogFile.h"
-#include "support/ManualRunLoop.h"
 #include "support/MemoryDefaults.h"
 
 #include <QTest>
@@ -36,7 +35,6 @@ private Q_SLOTS:
     void takesAppleMusicFirst();
     void ignoresLateAnswers_data();
     void ignoresLateAnswers();
-    void givesUpInTime();
     void needsAnAddress();
 
 private:
@@ -53,14 +51,6 @@ private:
         const auto lyrics = _service->current();
         return lyrics ? u"%1 %2"_s.arg(lyrics->synced.size()).arg(lyrics->plain.value_or(QString())) : none;
     }
-    void makeService(RunLoop& runLoop)
-    {
-        _service = std::make_unique<LyricsService>(
-            runLoop, _notifications, _defaults,
-            [&runLoop, this](const auto&, QObject* context, auto completion) {
-                runLoop.after(0, context, [this, completion] { completion(_appleMusic); });
-            });
-    }
 
     LogFile _log;
     EventLoop _runLoop;
@@ -76,7 +66,10 @@ void LyricsServiceTest::init()
     _server = std::make_unique<HttpStandIn>();
     _defaults.setObject(u"com.orvalen.pellar.endpoint.lyrics"_s, _server->address());
     _appleMusic.reset();
-    makeService(_runLoop);
+    _service = std::make_unique<LyricsService>(
+        _runLoop, _notifications, _defaults, [this](const auto&, QObject* context, auto completion) {
+            _runLoop.after(0, context, [this, completion] { completion(_appleMusic); });
+        });
     _log.take();
 }
 
@@ -185,22 +178,6 @@ void LyricsServiceTest::ignoresLateAnswers()
     QTEST(shown(), "expected");
     _server->answer(held, {.status = 404}); // nor was it remembered
     QCOMPARE(fetched(u"Slow"_s), u"0  2"_s);
-}
-
-void LyricsServiceTest::givesUpInTime()
-{
-    ManualRunLoop clock;
-    makeService(clock);
-    _server->answer(exact, {.body = found, .manner = Manner::held});
-    _service->fetch(u"A"_s, u"B"_s, u"C"_s);
-    clock.settle();
-    QTRY_VERIFY(_server->wasAsked(exact));
-    clock.advance(14.9);
-    QVERIFY(!_log.take().last().contains(u"ERROR"));
-    clock.advance(0.2);
-    QVERIFY(_log.take().contains(u"Lyrics: exact ERROR: no answer within 15 seconds"_s));
-    QTRY_VERIFY(_server->wasAsked(fuzzy));
-    _service.reset(); // before its clock
 }
 
 void LyricsServiceTest::needsAnAddress()

@@ -57,27 +57,22 @@ private:
 void ParsersTest::readsLrc_data()
 {
     addRows({
-        {"fractions", "[01:02]Hello\n[00:01.5]a\n[00:02.50]b\n[00:03.005]c",
-         "1.5 a|2.5 b|3.005 c|62.0 Hello"},
-        {"fraction that is no number", "[00:01.x]a\n[00:02.]b\n[00:03.99999999999999999999]c",
-         "1.0 a|2.0 b|3.0 c"},
-        {"further pieces of the seconds", "[00:01.5.9]a\n[00:.7]b\n[00:.]c", "1.5 a|7.0 b"},
+        {"fractions", "[01:02]Hello\n[00:01.5]a\n[00:02.50]b\n[00:03.005]c\n[00:04.x]d\n[00:05.5.9]e",
+         "1.5 a|2.5 b|3.005 c|4.0 d|5.5 e|62.0 Hello"},
         {"several tags", "[00:10.5][00:20.5] \tChorus ", "10.5 Chorus|20.5 Chorus"},
-        {"metadata, plain, empty", "[ar:Someone]\nplain\n\n[la:en]x", ""},
+        {"no times",
+         "[ar:Someone]\nplain\n\n[la:en]x\n[00: 1]a\n "
+         "[00:02]c\n[00:\u0661]a\n[００:01]b\n[:]b\n[]c\n[0:0:1]d\n"
+         "[9223372036854775807:00]a\n[153722867280912930:60]b\n[00:9223372036854775808]c",
+         ""},
+        {"odd times", "[00::12]a\n[-1:30]a\n[+1:+2]b\n[1:-2]c", "-30.0 a|12.0 a|58.0 c|62.0 b"},
         {"unclosed tag stays", "[00:10][00:20 b\n[00:30", "10.0 [00:20 b"},
         {"out of order, equal ones as they come", "[02:00]c\n[01:00]a\n[01:00]b\n[00:30]z",
          "30.0 z|60.0 a|60.0 b|120.0 c"},
-        {"CR LF ends no line", "[00:01][00:02]a\r\n[00:03]b", "1.0 a\r\n[00:03]b|2.0 a\r\n[00:03]b"},
-        {"CR LF beside LF", "[00:01]a\r\n[00:02]b\n[00:03]c", "1.0 a\r\n[00:02]b|3.0 c"},
-        {"a bracket with an accent is another character",
-         "[\u030100:01]a\n[00:02]\u0301b\n[00:03][\u030100:04]c", "3.0 [\u030100:04]c"},
-        {"so is one behind a joining mark", "\u0600[00:01]a\n[00:02][00\u0600:03]b", "2.0 [00\u0600:03]b"},
-        {"white space is no number", "[00: 1]a\n[ 0:01]b\n [00:02]c", ""},
-        {"digits of other scripts", "[00:\u0661]a\n[００:01]b", ""},
-        {"empty parts of a tag", "[00::12]a\n[:]b\n[]c\n[0:0:1]d", "12.0 a"},
-        {"signs", "[-1:30]a\n[+1:+2]b\n[1:-2]c", "-30.0 a|58.0 c|62.0 b"},
-        {"out of range", "[9223372036854775807:00]a\n[153722867280912930:60]b\n[00:9223372036854775808]c",
-         ""},
+        {"CR LF ends no line", "[00:01]a\r\n[00:02]b\n[00:03]c", "1.0 a\r\n[00:02]b|3.0 c"},
+        {"a bracket with an accent or a joining mark is another character",
+         "[\u030100:01]a\n[00:02]\u0301b\n[00:03][\u030100:04]c\n\u0600[00:01]a\n[00:04][00\u0600:03]b",
+         "3.0 [\u030100:04]c|4.0 [00\u0600:03]b"},
         {"spaces of any width around", "[00:01]\u3000夜 の\u00a0", "1.0 夜 の"},
     });
 }
