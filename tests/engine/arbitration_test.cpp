@@ -239,7 +239,7 @@ void ArbitrationTest::refreshesWhenTold_data()
     using E = EngineFixture;
     row("launched", [](E& e) { Q_EMIT e.desktop.workspace.applicationLaunched(BundleId::music); });
     row("quit", [](E& e) { Q_EMIT e.desktop.workspace.applicationTerminated(BundleId::spotify); });
-    row("jumped", [](E& e) { Q_EMIT e.desktop.workspace.playbackJumped(BundleId::music); });
+    row("jumped", [](E& e) { Q_EMIT e.desktop.workspace.playerOutdated(BundleId::music); });
     row("sources", [](E& e) { e.manager->toggle(AudioSource::spotify); });
     row(
         "editor", [](E& e) { Q_EMIT e.desktop.workspace.applicationLaunched(u"org.example.editor"_s); }, 0);

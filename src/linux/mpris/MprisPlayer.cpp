@@ -19,6 +19,10 @@ const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
 
 constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
+constexpr double answerAge = 1;      // seconds for which an answer is good enough
+constexpr double questionRest = 0.1; // seconds between two questions
+// A timer may fire a little early.
+constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
 
 // How long a burst of signals is given to come to rest, in seconds.
@@ -39,6 +43,36 @@ bool isTimeOut(const QDBusError& error)
            error.type() == QDBusError::TimedOut;
 }
 
+/// Players that tell of a track bit by bit leave out at first what comes later.
+bool isOther(const QString& before, const QString& after)
+{
+    return before != after && !before.isEmpty();
+}
+
+bool isOtherTrack(const MprisTrack& before, const MprisTrack& after)
+{
+    return before.title != after.title || isOther(before.id, after.id) ||
+           isOther(before.artist, after.artist) || isOther(before.album, after.album);
+}
+
+/// Whether a notification is due. A cover or a length that comes late is none of it: to tell of a paused
+/// player that it is paused would take the display from what plays.
+bool isNews(const MprisPlayer::State& before, const MprisPlayer::State& after)
+{
+    return before.status != after.status || before.track.id != after.track.id ||
+           before.track.title != after.track.title || before.track.artist != after.track.artist ||
+           before.track.album != after.track.album;
+}
+
+/// Whether a notification does not tell it all: it never ends the state, and a track that bears the name of
+/// the one before is the same to it.
+bool isMoreThanNews(const MprisPlayer::State& before, const MprisPlayer::State& after)
+{
+    const bool isOver = after.status == MprisPlayer::Status::stopped || after.track.isBlank();
+    return isOver || (before.track.title == after.track.title && before.track.artist == after.track.artist &&
+                      before.track != after.track);
+}
+
 double restOf(const MprisPlayer::State& before, const MprisPlayer::State& after)
 {
     using Status = MprisPlayer::Status;
@@ -47,8 +81,8 @@ double restOf(const MprisPlayer::State& before, const MprisPlayer::State& after)
     if (isBetweenTracks || (after.status == Status::playing && after.track.isBlank())) {
         return betweenTracksRest;
     }
-    const bool isOtherTrack = before.track.id != after.track.id || before.track.title != after.track.title;
-    return isOtherTrack && !after.track.isComplete() ? incompleteTrackRest : ordinaryRest;
+    const bool isNewTrack = before.track.id != after.track.id || before.track.title != after.track.title;
+    return isNewTrack && !after.track.isComplete() ? incompleteTrackRest : ordinaryRest;
 }
 
 } // namespace
@@ -66,7 +100,7 @@ MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop
          std::initializer_list<QDBusAbstractInterface*>{&_root, &_player, &_properties}) {
         proxy->setTimeout(timeLimitMilliseconds);
     }
-    fetchAll();
+    ask();
 }
 
 double MprisPlayer::position() const
@@ -81,10 +115,11 @@ Uptime MprisPlayer::lastPlayed() const
 
 void MprisPlayer::synchronise()
 {
-    if (_isReady) {
-        fetchPosition();
-    } else if (!_isFetchingAll) {
-        fetchAll();
+    const double age = _runLoop.uptime() - _answered;
+    if (age > answerAge) {
+        ask();
+    } else {
+        askLater(answerAge - age);
     }
 }
 
@@ -104,7 +139,7 @@ void MprisPlayer::setPosition(double seconds)
         command("Seek", _player.Seek(microseconds(target - position())));
     }
     _clock.jump(target, _runLoop.uptime());
-    fetchPosition();
+    askLater(catchingUp);
 }
 
 void MprisPlayer::raise()
@@ -112,63 +147,126 @@ void MprisPlayer::raise()
     command("Raise", _root.Raise());
 }
 
-void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringList& invalidated)
+void MprisPlayer::showedLife()
 {
     heard();
+    if (!_isReady || _isRefused) {
+        _backoff.reset();
+        ask();
+    }
+}
+
+void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringList& invalidated)
+{
+    showedLife();
+    for (const QString& name : changed.keys()) {
+        _announced[name] = _runLoop.uptime();
+    }
+    for (const QString& name : invalidated) {
+        _announced.remove(name);
+    }
     apply(changed);
-    if (!invalidated.isEmpty() && !_isFetchingAll) {
-        fetchAll();
+    if (!invalidated.isEmpty()) {
+        ask();
     }
 }
 
 void MprisPlayer::seeked(qlonglong microseconds)
 {
-    heard();
+    showedLife();
     const double seconds = static_cast<double>(microseconds) / microsecondsASecond;
     const bool isNews = std::abs(seconds - position()) > announcedJump;
     _clock.jump(seconds, _runLoop.uptime());
+    askLater(catchingUp);
     if (isNews && _isReady) {
-        Q_EMIT jumped();
+        Q_EMIT outdated();
     }
 }
 
-void MprisPlayer::fetchAll()
+/// Everything at once: players correct the length of a track, too, without a word.
+void MprisPlayer::ask()
 {
-    _isFetchingAll = true;
-    listen(_properties.GetAll(playerInterface), [this](const QDBusPendingReply<QVariantMap>& reply) {
-        _isFetchingAll = false;
-        _isRefused = reply.isError() && reply.error().type() == QDBusError::AccessDenied;
-        if (!reply.isValid()) {
-            return;
+    const Uptime now = _runLoop.uptime();
+    if (_isAsking) {
+        _isAskWanted = true;
+        return;
+    }
+    if (now - _asked < questionRest) {
+        if (!std::exchange(_isResting, true)) {
+            _runLoop.after(questionRest, this, [this] {
+                _isResting = false;
+                ask();
+            });
         }
-        apply(reply.value());
-        if (!_isReady) {
-            settle();
-            _isReady = true;
-            Q_EMIT becameReady();
+        return;
+    }
+    _isAsking = true;
+    _isAskWanted = false;
+    _asked = now;
+    listen(_properties.GetAll(playerInterface), [this](const QDBusPendingReply<QVariantMap>& answer) {
+        _isAsking = false;
+        _answered = _runLoop.uptime();
+        take(answer);
+        if (_isAskWanted) {
+            ask();
         }
     });
 }
 
-void MprisPlayer::fetchPosition()
+/// At the latest of the times for which it was called: an answer before that may come too early.
+void MprisPlayer::askLater(double seconds)
 {
-    if (_isFetchingPosition) {
-        _isPositionWanted = true; // what is on its way may be out of date
+    const Uptime due = _runLoop.uptime() + seconds;
+    if (due <= _askDue) {
         return;
     }
-    _isFetchingPosition = true;
-    _isPositionWanted = false;
-    listen(_properties.Get(playerInterface, QStringLiteral("Position")),
-           [this](const QDBusPendingReply<QDBusVariant>& reply) {
-               _isFetchingPosition = false;
-               if (!reply.isValid()) {
-                   return;
-               }
-               apply({{QStringLiteral("Position"), reply.value().variant()}});
-               if (_isPositionWanted) {
-                   fetchPosition();
-               }
-           });
+    _askDue = due;
+    _runLoop.after(seconds, this, [this, due] {
+        if (due == _askDue) {
+            _askDue = Uptime::distantPast();
+            ask();
+        }
+    });
+}
+
+/// A player may take its name before it can answer, or be permitted later.
+void MprisPlayer::askAgain()
+{
+    if (const auto delay = _backoff.next()) {
+        _runLoop.after(*delay, this, [this, round = ++_retryRound] {
+            if (round == _retryRound) {
+                ask();
+            }
+        });
+    }
+}
+
+void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
+{
+    const bool wasRefused = _isRefused;
+    _isRefused = answer.isError() && answer.error().type() == QDBusError::AccessDenied;
+    if (!answer.isValid()) {
+        if (!_isReady || _isRefused) {
+            askAgain();
+        }
+        return;
+    }
+    _backoff.reset();
+    ++_retryRound;
+    // What the player has announced holds for a while: its answers may still be from before.
+    QVariantMap properties = answer.value();
+    for (const auto& [name, time] : _announced.asKeyValueRange()) {
+        if (_isReady && _runLoop.uptime() - time < PositionClock::catchingUp) {
+            properties.remove(name);
+        }
+    }
+    apply(properties);
+    if (!_isReady || wasRefused) {
+        settle();
+        _isReady = true;
+        _trackList.learn();
+        Q_EMIT becameReady();
+    }
 }
 
 void MprisPlayer::apply(const QVariantMap& properties)
@@ -182,13 +280,17 @@ void MprisPlayer::apply(const QVariantMap& properties)
             _clock.setRate(value.toDouble(), _runLoop.uptime());
         }
     }
-    // Last: a new track in the same message starts the clock anew.
-    bool isNumber = false;
-    const double microseconds = properties.value(QStringLiteral("Position")).toDouble(&isNumber);
-    if (isNumber && _clock.observe(microseconds / microsecondsASecond, _runLoop.uptime()) && _isReady) {
-        Q_EMIT jumped();
-    }
+    applyPosition(properties.value(QStringLiteral("Position"))); // a new track has started the clock anew
     scheduleSettling();
+}
+
+void MprisPlayer::applyPosition(const QVariant& microseconds)
+{
+    bool isNumber = false;
+    const double seconds = microseconds.toDouble(&isNumber) / microsecondsASecond;
+    if (isNumber && _clock.observe(seconds, _runLoop.uptime()) && _isReady) {
+        Q_EMIT outdated();
+    }
 }
 
 void MprisPlayer::applyStatus(const QString& text)
@@ -197,8 +299,7 @@ void MprisPlayer::applyStatus(const QString& text)
                                                 {QStringLiteral("Paused"), Status::paused},
                                                 {QStringLiteral("Stopped"), Status::stopped}};
     if (!known.contains(text)) {
-        qCWarning(log, "%ls has the unknown playback status \"%ls\"", qUtf16Printable(suffixes.join(u' ')),
-                  qUtf16Printable(text));
+        complain(QStringLiteral("the unknown playback status \"%1\"").arg(text));
         return;
     }
     const Status status = known[text];
@@ -207,28 +308,36 @@ void MprisPlayer::applyStatus(const QString& text)
     }
     _latest.status = status;
     updateClock();
-    fetchPosition();
+    ask();
 }
 
 void MprisPlayer::applyMetadata(const QVariant& metadata)
 {
     const auto dictionary = DBusValue::dictionary(metadata);
     if (!dictionary) {
-        qCWarning(log, "%ls has metadata of the type %s", qUtf16Printable(suffixes.join(u' ')),
-                  metadata.typeName());
+        complain(QStringLiteral("metadata of the type %1").arg(QLatin1String(metadata.typeName())));
         return;
     }
     const MprisTrack track = MprisTrack::fromMetadata(*dictionary);
-    const bool isOtherTrack = track.id != _latest.track.id || track.title != _latest.track.title;
-    _latest.track = track;
+    const MprisTrack before = std::exchange(_latest.track, track);
     _clock.setLength(track.length);
-    if (!isOtherTrack || !_isReady) {
+    if (!_isReady || before == track) {
         return;
     }
-    _clock.restart(_runLoop.uptime());
-    fetchPosition();
-    // Some players still answer with the old track's position at first.
-    _runLoop.after(1, this, [this] { fetchPosition(); });
+    if (isOtherTrack(before, track)) {
+        _clock.restart(_runLoop.uptime());
+    } else if (isOther(before.artworkUrl, track.artworkUrl)) {
+        ask(); // the position tells whether this is another track
+    }
+    askLater(catchingUp);
+}
+
+/// Once, however often it comes.
+void MprisPlayer::complain(const QString& complaint)
+{
+    if (complaint != std::exchange(_complaint, complaint)) {
+        qCWarning(log, "%ls has %ls", qUtf16Printable(suffixes.join(u' ')), qUtf16Printable(complaint));
+    }
 }
 
 void MprisPlayer::command(const char* name, const QDBusPendingReply<>& call)
@@ -260,12 +369,11 @@ void MprisPlayer::listen(const QDBusPendingReply<Values...>& call, Answer answer
 void MprisPlayer::heard()
 {
     _lastHeard = _runLoop.uptime();
-    if (!_isSilent) {
-        return;
+    if (_isSilent) {
+        _isSilent = false;
+        updateClock();
+        ask();
     }
-    _isSilent = false;
-    updateClock();
-    fetchPosition();
 }
 
 /// A player that has stopped answering has most likely stopped sounding, too.
@@ -301,13 +409,16 @@ void MprisPlayer::settle()
     }
     const Uptime now = _runLoop.uptime();
     const bool wasPlaying = isPlaying();
-    _published = _latest;
+    const State before = std::exchange(_published, _latest);
     if (isPlaying() && !wasPlaying) {
         _playingSince = now;
     } else if (wasPlaying && !isPlaying()) {
         _lastPlayed = now;
     }
-    if (_isReady) {
+    if (_isReady && isNews(before, _published)) {
         Q_EMIT changed();
+    }
+    if (_isReady && isMoreThanNews(before, _published)) {
+        Q_EMIT outdated();
     }
 }
