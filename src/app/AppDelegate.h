@@ -3,6 +3,7 @@
 #include "app/AudioCaptureSupervision.h"
 #include "app/ContextMenu.h"
 #include "audio/AudioDeviceManager.h"
+#include "audio/AwaitedPlayer.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
 
@@ -49,6 +50,7 @@ private:
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
     MediaKeys _mediaKeys;
+    AwaitedPlayer _awaitedPlayer;
     AudioDeviceManager _audioManager;
     NowPlayingService _service;
     ContextMenu _contextMenu;

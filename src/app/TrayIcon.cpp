@@ -1,5 +1,6 @@
 #include "app/TrayIcon.h"
 
+#include "audio/AwaitedPlayer.h"
 #include "engine/NowPlayingService.h"
 #include "ui/controls/Symbol.h"
 #include "ui/pill/PillColors.h"
@@ -32,8 +33,10 @@ QIcon pillIcon()
 
 } // namespace
 
-TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(ClassicMenu&)> fillMenu)
+TrayIcon::TrayIcon(const NowPlayingService& service, const AwaitedPlayer& awaited,
+                   std::function<void(ClassicMenu&)> fillMenu)
     : _service(service)
+    , _awaited(awaited)
     , _fillMenu(std::move(fillMenu))
     , _icon(pillIcon())
 {
@@ -50,13 +53,17 @@ TrayIcon::TrayIcon(const NowPlayingService& service, std::function<void(ClassicM
     });
     connect(&_service, &NowPlayingService::titleChanged, this, &TrayIcon::describe);
     connect(&_service, &NowPlayingService::artistChanged, this, &TrayIcon::describe);
+    connect(&_awaited, &AwaitedPlayer::nameChanged, this, &TrayIcon::describe);
     describe();
     _icon.show();
 }
 
 void TrayIcon::describe()
 {
-    const QString artist = _service.artist();
-    _icon.setToolTip(artist.isEmpty() ? _service.title()
-                                      : QStringLiteral("%1 — %2").arg(_service.title(), artist));
+    QStringList parts = {_service.title(), _service.artist()};
+    if (const QString awaited = _awaited.name(); !awaited.isEmpty()) {
+        parts << QStringLiteral("waiting for %1").arg(awaited);
+    }
+    parts.removeAll(QString());
+    _icon.setToolTip(parts.join(QStringLiteral(" — ")));
 }

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class AwaitedPlayer;
 class NowPlayingService;
 
 /// An icon in the desktop's tray, for desktops whose panel covers the status item: a click brings the item to
@@ -17,7 +18,8 @@ class TrayIcon : public QObject
 
 public:
     /// `fillMenu` puts the rows of the context menu into a menu; it is asked each time the menu opens.
-    TrayIcon(const NowPlayingService& service, std::function<void(ClassicMenu&)> fillMenu);
+    TrayIcon(const NowPlayingService& service, const AwaitedPlayer& awaited,
+             std::function<void(ClassicMenu&)> fillMenu);
 
 Q_SIGNALS:
     void clicked();
@@ -26,6 +28,7 @@ private:
     void describe();
 
     const NowPlayingService& _service;
+    const AwaitedPlayer& _awaited;
     std::function<void(ClassicMenu&)> _fillMenu;
     ClassicMenu _menu;
     QSystemTrayIcon _icon;

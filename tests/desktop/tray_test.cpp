@@ -54,8 +54,11 @@ void TrayTest::tellsWhatPlays()
 {
     keepServicesToLoopback();
     Tray tray;
-    MprisStandIn player(QStringLiteral("standin"));
-    player.set(MprisStandIn::playing(MprisStandIn::metadata(
+    const QString settings = PlistUserDefaults::defaultPath();
+    PlistUserDefaults(settings).setObject(QStringLiteral("pellar.linux.musicPlayer"),
+                                          QStringLiteral("chosen"));
+    MprisStandIn other(QStringLiteral("standin"));
+    other.set(MprisStandIn::playing(MprisStandIn::metadata(
         QStringLiteral("/t/1"), QStringLiteral("Rock & Roll"), QStringLiteral("Band"), QString(), 9)));
     QProcess program;
     const auto end = qScopeGuard([&program] {
@@ -82,6 +85,10 @@ void TrayTest::tellsWhatPlays()
         argument.endStructure();
         return title;
     };
+    QTRY_COMPARE(toolTip(), QStringLiteral("Not Playing — waiting for chosen"));
+    MprisStandIn player(QStringLiteral("chosen"));
+    player.change(MprisStandIn::playing(MprisStandIn::metadata(
+        QStringLiteral("/t/1"), QStringLiteral("Rock & Roll"), QStringLiteral("Band"), QString(), 9)));
     QTRY_COMPARE(toolTip(), QStringLiteral("Rock & Roll — Band"));
 
     // The menu as a panel takes it that asks for it only once, and a row of it chosen there.

@@ -26,6 +26,7 @@ constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
 
 // How long a burst of signals is given to come to rest, in seconds.
+constexpr double noRest = 0; // what tells all of a track at once is followed by nothing
 constexpr double ordinaryRest = 0.01;
 constexpr double incompleteTrackRest = 0.1; // artist and length often follow the title
 constexpr double betweenTracksRest = 0.15;  // players say "Stopped", or show no title, between two tracks
@@ -81,8 +82,12 @@ double restOf(const MprisPlayer::State& before, const MprisPlayer::State& after)
     if (isBetweenTracks || (after.status == Status::playing && after.track.isBlank())) {
         return betweenTracksRest;
     }
-    const bool isNewTrack = before.track.id != after.track.id || before.track.title != after.track.title;
-    return isNewTrack && !after.track.isComplete() ? incompleteTrackRest : ordinaryRest;
+    const bool isNewId = before.track.id != after.track.id;
+    const bool isNewTitle = before.track.title != after.track.title;
+    if ((isNewId || isNewTitle) && !after.track.isComplete()) {
+        return incompleteTrackRest;
+    }
+    return isNewId && isNewTitle ? noRest : ordinaryRest;
 }
 
 } // namespace
