@@ -23,7 +23,6 @@ const QString stopped = QStringLiteral("Stopped");
 const QString one = QStringLiteral("One");
 const QString two = QStringLiteral("Two");
 const QString everything = QStringLiteral("*");
-const QString accessDenied = QStringLiteral("org.freedesktop.DBus.Error.AccessDenied");
 
 QVariantMap track(int number, const char* title, const char* artist)
 {
@@ -64,13 +63,10 @@ private Q_SLOTS:
     void replies();
     void effects_data();
     void effects();
-    void correctsSilentSeeks();
-    void rereadsInvalidated();
     void switchesBetweenPlayers();
     void followsTheUsersChoiceOnly();
     void leavesPausedPlayersAlone();
     void survivesMutePlayer();
-    void isRefused();
     void survivesNonsense();
     void keepsGoodTracks_data();
     void keepsGoodTracks();
@@ -267,33 +263,6 @@ void MprisTest::effects()
     }
 }
 
-void MprisTest::correctsSilentSeeks()
-{
-    Scene scene({{status, paused}});
-    QVERIFY(scene.isSeen);
-    QSignalSpy jumped(&scene.mirror.workspace, &Workspace::playerOutdated);
-    scene.player.set({{position, qlonglong(90000000)}});   // nobody is told
-    scene.mirror.run(scripts::status(Player::appleMusic)); // asks, for the next time
-    QTRY_COMPARE(jumped.count(), 1);
-    QCOMPARE(scene.mirror.music()->position(), 90.0);
-    scene.player.seek(30000000);
-    QTRY_COMPARE(jumped.count(), 2);
-    QCOMPARE(scene.mirror.music()->position(), 30.0);
-    scene.player.seek(30000000); // nothing new
-    scene.player.change({{status, playing}});
-    QTRY_VERIFY(scene.mirror.music()->isPlaying());
-    QCOMPARE(jumped.count(), 2);
-}
-
-void MprisTest::rereadsInvalidated()
-{
-    Scene scene;
-    QVERIFY(scene.isSeen);
-    scene.player.set({{metadata, Mirror::song(two)}});
-    scene.player.invalidate(metadata);
-    QTRY_COMPARE(scene.mirror.title(), two);
-}
-
 void MprisTest::switchesBetweenPlayers()
 {
     Scene scene;
@@ -374,15 +343,6 @@ void MprisTest::survivesMutePlayer()
     scene.player.change({{metadata, Mirror::song(two)}});
     QTRY_COMPARE(scene.mirror.title(), two);
     QTRY_VERIFY(moves());
-}
-
-void MprisTest::isRefused()
-{
-    MprisStandIn player(QStringLiteral("mpv"));
-    player.failures[everything] = accessDenied;
-    Mirror mirror;
-    QTRY_COMPARE(mirror.automation.permission(BundleId::music), std::optional(Automation::refused));
-    QCOMPARE(mirror.run(scripts::automationProbe(QStringLiteral("Music"))), QStringLiteral("error -1743"));
 }
 
 /// What cannot be read is as if it had not been told.

@@ -132,6 +132,18 @@ const auto& faults()
          },
          [](const Stage& stage) { return stage.engine->elapsed() >= 92; },
          [](const Stage& stage) { return !stage.hasJumpedBack; }},
+        {"a seek that nobody is told of",
+         [](Stage& stage) {
+             stage.player.set(at(90));
+             stage.engine->refresh();
+         },
+         [](const Stage& stage) { return stage.engine->elapsed() >= 90; }},
+        {"a track that is only said to be another one",
+         [](Stage& stage) {
+             stage.player.set({{metadata, song(two)}});
+             stage.player.invalidate(metadata);
+         },
+         [](const Stage& stage) { return stage.engine->title() == two; }},
         {"a seek of ours that it does not carry out",
          [](Stage& stage) {
              stage.player.obeysTransport = false;
@@ -255,6 +267,7 @@ void PlayerFaultsTest::doesNotChaseAnswers_data()
     QTest::addColumn<int>("most"); // questions in a second and a half
     QTest::newRow("it is behind the end") << false << at(300) << 4;
     QTest::newRow("at a change of track, for a moment") << true << at(300) << 4;
+    QTest::newRow("it answers another place each time") << false << at(10) << 4;
     QTest::newRow("it tells that it no longer knows") << true << QVariantMap() << 20;
 }
 
@@ -275,6 +288,8 @@ void PlayerFaultsTest::doesNotChaseAnswers()
     stage.player.onQuestion = [&] {
         if (lie.isEmpty()) {
             stage.player.invalidate(position);
+        } else if (lie == at(10)) {
+            stage.player.lie(at(stage.player.asked.size() * 70 % 180), 60000);
         }
     };
     stage.engine->refresh();
@@ -300,6 +315,11 @@ void PlayerFaultsTest::findsLatePlayers()
     stage.player.setTracks({song(one), song(two)});
     stage.player.failures[everything] = failure;
     QTRY_VERIFY_WITH_TIMEOUT(stage.player.failed >= (showsLife ? 6 : 4), 10000);
+    const bool isRefused = failure == accessDenied;
+    QCOMPARE(stage.mirror.automation.permission(BundleId::music),
+             std::optional(isRefused ? Automation::refused : Automation::granted));
+    QCOMPARE(stage.mirror.run(QStringLiteral("tell application \"Music\" to count tracks")),
+             isRefused ? QStringLiteral("error -1743") : QStringLiteral("0"));
     stage.player.failures.clear();
     if (showsLife) {
         stage.player.seek(30000000);

@@ -3,6 +3,7 @@
 #include "base/RunLoop.h"
 #include "linux/dbus/DBusValue.h"
 #include "linux/dbus/WhenAnswered.h"
+#include "linux/mpris/PlayerChange.h"
 
 #include <QLoggingCategory>
 #include <QRegularExpression>
@@ -16,6 +17,9 @@ Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
 
 const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
+const QString metadataName = QStringLiteral("Metadata");
+const QString statusName = QStringLiteral("PlaybackStatus");
+const QString positionName = QStringLiteral("Position");
 
 constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
@@ -25,12 +29,7 @@ constexpr double questionRest = 0.1; // seconds between two questions
 constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
 
-// How long a burst of signals is given to come to rest, in seconds.
-constexpr double noRest = 0; // what tells all of a track at once is followed by nothing
-constexpr double ordinaryRest = 0.01;
-constexpr double incompleteTrackRest = 0.1; // artist and length often follow the title
-constexpr double betweenTracksRest = 0.15;  // players say "Stopped", or show no title, between two tracks
-constexpr double longestRest = 0.3;
+constexpr double longestRest = 0.3; // seconds that a burst of signals is waited for
 
 bool isObjectPath(const QString& text)
 {
@@ -42,52 +41,6 @@ bool isTimeOut(const QDBusError& error)
 {
     return error.type() == QDBusError::NoReply || error.type() == QDBusError::Timeout ||
            error.type() == QDBusError::TimedOut;
-}
-
-/// Players that tell of a track bit by bit leave out at first what comes later.
-bool isOther(const QString& before, const QString& after)
-{
-    return before != after && !before.isEmpty();
-}
-
-bool isOtherTrack(const MprisTrack& before, const MprisTrack& after)
-{
-    return before.title != after.title || isOther(before.id, after.id) ||
-           isOther(before.artist, after.artist) || isOther(before.album, after.album);
-}
-
-/// Whether a notification is due. A cover or a length that comes late is none of it: to tell of a paused
-/// player that it is paused would take the display from what plays.
-bool isNews(const MprisPlayer::State& before, const MprisPlayer::State& after)
-{
-    return before.status != after.status || before.track.id != after.track.id ||
-           before.track.title != after.track.title || before.track.artist != after.track.artist ||
-           before.track.album != after.track.album;
-}
-
-/// Whether a notification does not tell it all: it never ends the state, and a track that bears the name of
-/// the one before is the same to it.
-bool isMoreThanNews(const MprisPlayer::State& before, const MprisPlayer::State& after)
-{
-    const bool isOver = after.status == MprisPlayer::Status::stopped || after.track.isBlank();
-    return isOver || (before.track.title == after.track.title && before.track.artist == after.track.artist &&
-                      before.track != after.track);
-}
-
-double restOf(const MprisPlayer::State& before, const MprisPlayer::State& after)
-{
-    using Status = MprisPlayer::Status;
-    const bool isBetweenTracks =
-        before.status == Status::playing && (after.status == Status::stopped || after.track.isBlank());
-    if (isBetweenTracks || (after.status == Status::playing && after.track.isBlank())) {
-        return betweenTracksRest;
-    }
-    const bool isNewId = before.track.id != after.track.id;
-    const bool isNewTitle = before.track.title != after.track.title;
-    if ((isNewId || isNewTitle) && !after.track.isComplete()) {
-        return incompleteTrackRest;
-    }
-    return isNewId && isNewTitle ? noRest : ordinaryRest;
 }
 
 } // namespace
@@ -164,14 +117,21 @@ void MprisPlayer::showedLife()
 void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringList& invalidated)
 {
     showedLife();
-    for (const QString& name : changed.keys()) {
-        _announced[name] = _runLoop.uptime();
+    for (const QString& name : {metadataName, statusName}) {
+        if (changed.contains(name)) {
+            _announced[name] = _runLoop.uptime();
+        } else if (invalidated.contains(name)) {
+            _announced.remove(name);
+        }
     }
-    for (const QString& name : invalidated) {
-        _announced.remove(name);
-    }
-    apply(changed);
-    if (!invalidated.isEmpty()) {
+    const State before = _latest;
+    apply(changed, true);
+    // Where it is tells where it has come to rest, and whether a cover of another name is that of another
+    // track.
+    const bool isPositionWanted =
+        _latest.status != before.status ||
+        (!before.track.artworkUrl.isEmpty() && _latest.track.artworkUrl != before.track.artworkUrl);
+    if (!invalidated.isEmpty() || isPositionWanted) {
         ask();
     }
 }
@@ -265,7 +225,7 @@ void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
             properties.remove(name);
         }
     }
-    apply(properties);
+    apply(properties, false);
     if (!_isReady || wasRefused) {
         settle();
         _isReady = true;
@@ -274,28 +234,32 @@ void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
     }
 }
 
-void MprisPlayer::apply(const QVariantMap& properties)
+void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
 {
-    for (const auto& [name, value] : properties.asKeyValueRange()) {
-        if (name == QStringLiteral("Metadata")) {
-            applyMetadata(value);
-        } else if (name == QStringLiteral("PlaybackStatus")) {
-            applyStatus(value.toString());
-        } else if (name == QStringLiteral("Rate")) {
-            _clock.setRate(value.toDouble(), _runLoop.uptime());
-        }
+    const Uptime now = _runLoop.uptime();
+    const State before = _latest;
+    if (properties.contains(metadataName)) {
+        applyMetadata(properties[metadataName]);
     }
-    applyPosition(properties.value(QStringLiteral("Position"))); // a new track has started the clock anew
-    scheduleSettling();
-}
-
-void MprisPlayer::applyPosition(const QVariant& microseconds)
-{
+    if (properties.contains(statusName)) {
+        applyStatus(properties[statusName].toString());
+    }
+    _clock.setRate(properties.value(QStringLiteral("Rate")).toDouble(), now);
+    const bool isOtherTrack = _isReady && PlayerChange{before, _latest}.isOtherTrack();
+    if (isOtherTrack) {
+        _clock.restart(now);
+    }
     bool isNumber = false;
-    const double seconds = microseconds.toDouble(&isNumber) / microsecondsASecond;
-    if (isNumber && _clock.observe(seconds, _runLoop.uptime()) && _isReady) {
+    const double seconds = properties.value(positionName).toDouble(&isNumber) / microsecondsASecond;
+    if (isNumber && isOtherTrack && isAnnounced) {
+        _clock.jump(seconds, now);
+    } else if (isNumber && _clock.observe(seconds, now) && _isReady) {
         Q_EMIT outdated();
     }
+    if (_isReady && before.track != _latest.track) {
+        askLater(catchingUp); // a length may be corrected, and where it is is certain by then
+    }
+    scheduleSettling();
 }
 
 void MprisPlayer::applyStatus(const QString& text)
@@ -307,13 +271,8 @@ void MprisPlayer::applyStatus(const QString& text)
         complain(QStringLiteral("the unknown playback status \"%1\"").arg(text));
         return;
     }
-    const Status status = known[text];
-    if (status == _latest.status) {
-        return;
-    }
-    _latest.status = status;
+    _latest.status = known[text];
     updateClock();
-    ask();
 }
 
 void MprisPlayer::applyMetadata(const QVariant& metadata)
@@ -323,18 +282,8 @@ void MprisPlayer::applyMetadata(const QVariant& metadata)
         complain(QStringLiteral("metadata of the type %1").arg(QLatin1String(metadata.typeName())));
         return;
     }
-    const MprisTrack track = MprisTrack::fromMetadata(*dictionary);
-    const MprisTrack before = std::exchange(_latest.track, track);
-    _clock.setLength(track.length);
-    if (!_isReady || before == track) {
-        return;
-    }
-    if (isOtherTrack(before, track)) {
-        _clock.restart(_runLoop.uptime());
-    } else if (isOther(before.artworkUrl, track.artworkUrl)) {
-        ask(); // the position tells whether this is another track
-    }
-    askLater(catchingUp);
+    _latest.track = MprisTrack::fromMetadata(*dictionary);
+    _clock.setLength(_latest.track.length);
 }
 
 /// Once, however often it comes.
@@ -397,7 +346,8 @@ void MprisPlayer::scheduleSettling()
         _isSettling = true;
         _settlingSince = now;
     }
-    const double rest = std::min(restOf(_published, _latest), longestRest - (now - _settlingSince));
+    const double rest =
+        std::min(PlayerChange{_published, _latest}.rest(), longestRest - (now - _settlingSince));
     const int round = ++_settlingRound;
     _runLoop.after(std::max(0.0, rest), this, [this, round] {
         if (round == _settlingRound) {
@@ -420,10 +370,10 @@ void MprisPlayer::settle()
     } else if (wasPlaying && !isPlaying()) {
         _lastPlayed = now;
     }
-    if (_isReady && isNews(before, _published)) {
+    if (_isReady && PlayerChange{before, _published}.isNews()) {
         Q_EMIT changed();
     }
-    if (_isReady && isMoreThanNews(before, _published)) {
+    if (_isReady && PlayerChange{before, _published}.isMoreThanNews()) {
         Q_EMIT outdated();
     }
 }

@@ -99,8 +99,7 @@ private:
     void askLater(double seconds);
     void askAgain();
     void take(const QDBusPendingReply<QVariantMap>& answer);
-    void apply(const QVariantMap& properties);
-    void applyPosition(const QVariant& microseconds);
+    void apply(const QVariantMap& properties, bool isAnnounced);
     void applyStatus(const QString& text);
     void applyMetadata(const QVariant& metadata);
     void command(const char* name, const QDBusPendingReply<>& call);

@@ -30,7 +30,6 @@ MprisTrackList::MprisTrackList(const QDBusConnection& bus, const QString& unique
     qDBusRegisterMetaType<QList<QVariantMap>>();
     _proxy.setTimeout(timeLimitMilliseconds);
     _properties.setTimeout(timeLimitMilliseconds);
-    learn();
 }
 
 void MprisTrackList::learn()
@@ -38,8 +37,10 @@ void MprisTrackList::learn()
     whenAnswered(_properties.Get(rootInterface, QStringLiteral("HasTrackList")), this,
                  [this](const QDBusPendingReply<QDBusVariant>& reply) {
                      if (!reply.isValid()) {
+                         learnAgain();
                          return;
                      }
+                     _backoff.reset();
                      const bool existed = std::exchange(_exists, reply.value().variant().toBool());
                      if (_exists && !existed) {
                          fetch();
@@ -47,6 +48,13 @@ void MprisTrackList::learn()
                          _tracks.clear();
                      }
                  });
+}
+
+void MprisTrackList::learnAgain()
+{
+    if (const auto delay = _backoff.next()) {
+        _runLoop.after(*delay, this, [this] { learn(); });
+    }
 }
 
 bool MprisTrackList::contains(const MprisTrack& track) const

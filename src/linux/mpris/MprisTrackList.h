@@ -39,6 +39,7 @@ public:
 private:
     void fetch();
     void fetchTracks(QList<QDBusObjectPath> wanted);
+    void learnAgain();
     void fetchAgain(const QString& failure);
 
     RunLoop& _runLoop;
