@@ -28,6 +28,7 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
     , _appearance(appearance)
     , _visibility(PillVisibilityManager::shared())
     , _mediaKeys(platform)
+    , _awaitedPlayer(platform.workspace, defaults)
     , _audioManager(platform.audioHardware)
     , _service({.platform = platform,
                 .defaults = defaults,
@@ -93,7 +94,7 @@ void AppDelegate::setup()
     _statusItem->setView(_hosting.get());
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
-    _trayIcon = std::make_unique<TrayIcon>(_service, _platform.runLoop,
+    _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
 }

@@ -3,6 +3,7 @@
 #include "app/AudioCaptureSupervision.h"
 #include "app/ContextMenu.h"
 #include "audio/AudioDeviceManager.h"
+#include "audio/AwaitedPlayer.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
 
@@ -51,6 +52,7 @@ private:
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
     MediaKeys _mediaKeys;
+    AwaitedPlayer _awaitedPlayer;
     AudioDeviceManager _audioManager;
     NowPlayingService _service;
     ContextMenu _contextMenu;
@@ -60,6 +62,6 @@ private:
     std::unique_ptr<StatusItem> _statusItem;
     std::unique_ptr<TrayIcon> _trayIcon;
     std::unique_ptr<QMenu> _classicMenu;
-    std::unique_ptr<KeyboardClaim> _menuKeyboard; ///< the classic menu's
+    std::unique_ptr<KeyboardClaim> _menuKeyboard;    ///< the classic menu's
     std::unique_ptr<PellarMenuPanel> _liveMenuPanel; ///< while it exists
 };

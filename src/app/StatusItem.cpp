@@ -78,7 +78,8 @@ void StatusItem::place()
 void StatusItem::cutCorners()
 {
     if (_view != nullptr) {
-        _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(_view->size(), _corners.value().radius));
+        _view->setMask(_bar.isComposited() ? QRegion()
+                                           : roundedRegion(_view->size(), _corners.value().radius));
         _view->setColor(_bar.isComposited() ? QColor(Qt::transparent) : _corners.value().background);
     }
 }

@@ -1,5 +1,6 @@
 #include "app/TrayIcon.h"
 
+#include "audio/AwaitedPlayer.h"
 #include "base/RunLoop.h"
 #include "engine/NowPlayingService.h"
 #include "ui/controls/Symbol.h"
@@ -33,9 +34,10 @@ QIcon pillIcon()
 
 } // namespace
 
-TrayIcon::TrayIcon(const NowPlayingService& service, RunLoop& runLoop,
+TrayIcon::TrayIcon(const NowPlayingService& service, const AwaitedPlayer& awaited, RunLoop& runLoop,
                    std::function<void(ClassicMenu&)> fillMenu)
     : _service(service)
+    , _awaited(awaited)
     , _runLoop(runLoop)
     , _fillMenu(std::move(fillMenu))
     , _icon(pillIcon())
@@ -58,6 +60,7 @@ TrayIcon::TrayIcon(const NowPlayingService& service, RunLoop& runLoop,
     });
     connect(&_service, &NowPlayingService::titleChanged, this, &TrayIcon::trackChanged);
     connect(&_service, &NowPlayingService::artistChanged, this, &TrayIcon::trackChanged);
+    connect(&_awaited, &AwaitedPlayer::nameChanged, this, &TrayIcon::describe);
     fill();
     describe();
     _icon.show();
@@ -88,7 +91,10 @@ void TrayIcon::fill()
 
 void TrayIcon::describe()
 {
-    const QString artist = _service.artist();
-    _icon.setToolTip(artist.isEmpty() ? _service.title()
-                                      : QStringLiteral("%1 — %2").arg(_service.title(), artist));
+    QStringList parts = {_service.title(), _service.artist()};
+    if (const QString awaited = _awaited.name(); !awaited.isEmpty()) {
+        parts << QStringLiteral("waiting for %1").arg(awaited);
+    }
+    parts.removeAll(QString());
+    _icon.setToolTip(parts.join(QStringLiteral(" — ")));
 }

@@ -7,6 +7,7 @@
 
 #include <functional>
 
+class AwaitedPlayer;
 class NowPlayingService;
 class RunLoop;
 
@@ -19,7 +20,8 @@ class TrayIcon : public QObject
 public:
     /// `fillMenu` puts the rows of the context menu into a menu; it is asked each time the menu opens, and
     /// once a track while it is closed, for panels that draw the menu as they have read it before.
-    TrayIcon(const NowPlayingService& service, RunLoop& runLoop, std::function<void(ClassicMenu&)> fillMenu);
+    TrayIcon(const NowPlayingService& service, const AwaitedPlayer& awaited, RunLoop& runLoop,
+             std::function<void(ClassicMenu&)> fillMenu);
 
 Q_SIGNALS:
     void clicked();
@@ -30,6 +32,7 @@ private:
     void describe();
 
     const NowPlayingService& _service;
+    const AwaitedPlayer& _awaited;
     RunLoop& _runLoop;
     std::function<void(ClassicMenu&)> _fillMenu;
     ClassicMenu _menu;

@@ -44,9 +44,9 @@ void keepToRunningBus()
     }
 }
 
-/// A frame of the pill is some kilobytes. Sent over the connection it waits for nobody, while shared memory may be
-/// drawn into only when the X server has answered that it is done with the last frame. Nor is there anything to
-/// wait for before a frame is drawn: what changes together changes in one go.
+/// A frame of the pill is some kilobytes. Sent over the connection it waits for nobody, while shared memory
+/// may be drawn into only when the X server has answered that it is done with the last frame. Nor is there
+/// anything to wait for before a frame is drawn: what changes together changes in one go.
 void drawWithoutWaiting()
 {
     const auto setDefault = [](const char* name, const char* value) {

@@ -1,5 +1,6 @@
 #include "audio/MediaKeyTarget.h"
 
+#include <algorithm>
 #include <tuple>
 
 const MediaPlayer* mediaKeyTarget(const QList<MediaPlayer>& players, const QString& addressed)
@@ -10,10 +11,15 @@ const MediaPlayer* mediaKeyTarget(const QList<MediaPlayer>& players, const QStri
     };
     const MediaPlayer* best = nullptr;
     for (const MediaPlayer& player : players) {
-        const bool isProxy = player.names.contains(QStringLiteral("playerctld"));
+        // A proxy repeats another player, and a phone is not this computer.
+        const bool isElsewhere =
+            std::any_of(player.names.begin(), player.names.end(), [](const QString& name) {
+                return name == QStringLiteral("playerctld") || name.startsWith(QStringLiteral("kdeconnect"));
+            });
         const bool isAtRest = !player.isPlaying && player.id != addressed &&
                               (!player.roles.isEmpty() || player.lastPlayed == Uptime::distantPast());
-        if (player.isReachable && !isProxy && !isAtRest && (best == nullptr || rank(*best) < rank(player))) {
+        if (player.isReachable && !isElsewhere && !isAtRest &&
+            (best == nullptr || rank(*best) < rank(player))) {
             best = &player;
         }
     }

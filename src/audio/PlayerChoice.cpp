@@ -10,7 +10,8 @@ namespace {
 
 const QString musicPlayerKey = QStringLiteral("pellar.linux.musicPlayer");
 
-/// Names of browsers, whose tabs come and go as players, and of proxies, which repeat another player.
+/// Names of browsers, whose tabs come and go as players, of proxies, which repeat another player, and of what
+/// plays elsewhere, on a phone. In lower case; some browsers go by their application's identifier.
 const auto notMusicPlayers = std::to_array<QString>({
     QStringLiteral("spotify"),
     QStringLiteral("playerctld"),
@@ -27,6 +28,8 @@ const auto notMusicPlayers = std::to_array<QString>({
     QStringLiteral("vivaldi"),
     QStringLiteral("opera"),
     QStringLiteral("epiphany"),
+    QStringLiteral("org.gnome.epiphany"),
+    QStringLiteral("kdeconnect"),
 });
 
 bool suits(PlayerRole role, const QString& name, const QString& preferred)
@@ -38,7 +41,7 @@ bool suits(PlayerRole role, const QString& name, const QString& preferred)
         return name == preferred || name.startsWith(preferred + u'.');
     }
     return std::none_of(notMusicPlayers.begin(), notMusicPlayers.end(),
-                        [&](const QString& other) { return name.startsWith(other); });
+                        [&](const QString& other) { return name.startsWith(other, Qt::CaseInsensitive); });
 }
 
 auto rank(PlayerRole role, const MediaPlayer& player)
@@ -51,7 +54,7 @@ auto rank(PlayerRole role, const MediaPlayer& player)
 
 std::optional<qsizetype> PlayerChoice::choose(PlayerRole role, const QList<MediaPlayer>& players) const
 {
-    const QString preferred = _defaults.string(musicPlayerKey).value_or(QString());
+    const QString preferred = namedByUser(_defaults);
     std::optional<qsizetype> best;
     for (qsizetype i = 0; i < players.size(); ++i) {
         const QStringList& names = players[i].names;
@@ -62,4 +65,9 @@ std::optional<qsizetype> PlayerChoice::choose(PlayerRole role, const QList<Media
         }
     }
     return best;
+}
+
+QString PlayerChoice::namedByUser(const UserDefaults& defaults)
+{
+    return defaults.string(musicPlayerKey).value_or(QString());
 }

@@ -13,6 +13,7 @@
 namespace {
 
 constexpr double searchSeconds = 4;
+constexpr double longestLookup = 2; // seconds for which the cover of the track before may stay
 
 /// The address, or a digest of one that holds the cover itself.
 QString identity(const QString& address)
@@ -26,10 +27,51 @@ QString identity(const QString& address)
 
 } // namespace
 
-void NowPlayingService::setArtwork(const QImage& artwork)
+void NowPlayingService::clearArtwork()
 {
-    _artwork = artwork;
-    _theme.updateArtwork(artwork);
+    _currentArtworkSource.clear();
+    _wantedArtworkSource.clear();
+    _artworkOwner = _trackOnShow = {};
+    _isArtworkAwaited = false;
+    _artwork = QImage();
+    updateShownArtwork();
+}
+
+/// Takes note of the track on show, whose cover is at `address` if the player tells that. A track of the same
+/// name whose cover is another one is another track here.
+void NowPlayingService::followArtworkOwner(const QString& address)
+{
+    ArtworkOwner owner{_activePlayer, _title, _artist, _album, address};
+    if (address.isEmpty() && _trackOnShow.player == owner.player && _trackOnShow.title == owner.title &&
+        _trackOnShow.artist == owner.artist && _trackOnShow.album == owner.album) {
+        return; // the player no longer tells what it has told before
+    }
+    if (owner == _trackOnShow) {
+        return;
+    }
+    _trackOnShow = std::move(owner);
+    _wantedArtworkSource.clear();
+    _isArtworkAwaited = true;
+    _platform.runLoop.after(longestLookup, this, [this, round = ++_artworkRound] {
+        if (round == _artworkRound) {
+            _isArtworkAwaited = false;
+            updateShownArtwork();
+        }
+    });
+    updateShownArtwork();
+}
+
+void NowPlayingService::updateShownArtwork()
+{
+    const bool belongs = _artworkOwner == _trackOnShow;
+    if (!belongs && _isArtworkAwaited) {
+        return;
+    }
+    const QImage shown = belongs ? artwork() : QImage();
+    if (shown.cacheKey() != shownArtwork().cacheKey()) {
+        _shownArtwork = shown;
+        _theme.updateArtwork(shown);
+    }
 }
 
 /// The player's own cover comes first. Without one, or where it cannot be read, the search service is asked.
@@ -38,8 +80,8 @@ void NowPlayingService::fetchAppleMusicArtwork()
     const QString title = _title;
     const QString artist = _artist;
     const QString album = _album;
-    if (title.isEmpty() || title == QStringLiteral("Not Playing")) {
-        return;
+    if (_activePlayer != Player::appleMusic || title.isEmpty() || title == QStringLiteral("Not Playing")) {
+        return; // another player may have taken over since this was called for
     }
     const QString cover = _platform.workspace.artworkAddress(BundleId::music);
     const QString key = QStringLiteral("am-its-") + artist + u'|' + title + u'|' + album;
@@ -50,7 +92,7 @@ void NowPlayingService::fetchAppleMusicArtwork()
             const QImage own = cover.isEmpty() ? QImage() : loadArtwork(cover, stop);
             return own.isNull() ? lookupiTunesArtwork(service, title, artist, album, stop) : own;
         },
-        [=, this] { return title == _title && artist == _artist; });
+        [=, this] { return _activePlayer == Player::appleMusic && title == _title && artist == _artist; });
 }
 
 void NowPlayingService::fetchSpotifyArtwork(const QString& url)
@@ -81,23 +123,35 @@ QImage NowPlayingService::lookupiTunesArtwork(const QString& service, const QStr
 /// before is given up. It is asked for anew by the next poll when it fails.
 void NowPlayingService::fetchArtwork(const QString& source, ArtworkLoad load, std::function<bool()> isWanted)
 {
-    if (source == _currentArtworkSource || source == _requestedArtworkSource) {
+    _wantedArtworkSource = source;
+    if (source == _currentArtworkSource) {
+        _artworkOwner = _trackOnShow; // tracks of one album have one cover
+        updateShownArtwork();
+        return;
+    }
+    if (source == _requestedArtworkSource) {
         return;
     }
     _requestedArtworkSource = source;
     _artworkStop.request_stop();
     _artworkStop = {};
-    _artworkQueue.async([this, source, load = std::move(load), isWanted = std::move(isWanted),
-                         stop = _artworkStop.get_token()] {
+    _artworkQueue.async([this, source, owner = _trackOnShow, load = std::move(load),
+                         isWanted = std::move(isWanted), stop = _artworkStop.get_token()] {
         const QImage image = stop.stop_requested() ? QImage() : load(stop);
-        QMetaObject::invokeMethod(this, [this, source, isWanted, image] {
-            if (_requestedArtworkSource == source) {
+        QMetaObject::invokeMethod(this, [this, source, owner, isWanted, image] {
+            const bool isLatest = _requestedArtworkSource == source;
+            if (isLatest) {
                 _requestedArtworkSource.clear();
             }
             if (!image.isNull() && isWanted()) {
-                setArtwork(image);
                 _currentArtworkSource = source;
+                _artworkOwner = source == _wantedArtworkSource ? _trackOnShow : owner;
+                _artwork = image;
             }
+            if (isLatest && source == _wantedArtworkSource) {
+                _isArtworkAwaited = false;
+            }
+            updateShownArtwork();
         });
     });
 }

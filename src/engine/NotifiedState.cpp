@@ -1,5 +1,7 @@
 #include "engine/NowPlayingService.h"
+#include "platform/BundleId.h"
 #include "platform/Platform.h"
+#include "platform/Workspace.h"
 
 #include <cmath>
 
@@ -51,29 +53,32 @@ void NowPlayingService::handlePlayerNotification(Player player, const QVariantMa
     const double duration =
         number(userInfo, durationKey, _duration * millisecondsASecond) / millisecondsASecond;
 
-    setActivePlayer(player);
-    _title = text(userInfo, QStringLiteral("Name"), _title);
-    _artist = text(userInfo, QStringLiteral("Artist"), _artist);
-    _album = text(userInfo, QStringLiteral("Album"), _album);
+    Showing next = showing();
+    next.activePlayer = player;
+    next.title = text(userInfo, QStringLiteral("Name"), _title);
+    next.artist = text(userInfo, QStringLiteral("Artist"), _artist);
+    next.album = text(userInfo, QStringLiteral("Album"), _album);
     if (std::abs(duration - _duration) > noticeableDuration) {
-        _duration = duration;
+        next.duration = duration;
     }
-    _isPlaying = state == QStringLiteral("Playing");
-
-    if (const QString key = trackKey(_title, _artist); key != _lastTrackKey) {
-        beginNotifiedTrack(key, player, userInfo);
+    next.isPlaying = state == QStringLiteral("Playing");
+    const QString key = trackKey(next.title, next.artist);
+    const bool isNewTrack = key != _lastTrackKey;
+    if (isNewTrack) {
+        next.elapsed =
+            player == Player::appleMusic ? 0 : number(userInfo, QStringLiteral("Playback Position"), 0);
     }
-}
-
-void NowPlayingService::beginNotifiedTrack(const QString& key, Player player, const QVariantMap& userInfo)
-{
-    if (player == Player::appleMusic) {
-        _elapsed = 0;
-        beginTrack(key, player);
-        _platform.runLoop.after(artworkDelay, this, [this] { fetchAppleMusicArtwork(); });
+    publish(next);
+    const QString artworkUrl = text(userInfo, QStringLiteral("Artwork URL"), QString());
+    followArtworkOwner(player == Player::appleMusic ? _platform.workspace.artworkAddress(BundleId::music)
+                                                    : artworkUrl);
+    if (!isNewTrack) {
         return;
     }
-    _elapsed = number(userInfo, QStringLiteral("Playback Position"), 0);
     beginTrack(key, player);
-    fetchSpotifyArtwork(text(userInfo, QStringLiteral("Artwork URL"), QString()));
+    if (player == Player::appleMusic) {
+        _platform.runLoop.after(artworkDelay, this, [this] { fetchAppleMusicArtwork(); });
+    } else {
+        fetchSpotifyArtwork(artworkUrl);
+    }
 }

@@ -53,7 +53,7 @@ void NowPlayingService::subscribe()
     };
     connect(&_platform.workspace, &Workspace::applicationLaunched, this, refreshForPlayer);
     connect(&_platform.workspace, &Workspace::applicationTerminated, this, refreshForPlayer);
-    connect(&_platform.workspace, &Workspace::playbackJumped, this, refreshForPlayer);
+    connect(&_platform.workspace, &Workspace::playerOutdated, this, refreshForPlayer);
 
     _platform.notifications.observe(AudioSourceManager::audioSourceChanged, this,
                                     [this](const QVariantMap&) { refreshLater(); });
@@ -87,10 +87,48 @@ QString NowPlayingService::timeRemainingText() const
         .arg(remaining % secondsAMinute, 2, 10, QLatin1Char('0'));
 }
 
-void NowPlayingService::setActivePlayer(Player player)
+NowPlayingService::Showing NowPlayingService::showing() const
 {
-    const bool isSpotifyNow = player == Player::spotify && _activePlayer != Player::spotify;
-    _activePlayer = player;
+    return {.title = _title,
+            .artist = _artist,
+            .album = _album,
+            .duration = _duration,
+            .elapsed = _elapsed,
+            .isPlaying = _isPlaying,
+            .activePlayer = _activePlayer};
+}
+
+/// All values are there before the first of them is told, so that nobody ever sees half a track. What has its
+/// value already keeps still, so that nothing is drawn anew.
+void NowPlayingService::publish(const Showing& next)
+{
+    const bool isSpotifyNow = next.activePlayer == Player::spotify && _activePlayer != Player::spotify;
+    const auto write = [](auto& property, const auto& value) {
+        const bool isChanged = property.valueBypassingBindings() != value;
+        property.setValueBypassingBindings(value);
+        return isChanged;
+    };
+    const bool isTitle = write(_title, next.title);
+    const bool isArtist = write(_artist, next.artist);
+    const bool isAlbum = write(_album, next.album);
+    const bool isDuration = write(_duration, next.duration);
+    const bool isElapsed = write(_elapsed, next.elapsed);
+    const bool isPlaying = write(_isPlaying, next.isPlaying);
+    const bool isActivePlayer = write(_activePlayer, next.activePlayer);
+    const auto tell = [](bool isChanged, auto& property) {
+        if (isChanged) {
+            property.notify();
+        }
+    };
+    Qt::beginPropertyUpdateGroup();
+    tell(isActivePlayer, _activePlayer);
+    tell(isTitle, _title);
+    tell(isArtist, _artist);
+    tell(isAlbum, _album);
+    tell(isDuration, _duration);
+    tell(isElapsed, _elapsed);
+    tell(isPlaying, _isPlaying);
+    Qt::endPropertyUpdateGroup();
     if (isSpotifyNow && _neighbours.refreshSpotifyQueue) {
         _neighbours.refreshSpotifyQueue();
     }
@@ -128,32 +166,18 @@ bool NowPlayingService::isEnabledSource(Player player) const
 
 void NowPlayingService::clearState()
 {
-    setActivePlayer(Player::none);
-    _title = QStringLiteral("Not Playing");
-    _artist = QString();
-    _album = QString();
-    setArtwork({});
-    _duration = 0;
-    _elapsed = 0;
-    _isPlaying = false;
     _lastTrackKey.clear();
-    _currentArtworkSource.clear();
+    publish({.title = QStringLiteral("Not Playing")});
+    clearArtwork();
 }
 
-/// Every field keeps still when it has its value already, so that entering again redraws nothing.
-void NowPlayingService::showSystemAudioState()
+void NowPlayingService::showSystemAudioState(bool isPlaying)
 {
-    setActivePlayer(Player::systemAudio);
-    _title = QStringLiteral("System Audio");
-    _artist = QString();
-    _album = QString();
-    if (!artwork().isNull()) {
-        setArtwork({});
-    }
-    _duration = 0;
-    _elapsed = 0;
     _lastTrackKey.clear();
-    _currentArtworkSource.clear();
+    publish({.title = QStringLiteral("System Audio"),
+             .isPlaying = isPlaying,
+             .activePlayer = Player::systemAudio});
+    clearArtwork();
 }
 
 void NowPlayingService::refreshLater(double seconds)

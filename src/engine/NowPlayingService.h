@@ -37,6 +37,7 @@ class NowPlayingService : public QObject
     Q_PROPERTY(QString artist READ artist NOTIFY artistChanged BINDABLE bindableArtist)
     Q_PROPERTY(QString album READ album NOTIFY albumChanged BINDABLE bindableAlbum)
     Q_PROPERTY(QImage artwork READ artwork NOTIFY artworkChanged BINDABLE bindableArtwork)
+    Q_PROPERTY(QImage shownArtwork READ shownArtwork NOTIFY shownArtworkChanged BINDABLE bindableShownArtwork)
     Q_PROPERTY(double duration READ duration NOTIFY durationChanged BINDABLE bindableDuration)
     Q_PROPERTY(double elapsed READ elapsed NOTIFY elapsedChanged BINDABLE bindableElapsed)
     Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged BINDABLE bindableIsPlaying)
@@ -65,8 +66,11 @@ public:
     QString title() const { return _title; }
     QString artist() const { return _artist; }
     QString album() const { return _album; }
-    /// Null when there is none.
+    /// The cover that was found last. Null when there is none.
     QImage artwork() const { return _artwork; }
+    /// The cover of this track, for all that shows it; while it is looked up, two seconds at most, still the
+    /// one before. Null when there is none.
+    QImage shownArtwork() const { return _shownArtwork; }
     /// Seconds; 0 when unknown.
     double duration() const { return _duration; }
     /// Seconds from the start of the track.
@@ -83,6 +87,7 @@ public:
     QBindable<QString> bindableArtist() const { return &_artist; }
     QBindable<QString> bindableAlbum() const { return &_album; }
     QBindable<QImage> bindableArtwork() const { return &_artwork; }
+    QBindable<QImage> bindableShownArtwork() const { return &_shownArtwork; }
     QBindable<double> bindableDuration() const { return &_duration; }
     QBindable<double> bindableElapsed() const { return &_elapsed; }
     QBindable<bool> bindableIsPlaying() const { return &_isPlaying; }
@@ -147,6 +152,7 @@ Q_SIGNALS:
     void artistChanged();
     void albumChanged();
     void artworkChanged();
+    void shownArtworkChanged();
     void durationChanged();
     void elapsedChanged();
     void isPlayingChanged();
@@ -157,16 +163,39 @@ private:
     enum class Direction { next, previous };
     using ArtworkLoad = std::function<QImage(const std::stop_token&)>;
 
+    /// What is published together.
+    struct Showing {
+        QString title;
+        QString artist = {};
+        QString album = {};
+        double duration = 0; ///< seconds
+        double elapsed = 0;  ///< seconds
+        bool isPlaying = false;
+        Player activePlayer = Player::none;
+    };
+
+    /// What a cover belongs to.
+    struct ArtworkOwner {
+        Player player = Player::none;
+        QString title;
+        QString artist;
+        QString album;
+        QString address; ///< of the cover, as the player tells it; empty when it does not
+
+        friend bool operator==(const ArtworkOwner&, const ArtworkOwner&) = default;
+    };
+
     // NowPlayingService.cpp
     void subscribe();
     void tick();
-    void setActivePlayer(Player player);
+    Showing showing() const;
+    void publish(const Showing& next);
     std::optional<QString> runScript(const QString& source);
     bool isRunning(Player player) const;
     bool isEnabledSource(Player player) const;
     bool isEnabledAndRunning(Player player) const;
     void clearState();
-    void showSystemAudioState();
+    void showSystemAudioState(bool isPlaying);
     void refreshLater(double seconds = 0);
 
     // Refresh.cpp
@@ -179,10 +208,11 @@ private:
 
     // NotifiedState.cpp
     void handlePlayerNotification(Player player, const QVariantMap& userInfo);
-    void beginNotifiedTrack(const QString& key, Player player, const QVariantMap& userInfo);
 
     // Artwork.cpp
-    void setArtwork(const QImage& artwork);
+    void clearArtwork();
+    void followArtworkOwner(const QString& address);
+    void updateShownArtwork();
     void fetchAppleMusicArtwork();
     void fetchSpotifyArtwork(const QString& url);
     void fetchArtwork(const QString& source, ArtworkLoad load, std::function<bool()> isWanted);
@@ -216,6 +246,8 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, QString, _artist, &NowPlayingService::artistChanged)
     Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, QString, _album, &NowPlayingService::albumChanged)
     Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, QImage, _artwork, &NowPlayingService::artworkChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, QImage, _shownArtwork,
+                               &NowPlayingService::shownArtworkChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, double, _duration, 0,
                                          &NowPlayingService::durationChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, double, _elapsed, 0,
@@ -231,9 +263,15 @@ private:
     std::unique_ptr<RunLoop::Timer> _sleepTimer;
     std::unique_ptr<RunLoop::Timer> _timer;
     qint64 _tickCount = 0;
-    QString _lastTrackKey;           ///< identity of the last track adopted from a player
-    QString _currentArtworkSource;   ///< identity of the artwork on show; empty when none was fetched
+    QString _lastTrackKey;         ///< identity of the last track adopted from a player
+    QString _currentArtworkSource; ///< identity of the artwork on show; empty when none was fetched
+    QString
+        _wantedArtworkSource; ///< the same of the one that the track on show should have; empty if unknown
     QString _requestedArtworkSource; ///< the same of the one asked for last, until it has come or failed
+    ArtworkOwner _artworkOwner;      ///< what the artwork was found for
+    ArtworkOwner _trackOnShow;
+    bool _isArtworkAwaited = false; ///< the cover of the track before may stay
+    int _artworkRound = 0;
     int _systemAudioSilenceTicks = 0;
     int _systemAudioActivityTicks = 0;
     bool _systemAudioUserPaused = false;

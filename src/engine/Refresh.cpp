@@ -3,7 +3,9 @@
 #include "base/Decimal.h"
 #include "engine/NowPlayingService.h"
 #include "engine/PlayerScripts.h"
+#include "platform/BundleId.h"
 #include "platform/Platform.h"
+#include "platform/Workspace.h"
 #include "prefs/RecentlyPlayedManager.h"
 
 void NowPlayingService::refresh()
@@ -72,13 +74,15 @@ bool NowPlayingService::pollPlayer(Player player, bool playingOnly)
 
 void NowPlayingService::adopt(Player player, const PlayerStatus& status)
 {
-    setActivePlayer(player);
-    _title = status.title;
-    _artist = status.artist;
-    _album = status.album;
-    _duration = status.duration;
-    _elapsed = status.position;
-    _isPlaying = status.isPlaying;
+    publish({.title = status.title,
+             .artist = status.artist,
+             .album = status.album,
+             .duration = status.duration,
+             .elapsed = status.position,
+             .isPlaying = status.isPlaying,
+             .activePlayer = player});
+    followArtworkOwner(player == Player::appleMusic ? _platform.workspace.artworkAddress(BundleId::music)
+                                                    : status.artworkUrl.value_or(QString()));
     if (const QString key = trackKey(_title, _artist); key != _lastTrackKey) {
         beginTrack(key, player);
     }

@@ -22,16 +22,14 @@ void NowPlayingService::enterSystemAudioMode()
     dlog(QStringLiteral("enterSysAudio: prevActive=%1 fresh=%2 bridgeEnabled=%3 bridgeLive=%4")
              .arg(playerName(_activePlayer), boolText(isFresh), boolText(_audio.isEnabled()),
                   boolText(_audio.isLive())));
-    showSystemAudioState();
+    // Without levels it is taken to play until they say otherwise.
+    showSystemAudioState(_isPlaying || (isFresh && !_audio.isLive()));
     if (!isFresh) {
         return;
     }
     _systemAudioSilenceTicks = 0;
     _systemAudioActivityTicks = 0;
     _systemAudioUserPaused = false;
-    if (!_audio.isLive()) {
-        _isPlaying = true; // until levels say otherwise
-    }
     if (_audio.isEnabled()) {
         _audio.start();
     } else {

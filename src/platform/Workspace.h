@@ -44,6 +44,8 @@ Q_SIGNALS:
     void applicationLaunched(const QString& bundleId);
     void applicationTerminated(const QString& bundleId);
 
-    /// A player jumped within its track by itself, as when the user seeks in the player's own window.
-    void playbackJumped(const QString& bundleId);
+    /// There is more to read of a player than its notifications tell: it jumped within its track, as when the
+    /// user seeks in the player's own window, it has stopped, another one has taken its role, its cover has
+    /// come, or it plays another track of the same name.
+    void playerOutdated(const QString& bundleId);
 };

@@ -11,7 +11,8 @@ namespace {
 /// silent.
 MediaPlayer player(const QString& text)
 {
-    static const QRegularExpression form(QStringLiteral("^([a-z0-9._-]+)([MS]*)([?]?)(?:([<>])([0-9]+))?$"));
+    static const QRegularExpression form(
+        QStringLiteral("^([a-zA-Z0-9._-]*[a-z0-9._-])([MS]*)([?]?)(?:([<>])([0-9]+))?$"));
     const auto match = form.match(text);
     MediaPlayer player{.id = match.captured(1), .names = {match.captured(1)}};
     player.isReachable = match.captured(3).isEmpty();
@@ -69,6 +70,8 @@ void PlayerChoiceTest::castsRoles_data()
     row("instances", "vlc.instance123<1 mpv.instance-42<2", "", 1, -1);
     row("browsers and proxies are none",
         "firefox.instance_1_22>9 chromium.instance7>8 playerctld>9 plasma-browser-integration>9", "", -1, -1);
+    row("a browser by its identifier, a phone", "org.gnome.Epiphany.instance7>9 kdeconnect.mpris_000001>9",
+        "", -1, -1);
     row("both roles", "spotify>9 mpv<1", "", 1, 0);
     row("the first of equals", "mpv<5 vlc<5", "", 0, -1);
     row("unless another has the role", "mpv<5 vlcM<5", "", 1, -1);
@@ -106,6 +109,7 @@ void PlayerChoiceTest::addressesMediaKeys_data()
     row("what sounds before what was addressed", "chromium<5 firefox>7", "chromium", "firefox");
     row("nobody was addressed", "chromium<5 firefox<7", "", "firefox");
     row("never the proxy", "playerctld>9 chromium>5 mpvM<3", "", "chromium");
+    row("never a phone", "kdeconnect.mpris_000001>9 chromium>5", "", "chromium");
     row("players in a role rest", "mpvM<9 spotifyS<9", "", "");
     row("one in a role that was addressed", "mpvM<9", "mpv", "mpv");
     row("one that never played", "chromium", "", "");

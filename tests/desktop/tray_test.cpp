@@ -1,3 +1,4 @@
+#include "linux/settings/PlistUserDefaults.h"
 #include "support/Command.h"
 #include "support/LoopbackServices.h"
 #include "support/MprisStandIn.h"
@@ -88,8 +89,9 @@ void TrayTest::tellsWhatPlays()
                                                             QString::fromLatin1(title),
                                                             QString::fromLatin1(artist), QString(), 9));
     };
-    MprisStandIn player(u"standin"_s);
-    player.set(song("Rock & Roll", "Band"));
+    PlistUserDefaults(PlistUserDefaults::defaultPath()).setObject(u"pellar.linux.musicPlayer"_s, u"chosen"_s);
+    MprisStandIn other(u"standin"_s);
+    other.set(song("Rock & Roll", "Band"));
     QProcess program;
     const auto end = qScopeGuard([&program] {
         program.terminate();
@@ -97,6 +99,9 @@ void TrayTest::tellsWhatPlays()
     });
     program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
     QTRY_VERIFY(!tray.item.isEmpty());
+    QTRY_VERIFY(tray.toolTip().contains(u"string \"Not Playing — waiting for chosen\""));
+    MprisStandIn player(u"chosen"_s);
+    player.change(song("Rock & Roll", "Band"));
     QTRY_VERIFY(tray.toolTip().contains(u"string \"Rock & Roll — Band\""));
     const QString before = tray.menu();
     QVERIFY(before.contains(u"& Roll\"")); // the ampersand is a mnemonic's to Qt

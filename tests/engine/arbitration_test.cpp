@@ -242,7 +242,7 @@ void ArbitrationTest::refreshesWhenTold()
     };
     QCOMPARE(questions([&] { Q_EMIT workspace.applicationLaunched(BundleId::music); }), 1);
     QCOMPARE(questions([&] { Q_EMIT workspace.applicationTerminated(BundleId::spotify); }), 1);
-    QCOMPARE(questions([&] { Q_EMIT workspace.playbackJumped(BundleId::music); }), 1);
+    QCOMPARE(questions([&] { Q_EMIT workspace.playerOutdated(BundleId::music); }), 1);
     QCOMPARE(questions([&] { engine.manager->toggle(AudioSource::spotify); }), 1);
     QCOMPARE(questions([&] { Q_EMIT workspace.applicationLaunched(u"org.example.editor"_s); }), 0);
 }

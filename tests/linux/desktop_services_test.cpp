@@ -130,7 +130,7 @@ void DesktopServicesTest::bothNamesAtOnce()
     }
     const PowerProfiles power(QDBusConnection::sessionBus());
     const QSignalSpy changes(&power, &PowerState::changed);
-    QTRY_COMPARE(today.questions + older.questions, 2);
+    QTRY_COMPARE(today.asked.size() + older.asked.size(), 2);
     QTRY_VERIFY(power.isLowPowerModeEnabled());
     // One name after the other, on and off: only the answer as a whole counts.
     today.change(balanced);

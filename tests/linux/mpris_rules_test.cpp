@@ -72,7 +72,10 @@ void MprisRulesTest::reckonsPosition()
     QVERIFY(!clock.observe(11.5, {200}));
     QVERIFY(clock.observe(3, {201}));
     QCOMPARE(clock.at({202}), 5.0);
+    QVERIFY(clock.observe(300, {202}));
+    QVERIFY(!clock.observe(400, {202})); // behind the end it is at the end
     clock.restart({202});
+    QVERIFY(!clock.observe(15, {202.9})); // an answer from before
     QCOMPARE(clock.at({203}), 2.0);
     clock.jump(-4, {203});
     clock.setRunning(false, {203});

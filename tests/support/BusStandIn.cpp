@@ -2,6 +2,7 @@
 
 #include <QDBusMessage>
 #include <QDBusVariant>
+#include <QScopeGuard>
 
 namespace {
 
@@ -41,6 +42,12 @@ void BusStandIn::emitSignal(const QString& interface, const QString& member, con
     _bus.send(signal);
 }
 
+void BusStandIn::lie(const QVariantMap& values, int milliseconds)
+{
+    _lies = values;
+    _end.setRemainingTime(milliseconds);
+}
+
 QString BusStandIn::introspect(const QString& /*path*/) const
 {
     return {};
@@ -54,12 +61,18 @@ bool BusStandIn::handleMessage(const QDBusMessage& message, const QDBusConnectio
     const auto failure =
         failures.constFind(failures.contains(message.member()) ? message.member() : QStringLiteral("*"));
     if (failure != failures.constEnd()) {
+        ++failed;
         message.setDelayedReply(true);
         return failure->isEmpty() || bus.send(message.createErrorReply(*failure, QStringLiteral("no")));
     }
     if (message.interface() == propertiesInterface) {
-        ++questions;
+        asked << message.arguments().value(1).toString();
         const QVariant value = answer(message);
+        const auto told = qScopeGuard([this] {
+            if (onQuestion) {
+                onQuestion();
+            }
+        });
         return bus.send(value.isValid()
                             ? message.createReply(value)
                             : message.createErrorReply(QDBusError::UnknownProperty, QStringLiteral("no")));
@@ -76,9 +89,13 @@ std::optional<QVariantList> BusStandIn::perform(const QDBusMessage& /*call*/)
 
 QVariant BusStandIn::answer(const QDBusMessage& question) const
 {
-    if (question.member() == QStringLiteral("GetAll")) {
-        return _properties;
+    QVariantMap values = _properties;
+    if (!_end.hasExpired()) {
+        values.insert(_lies);
     }
-    const QVariant value = _properties.value(question.arguments().value(1).toString());
+    if (question.member() == QStringLiteral("GetAll")) {
+        return values;
+    }
+    const QVariant value = values.value(question.arguments().value(1).toString());
     return value.isValid() ? QVariant::fromValue(QDBusVariant(value)) : QVariant();
 }

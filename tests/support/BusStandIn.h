@@ -2,8 +2,10 @@
 
 #include <QDBusConnection>
 #include <QDBusVirtualObject>
+#include <QDeadlineTimer>
 #include <QVariantMap>
 
+#include <functional>
 #include <optional>
 
 /// A service of a test's own: one object on a connection of its own, with properties and signals, that has
@@ -34,7 +36,12 @@ public:
     /// What goes wrong, by the method's name or "*": the name of the error, or nothing for no answer at all.
     QMap<QString, QString> failures;
 
-    int questions = 0; ///< for properties
+    /// For this long questions are answered with these values, whatever is true.
+    void lie(const QVariantMap& values, int milliseconds);
+
+    QStringList asked; ///< for properties, the names of those that were told, "" for all of them
+    int failed = 0;    ///< calls that went wrong
+    std::function<void()> onQuestion; ///< called after each
 
     QString introspect(const QString& path) const override;
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override;
@@ -49,4 +56,6 @@ private:
     QString _path;
     QDBusConnection _bus;
     QVariantMap _properties;
+    QVariantMap _lies;
+    QDeadlineTimer _end; ///< of the lies
 };

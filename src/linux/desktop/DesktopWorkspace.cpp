@@ -24,8 +24,8 @@ DesktopWorkspace::DesktopWorkspace(PlayerRoster& roster) : _roster(roster)
             [this](PlayerRole role) { Q_EMIT applicationLaunched(bundleId(role)); });
     connect(&_roster, &PlayerRoster::vanished, this,
             [this](PlayerRole role) { Q_EMIT applicationTerminated(bundleId(role)); });
-    connect(&_roster, &PlayerRoster::jumped, this,
-            [this](PlayerRole role) { Q_EMIT playbackJumped(bundleId(role)); });
+    connect(&_roster, &PlayerRoster::outdated, this,
+            [this](PlayerRole role) { Q_EMIT playerOutdated(bundleId(role)); });
 }
 
 bool DesktopWorkspace::isRunning(const QString& bundleId) const

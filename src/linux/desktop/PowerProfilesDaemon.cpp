@@ -8,7 +8,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(powerLog, "com.orvalen.pellar.power")
+Q_LOGGING_CATEGORY(powerLog, "com.orvalen.pellar.power", QtWarningMsg)
 
 const QString profileProperty = QStringLiteral("ActiveProfile");
 

@@ -184,6 +184,7 @@ MprisPlayer& MprisApplication::player() const
         throw ScriptError{ScriptError::notRunning, QStringLiteral("The player is not running.")};
     }
     if (player->isRefused()) {
+        player->synchronise(); // it may be permitted by now
         throw ScriptError{ScriptError::notPermitted, QStringLiteral("The player may not be automated.")};
     }
     if (!player->isReady()) {

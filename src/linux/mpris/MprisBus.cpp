@@ -122,8 +122,14 @@ void MprisBus::propertiesChanged(const QDBusMessage& signal)
         return;
     }
     const QString interface = arguments[0].toString();
+    const bool isOfRoot = interface == QStringLiteral("org.mpris.MediaPlayer2");
+    if (isOfRoot || interface == trackListInterface) {
+        player->showedLife();
+    }
     if (interface == trackListInterface) {
         player->trackList().changed();
+    } else if (isOfRoot) {
+        player->trackList().learn();
     } else if (interface == QStringLiteral("org.mpris.MediaPlayer2.Player")) {
         player->propertiesChanged(DBusValue::dictionary(arguments[1]).value_or(QVariantMap()),
                                   arguments[2].toStringList());
@@ -133,6 +139,7 @@ void MprisBus::propertiesChanged(const QDBusMessage& signal)
 void MprisBus::trackListChanged(const QDBusMessage& signal)
 {
     if (MprisPlayer* const player = withUniqueName(signal.service())) {
+        player->showedLife();
         player->trackList().changed();
     }
 }
@@ -169,7 +176,9 @@ void MprisBus::addName(const QString& name, const QString& owner)
     if (!player->suffixes.contains(suffix)) {
         player->suffixes.append(suffix);
     }
-    if (isNew) {
+    if (!isNew) {
+        player->showedLife();
+    } else {
         Q_EMIT playerAdded(player);
     }
 }

@@ -3,6 +3,7 @@
 #include "base/RunLoop.h"
 #include "linux/dbus/DBusValue.h"
 #include "linux/dbus/WhenAnswered.h"
+#include "linux/mpris/PlayerChange.h"
 
 #include <QLoggingCategory>
 #include <QRegularExpression>
@@ -16,16 +17,19 @@ Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
 
 const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
+const QString metadataName = QStringLiteral("Metadata");
+const QString statusName = QStringLiteral("PlaybackStatus");
+const QString positionName = QStringLiteral("Position");
 
 constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
+constexpr double answerAge = 1;      // seconds for which an answer is good enough
+constexpr double questionRest = 0.1; // seconds between two questions
+// A timer may fire a little early.
+constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
 
-// How long a burst of signals is given to come to rest, in seconds.
-constexpr double ordinaryRest = 0.01;
-constexpr double incompleteTrackRest = 0.1; // artist and length often follow the title
-constexpr double betweenTracksRest = 0.15;  // players say "Stopped", or show no title, between two tracks
-constexpr double longestRest = 0.3;
+constexpr double longestRest = 0.3; // seconds that a burst of signals is waited for
 
 bool isObjectPath(const QString& text)
 {
@@ -37,18 +41,6 @@ bool isTimeOut(const QDBusError& error)
 {
     return error.type() == QDBusError::NoReply || error.type() == QDBusError::Timeout ||
            error.type() == QDBusError::TimedOut;
-}
-
-double restOf(const MprisPlayer::State& before, const MprisPlayer::State& after)
-{
-    using Status = MprisPlayer::Status;
-    const bool isBetweenTracks =
-        before.status == Status::playing && (after.status == Status::stopped || after.track.isBlank());
-    if (isBetweenTracks || (after.status == Status::playing && after.track.isBlank())) {
-        return betweenTracksRest;
-    }
-    const bool isOtherTrack = before.track.id != after.track.id || before.track.title != after.track.title;
-    return isOtherTrack && !after.track.isComplete() ? incompleteTrackRest : ordinaryRest;
 }
 
 } // namespace
@@ -66,7 +58,7 @@ MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop
          std::initializer_list<QDBusAbstractInterface*>{&_root, &_player, &_properties}) {
         proxy->setTimeout(timeLimitMilliseconds);
     }
-    fetchAll();
+    ask();
 }
 
 double MprisPlayer::position() const
@@ -81,10 +73,11 @@ Uptime MprisPlayer::lastPlayed() const
 
 void MprisPlayer::synchronise()
 {
-    if (_isReady) {
-        fetchPosition();
-    } else if (!_isFetchingAll) {
-        fetchAll();
+    const double age = _runLoop.uptime() - _answered;
+    if (age > answerAge) {
+        ask();
+    } else {
+        askLater(answerAge - age);
     }
 }
 
@@ -104,7 +97,7 @@ void MprisPlayer::setPosition(double seconds)
         command("Seek", _player.Seek(microseconds(target - position())));
     }
     _clock.jump(target, _runLoop.uptime());
-    fetchPosition();
+    askLater(catchingUp);
 }
 
 void MprisPlayer::raise()
@@ -112,81 +105,159 @@ void MprisPlayer::raise()
     command("Raise", _root.Raise());
 }
 
-void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringList& invalidated)
+void MprisPlayer::showedLife()
 {
     heard();
-    apply(changed);
-    if (!invalidated.isEmpty() && !_isFetchingAll) {
-        fetchAll();
+    if (!_isReady || _isRefused) {
+        _backoff.reset();
+        ask();
+    }
+}
+
+void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringList& invalidated)
+{
+    showedLife();
+    for (const QString& name : {metadataName, statusName}) {
+        if (changed.contains(name)) {
+            _announced[name] = _runLoop.uptime();
+        } else if (invalidated.contains(name)) {
+            _announced.remove(name);
+        }
+    }
+    const State before = _latest;
+    apply(changed, true);
+    // Where it is tells where it has come to rest, and whether a cover of another name is that of another
+    // track.
+    const bool isPositionWanted =
+        _latest.status != before.status ||
+        (!before.track.artworkUrl.isEmpty() && _latest.track.artworkUrl != before.track.artworkUrl);
+    if (!invalidated.isEmpty() || isPositionWanted) {
+        ask();
     }
 }
 
 void MprisPlayer::seeked(qlonglong microseconds)
 {
-    heard();
+    showedLife();
     const double seconds = static_cast<double>(microseconds) / microsecondsASecond;
     const bool isNews = std::abs(seconds - position()) > announcedJump;
     _clock.jump(seconds, _runLoop.uptime());
+    askLater(catchingUp);
     if (isNews && _isReady) {
-        Q_EMIT jumped();
+        Q_EMIT outdated();
     }
 }
 
-void MprisPlayer::fetchAll()
+/// Everything at once: players correct the length of a track, too, without a word.
+void MprisPlayer::ask()
 {
-    _isFetchingAll = true;
-    listen(_properties.GetAll(playerInterface), [this](const QDBusPendingReply<QVariantMap>& reply) {
-        _isFetchingAll = false;
-        _isRefused = reply.isError() && reply.error().type() == QDBusError::AccessDenied;
-        if (!reply.isValid()) {
-            return;
+    const Uptime now = _runLoop.uptime();
+    if (_isAsking) {
+        _isAskWanted = true;
+        return;
+    }
+    if (now - _asked < questionRest) {
+        if (!std::exchange(_isResting, true)) {
+            _runLoop.after(questionRest, this, [this] {
+                _isResting = false;
+                ask();
+            });
         }
-        apply(reply.value());
-        if (!_isReady) {
-            settle();
-            _isReady = true;
-            Q_EMIT becameReady();
+        return;
+    }
+    _isAsking = true;
+    _isAskWanted = false;
+    _asked = now;
+    listen(_properties.GetAll(playerInterface), [this](const QDBusPendingReply<QVariantMap>& answer) {
+        _isAsking = false;
+        _answered = _runLoop.uptime();
+        take(answer);
+        if (_isAskWanted) {
+            ask();
         }
     });
 }
 
-void MprisPlayer::fetchPosition()
+/// At the latest of the times for which it was called: an answer before that may come too early.
+void MprisPlayer::askLater(double seconds)
 {
-    if (_isFetchingPosition) {
-        _isPositionWanted = true; // what is on its way may be out of date
+    const Uptime due = _runLoop.uptime() + seconds;
+    if (due <= _askDue) {
         return;
     }
-    _isFetchingPosition = true;
-    _isPositionWanted = false;
-    listen(_properties.Get(playerInterface, QStringLiteral("Position")),
-           [this](const QDBusPendingReply<QDBusVariant>& reply) {
-               _isFetchingPosition = false;
-               if (!reply.isValid()) {
-                   return;
-               }
-               apply({{QStringLiteral("Position"), reply.value().variant()}});
-               if (_isPositionWanted) {
-                   fetchPosition();
-               }
-           });
+    _askDue = due;
+    _runLoop.after(seconds, this, [this, due] {
+        if (due == _askDue) {
+            _askDue = Uptime::distantPast();
+            ask();
+        }
+    });
 }
 
-void MprisPlayer::apply(const QVariantMap& properties)
+/// A player may take its name before it can answer, or be permitted later.
+void MprisPlayer::askAgain()
 {
-    for (const auto& [name, value] : properties.asKeyValueRange()) {
-        if (name == QStringLiteral("Metadata")) {
-            applyMetadata(value);
-        } else if (name == QStringLiteral("PlaybackStatus")) {
-            applyStatus(value.toString());
-        } else if (name == QStringLiteral("Rate")) {
-            _clock.setRate(value.toDouble(), _runLoop.uptime());
+    if (const auto delay = _backoff.next()) {
+        _runLoop.after(*delay, this, [this, round = ++_retryRound] {
+            if (round == _retryRound) {
+                ask();
+            }
+        });
+    }
+}
+
+void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
+{
+    const bool wasRefused = _isRefused;
+    _isRefused = answer.isError() && answer.error().type() == QDBusError::AccessDenied;
+    if (!answer.isValid()) {
+        if (!_isReady || _isRefused) {
+            askAgain();
+        }
+        return;
+    }
+    _backoff.reset();
+    ++_retryRound;
+    // What the player has announced holds for a while: its answers may still be from before.
+    QVariantMap properties = answer.value();
+    for (const auto& [name, time] : _announced.asKeyValueRange()) {
+        if (_isReady && _runLoop.uptime() - time < PositionClock::catchingUp) {
+            properties.remove(name);
         }
     }
-    // Last: a new track in the same message starts the clock anew.
+    apply(properties, false);
+    if (!_isReady || wasRefused) {
+        settle();
+        _isReady = true;
+        _trackList.learn();
+        Q_EMIT becameReady();
+    }
+}
+
+void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
+{
+    const Uptime now = _runLoop.uptime();
+    const State before = _latest;
+    if (properties.contains(metadataName)) {
+        applyMetadata(properties[metadataName]);
+    }
+    if (properties.contains(statusName)) {
+        applyStatus(properties[statusName].toString());
+    }
+    _clock.setRate(properties.value(QStringLiteral("Rate")).toDouble(), now);
+    const bool isOtherTrack = _isReady && PlayerChange{before, _latest}.isOtherTrack();
+    if (isOtherTrack) {
+        _clock.restart(now);
+    }
     bool isNumber = false;
-    const double microseconds = properties.value(QStringLiteral("Position")).toDouble(&isNumber);
-    if (isNumber && _clock.observe(microseconds / microsecondsASecond, _runLoop.uptime()) && _isReady) {
-        Q_EMIT jumped();
+    const double seconds = properties.value(positionName).toDouble(&isNumber) / microsecondsASecond;
+    if (isNumber && isOtherTrack && isAnnounced) {
+        _clock.jump(seconds, now);
+    } else if (isNumber && _clock.observe(seconds, now) && _isReady) {
+        Q_EMIT outdated();
+    }
+    if (_isReady && before.track != _latest.track) {
+        askLater(catchingUp); // a length may be corrected, and where it is is certain by then
     }
     scheduleSettling();
 }
@@ -197,38 +268,30 @@ void MprisPlayer::applyStatus(const QString& text)
                                                 {QStringLiteral("Paused"), Status::paused},
                                                 {QStringLiteral("Stopped"), Status::stopped}};
     if (!known.contains(text)) {
-        qCWarning(log, "%ls has the unknown playback status \"%ls\"", qUtf16Printable(suffixes.join(u' ')),
-                  qUtf16Printable(text));
+        complain(QStringLiteral("the unknown playback status \"%1\"").arg(text));
         return;
     }
-    const Status status = known[text];
-    if (status == _latest.status) {
-        return;
-    }
-    _latest.status = status;
+    _latest.status = known[text];
     updateClock();
-    fetchPosition();
 }
 
 void MprisPlayer::applyMetadata(const QVariant& metadata)
 {
     const auto dictionary = DBusValue::dictionary(metadata);
     if (!dictionary) {
-        qCWarning(log, "%ls has metadata of the type %s", qUtf16Printable(suffixes.join(u' ')),
-                  metadata.typeName());
+        complain(QStringLiteral("metadata of the type %1").arg(QLatin1String(metadata.typeName())));
         return;
     }
-    const MprisTrack track = MprisTrack::fromMetadata(*dictionary);
-    const bool isOtherTrack = track.id != _latest.track.id || track.title != _latest.track.title;
-    _latest.track = track;
-    _clock.setLength(track.length);
-    if (!isOtherTrack || !_isReady) {
-        return;
+    _latest.track = MprisTrack::fromMetadata(*dictionary);
+    _clock.setLength(_latest.track.length);
+}
+
+/// Once, however often it comes.
+void MprisPlayer::complain(const QString& complaint)
+{
+    if (complaint != std::exchange(_complaint, complaint)) {
+        qCWarning(log, "%ls has %ls", qUtf16Printable(suffixes.join(u' ')), qUtf16Printable(complaint));
     }
-    _clock.restart(_runLoop.uptime());
-    fetchPosition();
-    // Some players still answer with the old track's position at first.
-    _runLoop.after(1, this, [this] { fetchPosition(); });
 }
 
 void MprisPlayer::command(const char* name, const QDBusPendingReply<>& call)
@@ -260,12 +323,11 @@ void MprisPlayer::listen(const QDBusPendingReply<Values...>& call, Answer answer
 void MprisPlayer::heard()
 {
     _lastHeard = _runLoop.uptime();
-    if (!_isSilent) {
-        return;
+    if (_isSilent) {
+        _isSilent = false;
+        updateClock();
+        ask();
     }
-    _isSilent = false;
-    updateClock();
-    fetchPosition();
 }
 
 /// A player that has stopped answering has most likely stopped sounding, too.
@@ -284,7 +346,8 @@ void MprisPlayer::scheduleSettling()
         _isSettling = true;
         _settlingSince = now;
     }
-    const double rest = std::min(restOf(_published, _latest), longestRest - (now - _settlingSince));
+    const double rest =
+        std::min(PlayerChange{_published, _latest}.rest(), longestRest - (now - _settlingSince));
     const int round = ++_settlingRound;
     _runLoop.after(std::max(0.0, rest), this, [this, round] {
         if (round == _settlingRound) {
@@ -301,13 +364,16 @@ void MprisPlayer::settle()
     }
     const Uptime now = _runLoop.uptime();
     const bool wasPlaying = isPlaying();
-    _published = _latest;
+    const State before = std::exchange(_published, _latest);
     if (isPlaying() && !wasPlaying) {
         _playingSince = now;
     } else if (wasPlaying && !isPlaying()) {
         _lastPlayed = now;
     }
-    if (_isReady) {
+    if (_isReady && PlayerChange{before, _published}.isNews()) {
         Q_EMIT changed();
+    }
+    if (_isReady && PlayerChange{before, _published}.isMoreThanNews()) {
+        Q_EMIT outdated();
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Uptime.h"
+#include "linux/mpris/Backoff.h"
 #include "linux/mpris/MprisTrack.h"
 #include "linux/mpris/MprisTrackList.h"
 #include "linux/mpris/PositionClock.h"
@@ -56,8 +57,8 @@ public:
     /// Whether the bus forbids us to talk to it.
     bool isRefused() const { return _isRefused; }
 
-    /// Asks where the player is; once more, if that question is still open. The answer corrects the
-    /// reckoning.
+    /// Asks the player for all that it tells, soon, if it has answered lately. The answer corrects the
+    /// mirror.
     void synchronise();
 
     void playPause() { command("PlayPause", _player.PlayPause()); }
@@ -79,25 +80,33 @@ public:
     void propertiesChanged(const QVariantMap& changed, const QStringList& invalidated);
     void seeked(qlonglong microseconds);
 
+    /// It has shown up on the bus, by a name of its own or by a signal.
+    void showedLife();
+
 Q_SIGNALS:
+    /// It has told its state for the first time, or for the first time since it refused to.
     void becameReady();
 
-    /// The settled state has changed.
+    /// The settled state has changed by something that is news: another track, or what becomes of it.
     void changed();
 
-    /// The position has moved by more than playing explains.
-    void jumped();
+    /// There is more to read than changed() tells, if that was emitted at all: the position has moved by more
+    /// than playing explains, the player has stopped, the cover has come.
+    void outdated();
 
 private:
-    void fetchAll();
-    void fetchPosition();
-    void apply(const QVariantMap& properties);
+    void ask();
+    void askLater(double seconds);
+    void askAgain();
+    void take(const QDBusPendingReply<QVariantMap>& answer);
+    void apply(const QVariantMap& properties, bool isAnnounced);
     void applyStatus(const QString& text);
     void applyMetadata(const QVariant& metadata);
     void command(const char* name, const QDBusPendingReply<>& call);
     template<typename... Values, typename Answer>
     void listen(const QDBusPendingReply<Values...>& call, Answer answer);
     void heard();
+    void complain(const QString& complaint);
     void updateClock();
     void scheduleSettling();
     void settle();
@@ -117,9 +126,16 @@ private:
     bool _isReady = false;
     bool _isRefused = false;
     bool _isSilent = false;
-    bool _isFetchingAll = false;
-    bool _isFetchingPosition = false;
-    bool _isPositionWanted = false;
+    bool _isAsking = false;
+    bool _isAskWanted = false; ///< what is on its way may be out of date
+    bool _isResting = false;   ///< between two questions
+    Uptime _askDue = Uptime::distantPast();
+    int _retryRound = 0;
+    Uptime _asked = Uptime::distantPast();
+    Uptime _answered = Uptime::distantPast();
+    Backoff _backoff;
+    QMap<QString, Uptime> _announced; ///< when the player told a property by itself
+    QString _complaint;               ///< the last, which is not repeated
     bool _isSettling = false;
     Uptime _settlingSince;
     int _settlingRound = 0;

@@ -3,6 +3,7 @@
 #include "linux/dbus/DBusValue.h"
 
 #include <QDBusObjectPath>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <cmath>
@@ -38,6 +39,14 @@ QString text(const QVariantMap& metadata, const QString& key)
     return parts.join(QStringLiteral(", "));
 }
 
+/// The text with nothing in it that scripts put between two texts, "|||" and "###": a joiner of no width
+/// keeps the marks apart, so that it looks the same. A bar at its end would join those that follow.
+QString separable(QString text)
+{
+    static const QRegularExpression marks(QStringLiteral(R"((\|)(?=\|\||$)|(#)(?=##))"));
+    return text.replace(marks, QStringLiteral("\\1\\2\u2060"));
+}
+
 QString trackId(const QVariantMap& metadata)
 {
     const QVariant value = DBusValue::unwrapped(metadata.value(QStringLiteral("mpris:trackid")));
@@ -63,15 +72,15 @@ MprisTrack MprisTrack::fromMetadata(const QVariantMap& metadata)
 {
     MprisTrack track{
         .id = trackId(metadata),
-        .title = text(metadata, QStringLiteral("xesam:title")),
-        .artist = text(metadata, QStringLiteral("xesam:artist")),
-        .album = text(metadata, QStringLiteral("xesam:album")),
+        .title = separable(text(metadata, QStringLiteral("xesam:title"))),
+        .artist = separable(text(metadata, QStringLiteral("xesam:artist"))),
+        .album = separable(text(metadata, QStringLiteral("xesam:album"))),
         .artworkUrl = text(metadata, QStringLiteral("mpris:artUrl")),
         .length = ::length(metadata),
     };
     if (track.title.isEmpty()) {
         const QUrl url(text(metadata, QStringLiteral("xesam:url")));
-        track.title = url.fileName(QUrl::FullyDecoded);
+        track.title = separable(url.fileName(QUrl::FullyDecoded));
     }
     return track;
 }

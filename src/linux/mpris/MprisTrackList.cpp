@@ -30,12 +30,31 @@ MprisTrackList::MprisTrackList(const QDBusConnection& bus, const QString& unique
     qDBusRegisterMetaType<QList<QVariantMap>>();
     _proxy.setTimeout(timeLimitMilliseconds);
     _properties.setTimeout(timeLimitMilliseconds);
+}
+
+void MprisTrackList::learn()
+{
     whenAnswered(_properties.Get(rootInterface, QStringLiteral("HasTrackList")), this,
                  [this](const QDBusPendingReply<QDBusVariant>& reply) {
-                     if (reply.isValid() && reply.value().variant().toBool()) {
+                     if (!reply.isValid()) {
+                         learnAgain();
+                         return;
+                     }
+                     _backoff.reset();
+                     const bool existed = std::exchange(_exists, reply.value().variant().toBool());
+                     if (_exists && !existed) {
                          fetch();
+                     } else if (!_exists) {
+                         _tracks.clear();
                      }
                  });
+}
+
+void MprisTrackList::learnAgain()
+{
+    if (const auto delay = _backoff.next()) {
+        _runLoop.after(*delay, this, [this] { learn(); });
+    }
 }
 
 bool MprisTrackList::contains(const MprisTrack& track) const
@@ -56,6 +75,7 @@ void MprisTrackList::goTo(const MprisTrack& track)
 
 void MprisTrackList::changed()
 {
+    _backoff.reset();
     if (!std::exchange(_isFetchScheduled, true)) {
         _runLoop.after(burstRest, this, [this] {
             _isFetchScheduled = false;
@@ -66,23 +86,41 @@ void MprisTrackList::changed()
 
 void MprisTrackList::fetch()
 {
-    whenAnswered(
-        _properties.Get(listInterface, QStringLiteral("Tracks")), this,
-        [this, round = ++_round](const QDBusPendingReply<QDBusVariant>& reply) {
-            if (round != _round || !reply.isValid()) {
-                return;
-            }
-            if (const auto paths = DBusValue::list<QList<QDBusObjectPath>>(reply.value().variant(), "ao")) {
-                fetchTracks(*paths);
-            } else {
-                qCWarning(log, "a track list of the type %s is not read", reply.value().variant().typeName());
+    whenAnswered(_properties.Get(listInterface, QStringLiteral("Tracks")), this,
+                 [this, round = ++_round](const QDBusPendingReply<QDBusVariant>& reply) {
+                     if (round != _round) {
+                         return;
+                     }
+                     const QVariant value = reply.isValid() ? reply.value().variant() : QVariant();
+                     if (const auto paths = DBusValue::list<QList<QDBusObjectPath>>(value, "ao")) {
+                         fetchTracks(*paths);
+                     } else {
+                         fetchAgain(reply.isValid() ? QLatin1String(value.typeName())
+                                                    : reply.error().message());
+                     }
+                 });
+}
+
+/// The tracks stay as they were until the player tells better.
+void MprisTrackList::fetchAgain(const QString& failure)
+{
+    const auto delay = _backoff.next();
+    if (delay == Backoff::first) {
+        qCWarning(log, "a track list cannot be read: %ls", qUtf16Printable(failure));
+    }
+    if (delay) {
+        _runLoop.after(*delay, this, [this, round = _round] {
+            if (round == _round) {
+                fetch();
             }
         });
+    }
 }
 
 void MprisTrackList::fetchTracks(QList<QDBusObjectPath> wanted)
 {
     if (wanted.isEmpty()) {
+        _backoff.reset();
         _tracks.clear();
         return;
     }
@@ -96,10 +134,10 @@ void MprisTrackList::fetchTracks(QList<QDBusObjectPath> wanted)
                          return;
                      }
                      if (!reply.isValid()) {
-                         qCWarning(log, "a track list is not told: %ls",
-                                   qUtf16Printable(reply.error().message()));
+                         fetchAgain(reply.error().message());
                          return;
                      }
+                     _backoff.reset();
                      const auto metadata = reply.value();
                      _tracks.clear();
                      for (const QVariantMap& track : metadata.first(std::min(metadata.size(), mostTracks))) {

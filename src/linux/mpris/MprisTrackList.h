@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/mpris/Backoff.h"
 #include "linux/mpris/MprisTrack.h"
 
 #include <MprisTrackListProxy.h>
@@ -29,17 +30,24 @@ public:
     /// Has the player play one of its tracks.
     void goTo(const MprisTrack& track);
 
+    /// Asks whether the player has a track list; if it has come, for the tracks.
+    void learn();
+
     /// What the bus brings: the list, or something in it, is another one. A burst is answered once.
     void changed();
 
 private:
     void fetch();
     void fetchTracks(QList<QDBusObjectPath> wanted);
+    void learnAgain();
+    void fetchAgain(const QString& failure);
 
     RunLoop& _runLoop;
     MprisTrackListProxy _proxy;
     PropertiesProxy _properties;
     QList<MprisTrack> _tracks;
+    Backoff _backoff;
+    bool _exists = false;
     bool _isFetchScheduled = false;
     int _round = 0; ///< answers to earlier questions do not count
 };

@@ -70,10 +70,10 @@ void PlayerRoster::add(MprisPlayer* player)
         }
     });
     connect(player, &MprisPlayer::changed, this, [this, player] { playerChanged(player); });
-    connect(player, &MprisPlayer::jumped, this, [this, player] {
+    connect(player, &MprisPlayer::outdated, this, [this, player] {
         for (const PlayerRole role : roles) {
             if (_cast.value(role) == player) {
-                Q_EMIT jumped(role);
+                Q_EMIT outdated(role);
             }
         }
     });
@@ -98,9 +98,12 @@ void PlayerRoster::playerChanged(MprisPlayer* player)
     recast();
     for (const PlayerRole role : roles) {
         MprisPlayer* const now = _cast.value(role);
-        const bool hasTakenOver = now != before.value(role) && now != nullptr && now->isPlaying();
-        if (now == player || hasTakenOver) {
+        const bool isAnother = now != before.value(role);
+        if (now == player || (isAnother && now != nullptr && now->isPlaying())) {
             Q_EMIT changed(role);
+        }
+        if (isAnother) {
+            Q_EMIT outdated(role); // where the other one is in its track, for one
         }
     }
 }

@@ -32,8 +32,9 @@ Q_SIGNALS:
     /// The player of a role has changed its state, or one that plays has taken over.
     void changed(PlayerRole role);
 
-    /// The player of a role has moved within its track.
-    void jumped(PlayerRole role);
+    /// There is more to read of the player of a role than changed() tells: it has moved within its track,
+    /// say, or another one has taken over.
+    void outdated(PlayerRole role);
 
 private:
     void add(MprisPlayer* player);

@@ -19,7 +19,12 @@ bool isSame(double a, double b)
 double PositionClock::at(Uptime now) const
 {
     const double elapsed = _isRunning ? (now - _since) * _rate : 0;
-    const double position = std::max(0.0, _base + elapsed);
+    return within(_base + elapsed);
+}
+
+double PositionClock::within(double seconds) const
+{
+    const double position = std::max(0.0, seconds);
     return _length ? std::min(position, *_length) : position;
 }
 
@@ -46,10 +51,14 @@ void PositionClock::jump(double seconds, Uptime now)
 {
     set(seconds, now);
     _lastReading = {seconds, now};
+    _certainUntil = now + catchingUp;
 }
 
 bool PositionClock::observe(double seconds, Uptime now)
 {
+    if (now < _certainUntil) {
+        return false;
+    }
     const bool isFrozen = (_frozenAt && isSame(*_frozenAt, seconds)) || hasStoodStill(seconds, now);
     _lastReading = {seconds, now};
     if (isFrozen) {
@@ -57,7 +66,7 @@ bool PositionClock::observe(double seconds, Uptime now)
         return false;
     }
     _frozenAt.reset();
-    const bool differs = std::abs(seconds - at(now)) > noticeableDifference;
+    const bool differs = std::abs(within(seconds) - at(now)) > noticeableDifference;
     set(seconds, now);
     return differs;
 }

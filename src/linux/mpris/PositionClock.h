@@ -5,11 +5,15 @@
 #include <optional>
 
 /// Where a player is in its track, reckoned from the last point known and the rate. Players do not announce
-/// their position as it moves, and some answer it wrongly: always 0, or only as of the last seek. A reading
-/// that stands still while the player plays is therefore not believed.
+/// their position as it moves, and some answer it wrongly: always 0, only as of the last seek, or for a
+/// moment still as before it. So a reading that stands still while the player plays is not believed, and none
+/// is right after the position was certain.
 class PositionClock
 {
 public:
+    /// Seconds that a player is given to catch up with what it has announced or was told.
+    static constexpr double catchingUp = 1;
+
     /// Seconds from the start of the track: 0 or more, and no more than the length if that is known.
     double at(Uptime now) const;
 
@@ -21,13 +25,13 @@ public:
     void setRunning(bool running, Uptime now);
 
     /// A new track begins.
-    void restart(Uptime now) { set(0, now); }
+    void restart(Uptime now) { jump(0, now); }
 
     /// The position is certain: the player has announced it, or it was told to go there.
     void jump(double seconds, Uptime now);
 
-    /// The player's answer to the question where it is. Returns whether it was believed and differs from the
-    /// reckoning by more than a second.
+    /// The player's answer to the question where it is, or what it says by the way. Returns whether it was
+    /// believed and differs from the reckoning by more than a second.
     bool observe(double seconds, Uptime now);
 
 private:
@@ -36,6 +40,7 @@ private:
         Uptime time;
     };
 
+    double within(double seconds) const;
     void set(double seconds, Uptime now);
     bool hasStoodStill(double seconds, Uptime now) const;
 
@@ -47,4 +52,5 @@ private:
     std::optional<double> _length;
     std::optional<Reading> _lastReading;
     std::optional<double> _frozenAt;
+    Uptime _certainUntil = Uptime::distantPast();
 };

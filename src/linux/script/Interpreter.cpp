@@ -5,7 +5,7 @@
 
 #include <QLoggingCategory>
 
-Q_LOGGING_CATEGORY(scriptLog, "com.orvalen.pellar.script")
+Q_LOGGING_CATEGORY(scriptLog, "com.orvalen.pellar.script", QtWarningMsg)
 
 namespace {
 /// In characters of source text: the few scripts that come back, and some that do not.

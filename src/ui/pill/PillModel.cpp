@@ -30,7 +30,7 @@ void PillModel::bindContent()
 {
     const NowPlayingService* const service = &_of.service;
     _title.setBinding([service] { return service->title().simplified(); });
-    _artwork.setBinding([service] { return service->artwork(); });
+    _artwork.setBinding([service] { return service->shownArtwork(); });
     _isIdle.setBinding([service] { return service->activePlayer() == Player::none; });
     _isPlaying.setBinding([service] { return service->isPlaying(); });
     _visualizer.bindableIsPlaying().setBinding([service] { return service->isPlaying(); });
