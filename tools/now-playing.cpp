@@ -1,6 +1,7 @@
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
 #include "audio/PlayerChoice.h"
+#include "base/DebugLog.h"
 #include "engine/NowPlayingService.h"
 #include "linux/LinuxPlatform.h"
 #include "linux/mpris/MprisPlayer.h"
@@ -14,6 +15,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSocketNotifier>
+#include <QStandardPaths>
 
 #include <chrono>
 #include <cstdio>
@@ -100,6 +102,8 @@ void obeyInput(NowPlayingService& engine, QSocketNotifier& input)
 int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
+    DebugLog::shared().setPath(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                               QStringLiteral("/now-playing.log"));
     PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
     defaults.setObject(QStringLiteral("com.orvalen.pellar.endpoint.artworkSearch"),
                        QStringLiteral("http://127.0.0.1:1"));
