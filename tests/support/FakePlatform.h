@@ -125,7 +125,9 @@ public:
     int thickness() const override { return 28; }
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
     void place(QWindow& window, const QRect& frame) override { window.setGeometry(frame); }
-    bool isComposited() const override { return true; }
+    bool isComposited() const override { return composited; }
+
+    bool composited = true;
 };
 
 /// A desktop in which nothing happens but what a test makes happen.
