@@ -2,6 +2,7 @@
 
 #include <QMenu>
 #include <QMouseEvent>
+#include <QQuickItem>
 
 #include <cmath>
 
@@ -67,6 +68,10 @@ void StatusHostingView::drop()
 
 void StatusHostingView::openContextMenu(const QMouseEvent& event)
 {
+    // A menu takes the mouse: the release of a left button that is down will not come here any more.
+    if (QQuickItem* const pressed = mouseGrabberItem()) {
+        pressed->ungrabMouse();
+    }
     if (rightClickHandler) {
         rightClickHandler(event);
     } else if (contextMenuProvider) {

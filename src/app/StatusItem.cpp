@@ -4,12 +4,14 @@
 #include "app/StatusItemPlacement.h"
 #include "platform/StatusBar.h"
 #include "platform/UserDefaults.h"
+#include "ui/controls/PaintedWindowSize.h"
 #include "ui/controls/RoundedRegion.h"
 
 #include <QGuiApplication>
 #include <QScreen>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -40,16 +42,32 @@ void StatusItem::setView(StatusHostingView* view)
     place();
 }
 
+/// While it is dragged the place may be one beyond the screen: the pointer is there, and comes back.
 void StatusItem::moveBy(int dx)
 {
-    _rightInset = StatusItemPlacement::rightInset(_view->screen()->geometry(), _view->geometry()) - dx;
+    if (!std::exchange(_isDragged, true)) {
+        _rightInset = shownInset();
+    }
+    _rightInset -= dx;
     place();
 }
 
 void StatusItem::savePlace()
 {
-    _rightInset = StatusItemPlacement::rightInset(_view->screen()->geometry(), _view->geometry());
+    _isDragged = false;
+    _rightInset = shownInset();
     _defaults.setObject(_placeKey, _rightInset);
+}
+
+double StatusItem::shownInset() const
+{
+    const QRect shown(_view->position(), size());
+    return StatusItemPlacement::rightInset(_view->screen()->geometry(), shown);
+}
+
+QSize StatusItem::size() const
+{
+    return {static_cast<int>(std::lround(_length.value())), _bar.thickness()};
 }
 
 void StatusItem::followScreen(QScreen* screen)
@@ -67,9 +85,10 @@ void StatusItem::place()
     if (_view == nullptr) {
         return;
     }
-    const QSize size(static_cast<int>(std::lround(_length.value())), _bar.thickness());
-    const bool isResized = _view->size() != size;
-    _bar.place(*_view, StatusItemPlacement::frame(_view->screen()->geometry(), size, _rightInset));
+    const QRect frame = StatusItemPlacement::frame(_view->screen()->geometry(), size(), _rightInset);
+    const QSize window = paintedWindowSize(size(), _view->devicePixelRatio());
+    const bool isResized = _view->size() != window;
+    _bar.place(*_view, QRect(frame.topLeft(), window));
     if (isResized) {
         cutCorners();
     }
@@ -78,8 +97,7 @@ void StatusItem::place()
 void StatusItem::cutCorners()
 {
     if (_view != nullptr) {
-        _view->setMask(_bar.isComposited() ? QRegion()
-                                           : roundedRegion(_view->size(), _corners.value().radius));
+        _view->setMask(_bar.isComposited() ? QRegion() : roundedRegion(size(), _corners.value().radius));
         _view->setColor(_bar.isComposited() ? QColor(Qt::transparent) : _corners.value().background);
     }
 }

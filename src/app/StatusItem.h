@@ -40,6 +40,8 @@ public:
 private:
     void moveBy(int dx);
     void savePlace();
+    double shownInset() const;
+    QSize size() const;
     void followScreen(QScreen* screen);
     void place();
     void cutCorners();
@@ -48,6 +50,7 @@ private:
     UserDefaults& _defaults;
     QString _placeKey;
     double _rightInset;
+    bool _isDragged = false;
     StatusHostingView* _view = nullptr;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(StatusItem, double, _length, 0, &StatusItem::place)
     Q_OBJECT_BINDABLE_PROPERTY(StatusItem, StatusItem::Corners, _corners, &StatusItem::cutCorners)

@@ -33,6 +33,13 @@ void append(const QString& path, const QByteArray& line)
     close(descriptor);
 }
 
+/// As a viewer of the log may have it, or grep: a control character, or a separator of lines or paragraphs.
+bool breaksLine(QChar c)
+{
+    return c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+           c.category() == QChar::Separator_Paragraph;
+}
+
 } // namespace
 
 DebugLog::DebugLog(QString path) : _path(std::move(path)) {}
@@ -62,8 +69,12 @@ void DebugLog::flush()
 
 QString DebugLog::line(const QDateTime& time, const QString& message)
 {
+    QString text = message;
+    for (QChar& c : text) {
+        c = breaksLine(c) ? QLatin1Char(' ') : c;
+    }
     return QStringLiteral("[%1 +0000] %2\n")
-        .arg(time.toUTC().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), message);
+        .arg(time.toUTC().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")), text);
 }
 
 void dlog(const QString& message)

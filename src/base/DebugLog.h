@@ -26,7 +26,7 @@ public:
     /// Blocks until every line so far is in the file.
     void flush();
 
-    /// "[2026-01-31 18:05:09 +0000] message\n", the time in UTC.
+    /// "[2026-01-31 18:05:09 +0000] message\n", the time in UTC. Breaks of the line within become spaces.
     static QString line(const QDateTime& time, const QString& message);
 
 private:

@@ -26,14 +26,10 @@ public:
     void record(const QString& title, const QString& artist, const QString& album, const QString& source);
     void clear();
 
-Q_SIGNALS:
-    void tracksChanged();
-
 private:
     void setTracks(const QList<PlayedTrack>& tracks);
 
     UserDefaults& _defaults;
     const RunLoop& _clock;
-    Q_OBJECT_BINDABLE_PROPERTY(RecentlyPlayedManager, QList<PlayedTrack>, _tracks,
-                               &RecentlyPlayedManager::tracksChanged)
+    QProperty<QList<PlayedTrack>> _tracks;
 };

@@ -57,8 +57,14 @@ void StatusItemTest::remembersItsPlace()
         QCOMPARE(view.x(), left - 40);
         Q_EMIT view.itemDragged(-10000);
         QCOMPARE(view.x(), view.screen()->geometry().left());
+        Q_EMIT view.itemDragged(10000); // the pointer comes back, and the item is below it again
+        QCOMPARE(view.x(), left - 40);
+        Q_EMIT view.itemDragged(-10000);
+        Q_EMIT view.itemDropped();
         Q_EMIT view.itemDragged(10);
-        QCOMPARE(view.x(), view.screen()->geometry().left() + 10); // not 10 after the 10000 are made up for
+        QCOMPARE(view.x(), view.screen()->geometry().left() + 10);
+        Q_EMIT view.itemDragged(left - 50 - view.screen()->geometry().left());
+        Q_EMIT view.itemDropped();
     }
     StatusHostingView view;
     StatusItem item(_bar, _defaults, u"PellarPlayer"_s);

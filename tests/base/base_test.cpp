@@ -141,7 +141,7 @@ void BaseTest::logsLines()
     }
     umask(before);
     const QDateTime summer(QDate(2026, 7, 1), QTime(1, 2, 3), QTimeZone("Asia/Tokyo"));
-    QCOMPARE(DebugLog::line(summer, u"m"_s), u"[2026-06-30 16:02:03 +0000] m\n"_s);
+    QCOMPARE(DebugLog::line(summer, u"a\r\nb\u2028c"_s), u"[2026-06-30 16:02:03 +0000] a  b c\n"_s);
 }
 
 void BaseTest::logsToNoOtherFile_data()

@@ -6,9 +6,13 @@
 
 #include <QMetaProperty>
 #include <QQmlComponent>
-#include <QQmlContext>
 #include <QQmlEngine>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
+
+/// Keys and the values of their flags.
+using Flags = QVariantMap;
 
 class ManagersTest : public QObject
 {
@@ -18,63 +22,56 @@ private Q_SLOTS:
     void flags();
     void bindsInQml();
     void pillWidth();
-    void choice();
+    void style();
 };
 
-/// The flags of a manager, by their names.
-static QVariantMap flagsOf(const QObject& manager)
+/// What is stored when every flag of a manager has been written, as it was or turned.
+template<typename Manager>
+Flags written(MemoryDefaults& defaults, bool isTurned)
 {
-    QVariantMap flags;
-    const QMetaObject& type = *manager.metaObject();
+    Manager manager(defaults);
+    const QMetaObject& type = Manager::staticMetaObject;
     for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
-        flags.insert(QString::fromLatin1(type.property(i).name()), type.property(i).read(&manager));
+        type.property(i).write(&manager, type.property(i).read(&manager).toBool() != isTurned);
     }
-    return flags;
+    return defaults.values;
 }
 
-/// `expected` are the keys, "-" before those that are off.
+/// `off` are the keys of the flags that are off by default.
 template<typename Manager>
-void checkFlags(const char* expected)
+void checkFlags(const QString& prefix, const QStringList& on, const QStringList& off)
 {
+    Flags fallbacks;
+    Flags turned;
+    Flags odd;
+    for (const QString& name : on + off) {
+        const bool isOn = on.contains(name);
+        fallbacks[prefix + name] = isOn;
+        turned[prefix + name] = !isOn;
+        odd[prefix + name] = isOn ? QVariant(qlonglong{0}) : QVariant(u"true"_s);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(prefix + name + u" cannot be read"_s));
+    }
     MemoryDefaults defaults;
-    Manager manager(defaults);
-    QVERIFY(defaults.values.isEmpty());
-    const QVariantMap fallbacks = flagsOf(manager);
-    for (auto flag = fallbacks.begin(); flag != fallbacks.end(); ++flag) {
-        manager.setProperty(qPrintable(flag.key()), flag.value()); // an equal value is stored, too
-    }
-    QStringList keys;
-    for (auto value = defaults.values.begin(); value != defaults.values.end(); ++value) {
-        keys << (value->toBool() ? QString() : QStringLiteral("-")) + value.key();
-    }
-    QCOMPARE(keys.join(u' '), QString::fromLatin1(expected));
-
-    for (auto value = defaults.values.begin(); value != defaults.values.end(); ++value) {
-        *value = value->toBool() ? QVariant(qlonglong{0}) : QVariant(QStringLiteral("true"));
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(value.key() + u" cannot be read"));
-    }
-    QCOMPARE(flagsOf(Manager(defaults)), fallbacks);
-    for (auto flag = fallbacks.begin(); flag != fallbacks.end(); ++flag) {
-        manager.setProperty(qPrintable(flag.key()), !flag->toBool());
-    }
-    const QVariantMap changed = flagsOf(manager);
-    QCOMPARE(flagsOf(Manager(defaults)), changed);
-    for (auto flag = changed.begin(); flag != changed.end(); ++flag) {
-        QVERIFY(flag.value() != fallbacks[flag.key()]);
-    }
+    QCOMPARE(written<Manager>(defaults, false), fallbacks); // an equal value is stored, too
+    QCOMPARE(written<Manager>(defaults, true), turned);
+    QCOMPARE(written<Manager>(defaults, true), fallbacks);
+    defaults.values = odd;
+    QCOMPARE(written<Manager>(defaults, false), fallbacks);
 }
 
 void ManagersTest::flags()
 {
     checkFlags<PillVisibilityManager>(
-        "pellar.pill.showAlbumArt pellar.pill.showNextButton pellar.pill.showPrevButton "
-        "pellar.pill.showTitle pellar.pill.showVisualizer");
+        u"pellar.pill."_s,
+        {u"showAlbumArt"_s, u"showVisualizer"_s, u"showTitle"_s, u"showPrevButton"_s, u"showNextButton"_s},
+        {});
     checkFlags<MenuVisibilityManager>(
-        "pellar.menu.show.audioSources pellar.menu.show.powerMode pellar.menu.show.reactions "
-        "pellar.menu.show.recent pellar.menu.show.stats pellar.menu.show.upNext");
-    checkFlags<WidgetManager>("pellar.widget.alwaysOnTop -pellar.widget.enabled pellar.widget.showArtist "
-                              "pellar.widget.showArtwork -pellar.widget.showLyric pellar.widget.showProgress "
-                              "pellar.widget.showTitle pellar.widget.showTransport");
+        u"pellar.menu.show."_s,
+        {u"upNext"_s, u"reactions"_s, u"powerMode"_s, u"audioSources"_s, u"stats"_s, u"recent"_s}, {});
+    checkFlags<WidgetManager>(u"pellar.widget."_s,
+                              {u"showArtwork"_s, u"showTitle"_s, u"showArtist"_s, u"showProgress"_s,
+                               u"showTransport"_s, u"alwaysOnTop"_s},
+                              {u"enabled"_s, u"showLyric"_s});
 }
 
 void ManagersTest::bindsInQml()
@@ -82,18 +79,16 @@ void ManagersTest::bindsInQml()
     MemoryDefaults defaults;
     PillVisibilityManager pill(defaults);
     QQmlEngine engine;
-    engine.rootContext()->setContextProperty(QStringLiteral("pill"), &pill);
     QQmlComponent component(&engine);
-    component.setData("import QtQml; QtObject {"
-                      "    property bool isChecked: pill.showTitle;"
-                      "    onIsCheckedChanged: pill.showVisualizer = isChecked }",
+    component.setData("import QtQml; QtObject { required property var pill; property bool on: pill.showTitle;"
+                      "onOnChanged: pill.showVisualizer = on }",
                       QUrl());
-    const std::unique_ptr<QObject> window(component.create());
+    const std::unique_ptr<QObject> window(
+        component.createWithInitialProperties({{u"pill"_s, QVariant::fromValue(&pill)}}));
     QVERIFY2(window, qPrintable(component.errorString()));
-    const QProperty<bool> seen([&] { return pill.showVisualizer.value(); });
     pill.showTitle = false;
-    QVERIFY(!window->property("isChecked").toBool() && !seen);
-    QCOMPARE(defaults.boolean(QStringLiteral("pellar.pill.showVisualizer")), std::optional(false));
+    QVERIFY(!pill.showVisualizer);
+    QCOMPARE(defaults.boolean(u"pellar.pill.showVisualizer"_s), std::optional(false));
 }
 
 void ManagersTest::pillWidth()
@@ -110,19 +105,15 @@ void ManagersTest::pillWidth()
     QCOMPARE(widths, (QList<double>{185, 167, 149, 88, 64, 40}));
 }
 
-void ManagersTest::choice()
+void ManagersTest::style()
 {
-    const auto key = QStringLiteral("pellar.menu.style");
     MemoryDefaults defaults;
     MenuStyleManager(defaults).style = PellarMenuStyle::liquidGlass;
-    QCOMPARE(defaults.values, (QVariantMap{{key, QStringLiteral("liquidGlass")}}));
+    QCOMPARE(defaults.values, (QVariantMap{{u"pellar.menu.style"_s, u"liquidGlass"_s}}));
     QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::liquidGlass);
-    for (const QVariant& stored :
-         {QVariant(QByteArray("liquidGlass")), QVariant(QStringLiteral("Liquid Glass"))}) {
-        defaults.values = {{key, stored}};
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("cannot be read")));
-        QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::classic);
-    }
+    defaults.setObject(u"pellar.menu.style"_s, u"Liquid Glass"_s);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read"_s));
+    QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::classic);
 }
 
 QTEST_GUILESS_MAIN(ManagersTest)

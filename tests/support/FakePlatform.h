@@ -126,7 +126,9 @@ public:
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
     void place(QWindow& window, const QRect& frame) override { window.setGeometry(frame); }
     std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& /*menu*/) override { return nullptr; }
-    bool isComposited() const override { return true; }
+    bool isComposited() const override { return composited; }
+
+    bool composited = true;
 };
 
 /// A desktop in which nothing happens but what a test makes happen.

@@ -1,18 +1,9 @@
 #pragma once
 
 #include "engine/EngineFixture.h"
-#include "platform/Appearance.h"
 #include "prefs/PillVisibilityManager.h"
-#include "prefs/ThemeManager.h"
+#include "support/FakeAppearance.h"
 #include "ui/pill/PillModel.h"
-
-class FixedAppearance final : public Appearance
-{
-    Q_OBJECT
-
-public:
-    bool isDark() const override { return true; }
-};
 
 /// A pill on a desktop of fakes, 28 points high and with everything in it.
 struct PillFixture {
@@ -22,17 +13,12 @@ struct PillFixture {
     {
         engine.reply(Player::appleMusic, reply);
         engine.start();
-        engine.desktop.runLoop.settle();
+        runLoop.settle();
         engine.desktop.scripts.take();
-    }
-
-    /// The pill's timers may be another loop's than the engine's.
-    void start(RunLoop& runLoop)
-    {
         pill =
             std::make_unique<PillModel>(PillModel::Dependencies{.service = *engine.service,
                                                                 .visibility = visibility,
-                                                                .theme = theme,
+                                                                .theme = *engine.theme,
                                                                 .power = *engine.power,
                                                                 .audio = *engine.bridge,
                                                                 .appearance = appearance,
@@ -43,8 +29,8 @@ struct PillFixture {
     }
 
     EngineFixture engine;
+    ManualRunLoop& runLoop = engine.desktop.runLoop;
     PillVisibilityManager visibility{engine.defaults};
-    ThemeManager theme{engine.defaults};
-    FixedAppearance appearance;
+    FakeAppearance appearance;
     std::unique_ptr<PillModel> pill;
 };

@@ -52,7 +52,8 @@ Item {
     }
 
     RoundedBox {
-        anchors.fill: parent
+        width: root.parts.size.width
+        height: root.parts.size.height
         radius: root.parts.cornerRadius
         color: root.colors.background
         borderColor: root.colors.border

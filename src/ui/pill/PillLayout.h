@@ -23,6 +23,7 @@ struct PillElements {
 struct PillLayout {
     Q_GADGET
     QML_VALUE_TYPE(pillLayout)
+    Q_PROPERTY(QSizeF size MEMBER size CONSTANT)
     Q_PROPERTY(QRectF albumArt MEMBER albumArt CONSTANT)
     Q_PROPERTY(QRectF visualizer MEMBER visualizer CONSTANT)
     Q_PROPERTY(QRectF previousButton MEMBER previousButton CONSTANT)
@@ -33,6 +34,7 @@ struct PillLayout {
     Q_PROPERTY(double cornerRadius MEMBER cornerRadius CONSTANT)
 
 public:
+    QSizeF size; ///< of the pill
     QRectF albumArt;
     QRectF visualizer;
     QRectF previousButton;
@@ -44,8 +46,8 @@ public:
 
     friend bool operator==(const PillLayout&, const PillLayout&) = default;
 
-    /// Lays the row out from left to right; the title takes what the others leave. Without it, what is left
-    /// is shared by both ends.
+    /// Lays the row out from left to right; the title takes what the others leave. What is seen begins and
+    /// ends at the same distance from the pill's ends, and so does the progress line.
     static PillLayout make(QSizeF size, const PillElements& elements);
 
     /// The control at a point, each grown by 4 points on every side: "art", "prev", "play" or "next"; the

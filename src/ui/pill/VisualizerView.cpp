@@ -21,9 +21,10 @@ VisualizerView::~VisualizerView() = default;
 std::vector<QRectF> VisualizerView::barRects(const VisualizerModel::Heights& heights, QSize size,
                                              double scale)
 {
-    const double width = std::max(1.0, std::round(VisualizerBars::barWidth * scale));
-    const double gap = std::max(1.0, std::round(VisualizerBars::barSpacing * scale));
     const auto count = static_cast<double>(heights.size());
+    const double width = std::max(1.0, std::round(VisualizerBars::barWidth * scale));
+    const double room = std::floor((size.width() - width * count) / (count - 1));
+    const double gap = std::max(1.0, std::min(room, std::round(VisualizerBars::barSpacing * scale)));
     double x = std::floor((size.width() - (width * count + gap * (count - 1))) / 2);
     std::vector<QRectF> rects;
     for (const double points : heights) {
