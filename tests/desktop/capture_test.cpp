@@ -2,6 +2,7 @@
 #include "SoundServer.h"
 
 #include "audio/AudioCaptureService.h"
+#include "audio/AudioDeviceManager.h"
 #include "base/EventLoop.h"
 #include "linux/pipewire/PipewireAudioHardware.h"
 #include "linux/settings/PlistUserDefaults.h"
@@ -136,6 +137,7 @@ private Q_SLOTS:
     void isMadeAnewWhenRemoved();
     void survivesRestarts();
     void waitsForServer();
+    void restsWhereItIsRefused();
     void isNotHeldUpByTheServer();
 
 private:
@@ -351,6 +353,26 @@ void CaptureTest::waitsForServer()
     const Program low = player(_low);
     QTRY_VERIFY(isHeard(1));
     _service.reset();
+}
+
+/// A server that lets nobody make links is not asked over and over for its devices.
+void CaptureTest::restsWhereItIsRefused()
+{
+    _server.kill();
+    QVERIFY(_server.start(QStringLiteral("link-factory")));
+    AudioDeviceManager devices(_hardware);
+    connect(&devices, &AudioDeviceManager::devicesChanged, _service.get(), [this] { _service->start(); });
+    QTRY_COMPARE(_hardware.authorizationStatus(), int{AudioHardware::restricted});
+    const auto connection = [] {
+        return output(QStringLiteral("pw-cli"), {QStringLiteral("info"), QStringLiteral("Pellar")});
+    };
+    const QString before = connection();
+    _service->start();
+    QCOMPARE(connection(), before);
+    _server.kill();
+    QVERIFY(_server.start());
+    const Program low = player(_low);
+    QTRY_VERIFY(isHeard(1));
 }
 
 /// The built program starts, moves and quits beside a server that hangs, and hears when that goes on.

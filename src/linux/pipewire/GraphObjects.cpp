@@ -29,7 +29,16 @@ void PipewireSession::globalAdded(Id id, const char* type, const spa_dict* prope
             _defaultSink = std::make_unique<DefaultSink>(_loop, _registry, id, [this] { publishDevices(); });
         }
     } else if (isType(PW_TYPE_INTERFACE_Factory)) {
-        _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);
+        factoryAdded(properties);
+    }
+}
+
+/// The server shows it when this connection comes to be allowed it, too.
+void PipewireSession::factoryAdded(const spa_dict* properties)
+{
+    _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);
+    if (_canLink && authorization() == AudioHardware::restricted) {
+        conclude(AudioHardware::authorized);
     }
 }
 

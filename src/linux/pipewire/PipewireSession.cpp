@@ -41,14 +41,11 @@ void PipewireSession::connect(const Completion& completion)
 {
     const bool isPosted = _loop.post([this, completion] {
         const AudioHardware::Authorization current = authorization();
-        if (current == AudioHardware::authorized) {
-            completion(true);
+        if (current == AudioHardware::authorized || current == AudioHardware::restricted) {
+            completion(current == AudioHardware::authorized);
             return;
         }
         _completions.push_back(completion);
-        if (current == AudioHardware::restricted) {
-            close(); // it may be less so by now
-        }
         if (_core == nullptr) {
             open();
         }

@@ -33,8 +33,8 @@ public:
     /// Connects, and tells on the PipeWire thread whether the graph can be captured. Gives up after 5 s.
     void connect(const Completion& completion);
 
-    /// `notDetermined` without a connection, `denied` when it was refused, `restricted` when this connection
-    /// may not make links.
+    /// `notDetermined` without a connection, `denied` when it was refused, `restricted` as long as this
+    /// connection may not make links.
     AudioHardware::Authorization authorization() const;
 
     QMap<AudioObjectId, QString> processes() const;
@@ -75,6 +75,7 @@ private:
     void globalAdded(Id id, const char* type, const spa_dict* properties);
     void globalRemoved(Id id);
     void clientChanged(Id id, const spa_dict* properties);
+    void factoryAdded(const spa_dict* properties);
     void nodeAdded(Id id, const spa_dict* properties);
     void portAdded(Id id, const spa_dict* properties);
     void linkAdded(Id id, const spa_dict* properties);
