@@ -14,7 +14,7 @@
 
 namespace {
 
-Q_LOGGING_CATEGORY(audioLog, "com.orvalen.pellar.audio")
+Q_LOGGING_CATEGORY(audioLog, "com.orvalen.pellar.audio", QtWarningMsg)
 
 const QStringList tapExcludeBundlePrefixes = {QStringLiteral("com.orvalen.pellar")};
 constexpr double defaultSampleRate = 48000; // Hz

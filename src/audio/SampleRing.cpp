@@ -13,7 +13,10 @@ void SampleRing::write(const AudioBufferList& input)
     const auto* data = static_cast<const float*>(buffer.data);
     const std::size_t count = buffer.byteSize / sizeof(float);
     const std::size_t step = buffer.channels >= 2 ? 2 : 1;
-    const std::lock_guard guard(_lock);
+    const std::unique_lock guard(_lock, std::try_to_lock);
+    if (!guard.owns_lock()) {
+        return;
+    }
     for (std::size_t i = 0; i + step <= count; i += step) {
         _samples[_write] = step == 2 ? (data[i] + data[i + 1]) * 0.5F : data[i];
         _write = (_write + 1) % capacity;

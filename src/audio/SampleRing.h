@@ -7,15 +7,15 @@
 
 struct AudioBufferList;
 
-/// The newest samples of what is captured, folded to mono. Written by the real-time thread, read by another;
-/// the lock between them is held for a copy only.
+/// The newest samples of what is captured, folded to mono. Written by the real-time thread, read by another.
 class SampleRing
 {
 public:
     static constexpr int capacity = 2048; ///< samples
 
     /// Takes the first buffer of a list: one channel as it is, of several the mean of every two samples.
-    /// A list without samples changes nothing. Allocates nothing.
+    /// A list without samples changes nothing. Allocates nothing, and drops the samples rather than wait for
+    /// a reader.
     void write(const AudioBufferList& input);
 
     /// The samples just before the write position, oldest first.

@@ -4,10 +4,15 @@
 
 #include <QTest>
 
+#include <atomic>
 #include <cmath>
+#include <csignal>
+#include <future>
 #include <limits>
 #include <numbers>
 #include <numeric>
+#include <semaphore>
+#include <thread>
 
 namespace {
 
@@ -45,6 +50,7 @@ private Q_SLOTS:
     void foldsToMono_data();
     void foldsToMono();
     void keepsTheNewest();
+    void writerDoesNotWait();
     void windowHasUnitEnergy();
     void hearsToneInItsBand_data();
     void hearsToneInItsBand();
@@ -100,6 +106,44 @@ void SpectrumTest::keepsTheNewest()
         ring.copyNewest(newest);
         QCOMPARE(QList<float>(newest.begin(), newest.end()), samples.mid(476));
     }
+}
+
+/// A reader that is held up, as by a busier thread on its processor, does not hold up the real-time thread.
+void SpectrumTest::writerDoesNotWait()
+{
+    static std::binary_semaphore isHeld(0);
+    static std::binary_semaphore goesOn(0);
+    std::signal(SIGUSR1, [](int) {
+        isHeld.release();
+        goesOn.acquire();
+    });
+    SampleRing ring;
+    std::atomic<bool> isOver = false;
+    std::atomic<int> reads = 0;
+    std::thread reader([&] {
+        Samples newest;
+        while (!isOver) {
+            ring.copyNewest(newest);
+            ++reads;
+        }
+    });
+    const float sample = 1;
+    const AudioBuffer buffer{.channels = 1, .byteSize = sizeof(float), .data = &sample};
+    bool isWritten = true;
+    constexpr int times = 30; // the reader hardly does anything but read under its lock
+    for (int i = 0; i < times && isWritten; ++i) {
+        for (const int seen = reads; reads < seen + 100;) {
+            std::this_thread::yield();
+        }
+        pthread_kill(reader.native_handle(), SIGUSR1);
+        isHeld.acquire();
+        auto written = std::async(std::launch::async, [&] { ring.write({.count = 1, .buffers = &buffer}); });
+        isWritten = written.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
+        goesOn.release();
+    }
+    isOver = true;
+    reader.join();
+    QVERIFY(isWritten);
 }
 
 /// The RMS of a steady signal is the same through the window as without it.

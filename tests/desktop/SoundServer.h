@@ -18,16 +18,16 @@ public:
     /// Ends the one that the session came with, or was started last, as a crash would.
     void kill();
 
-    /// Starts it with the sinks that the session came with. False when it does not come up within some
-    /// seconds.
-    bool start();
+    /// Starts it with the sinks that the session came with, but perhaps without a module. False when it does
+    /// not come up within some seconds.
+    bool start(const QString& missingModule = {});
 
     /// Sends a signal to PipeWire itself.
     void send(int signal) const;
 
 private:
     void killOwn();
-    bool startService(const QString& name, const std::function<bool()>& isUp);
+    bool startService(const QString& name, const QStringList& arguments, const std::function<bool()>& isUp);
 
     QHash<QString, std::shared_ptr<QProcess>> _services; ///< those that the session did not come with
 };

@@ -1,6 +1,8 @@
+#include "FarSink.h"
 #include "SoundServer.h"
 
 #include "audio/AudioCaptureService.h"
+#include "audio/AudioDeviceManager.h"
 #include "base/EventLoop.h"
 #include "linux/pipewire/PipewireAudioHardware.h"
 #include "linux/settings/PlistUserDefaults.h"
@@ -11,6 +13,9 @@
 
 #include <QGuiApplication>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QPixmap>
 #include <QRegularExpression>
 #include <QScreen>
@@ -25,6 +30,7 @@ namespace {
 
 constexpr float loud = 0.8F;
 constexpr float quiet = 0.05F;
+const QString captureNode = QStringLiteral("pellar.capture");
 constexpr int pillCenter = 948; // of a fresh installation, from the left of the screen
 
 /// A program, ended with its owner.
@@ -62,6 +68,55 @@ QImage topOfScreen()
     return QGuiApplication::primaryScreen()->grabWindow(0, 0, 0, 1280, 28).toImage();
 }
 
+/// What the server tells the players of the time until they are heard.
+QStringList latencies()
+{
+    QStringList latencies;
+    const auto objects = QJsonDocument::fromJson(output(QStringLiteral("pw-dump"), {}).toUtf8()).array();
+    for (const auto& object : objects) {
+        const QJsonObject info = object[u"info"].toObject();
+        if (info[u"props"][u"port.alias"].toString().startsWith(QStringLiteral("pw-play"))) {
+            latencies << QString::fromUtf8(QJsonDocument(info[u"params"][u"Latency"].toArray()).toJson());
+        }
+    }
+    return latencies;
+}
+
+bool isLinked(const QString& port)
+{
+    return output(QStringLiteral("pw-link"), {QStringLiteral("--links")}).contains(port);
+}
+
+/// Who keeps the pace for whom, by the name of the driver.
+QMap<QString, QSet<QString>> followers()
+{
+    QProcess top;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TERM"), QStringLiteral("vt100"));
+    environment.insert(QStringLiteral("COLUMNS"), QStringLiteral("150"));
+    top.setProcessEnvironment(environment);
+    top.start(QStringLiteral("pw-top"), QStringList());
+    QString screens;
+    const auto isMeasured = [&] {
+        screens += QString::fromUtf8(top.readAllStandardOutput());
+        return screens.section(QStringLiteral("NAME"), -2, -2).contains(u'+');
+    };
+    static_cast<void>(QTest::qWaitFor(isMeasured));
+    top.kill();
+    top.waitForFinished();
+    QMap<QString, QSet<QString>> followers;
+    QString driver;
+    static const QRegularExpression row(QStringLiteral("(?<=[ H])(\\+ )?([a-z][a-z.-]+)(?=\r)"));
+    for (const auto& found : row.globalMatch(screens.section(QStringLiteral("NAME"), -2, -2))) {
+        if (found.capturedLength(1) == 0) {
+            driver = found.captured(2);
+        } else {
+            followers[driver] << found.captured(2);
+        }
+    }
+    return followers;
+}
+
 } // namespace
 
 /// Real sound, played by real programs through the session's sound server.
@@ -77,9 +132,12 @@ private Q_SLOTS:
     void hearsTone();
     void followsStreams();
     void leavesTheSessionAlone();
+    void tellsPlayersNothing();
+    void joinsNoSinks();
     void isMadeAnewWhenRemoved();
     void survivesRestarts();
     void waitsForServer();
+    void restsWhereItIsRefused();
     void isNotHeldUpByTheServer();
 
 private:
@@ -215,18 +273,45 @@ void CaptureTest::leavesTheSessionAlone()
     QTRY_VERIFY(isHeard(1));
 }
 
+/// However far their sinks are.
+void CaptureTest::tellsPlayersNothing()
+{
+    const FarSink far;
+    const Program low(QStringLiteral("pw-play"), {QStringLiteral("--target=0"), _low}); // of the session
+    const QString farPort = QStringLiteral("far:playback_FL");
+    QTRY_VERIFY((output(QStringLiteral("pw-link"), {QStringLiteral("pw-play:output_FL"), farPort}),
+                 isLinked(farPort)));
+    QTRY_VERIFY(isHeard(1));
+    const QStringList told = latencies();
+    QVERIFY(told.join(u' ').contains(QStringLiteral("200000000")));
+    _service->stop();
+    QTRY_VERIFY(!isLinked(captureNode));
+    QCOMPARE(told, latencies());
+}
+
+/// Each sink keeps the pace for its own player.
+void CaptureTest::joinsNoSinks()
+{
+    const Program low = player(_low);
+    const Program high(QStringLiteral("pw-play"), {QStringLiteral("--target=headphones"), _high});
+    QTRY_VERIFY(isHeard(1) && isHeard(3));
+    const QSet<QString> both = {QStringLiteral("pw-play"), captureNode};
+    const QMap<QString, QSet<QString>> apart = {{QStringLiteral("speakers"), both},
+                                                {QStringLiteral("headphones"), both}};
+    QTRY_COMPARE_WITH_TIMEOUT(followers(), apart, 15'000);
+}
+
 void CaptureTest::isMadeAnewWhenRemoved()
 {
     const Program low = player(_low);
     QTRY_VERIFY(isHeard(1));
     const auto serial = [] {
-        const QString text =
-            output(QStringLiteral("pw-cli"), {QStringLiteral("info"), QStringLiteral("pellar.capture")});
+        const QString text = output(QStringLiteral("pw-cli"), {QStringLiteral("info"), captureNode});
         return text.split(u'\n').filter(QStringLiteral("object.serial")).value(0);
     };
     const QString before = serial();
     QVERIFY(!before.isEmpty());
-    output(QStringLiteral("pw-cli"), {QStringLiteral("destroy"), QStringLiteral("pellar.capture")});
+    output(QStringLiteral("pw-cli"), {QStringLiteral("destroy"), captureNode});
     QTRY_VERIFY(!serial().isEmpty() && serial() != before);
     QVERIFY(isStillHeard(1));
 }
@@ -270,6 +355,26 @@ void CaptureTest::waitsForServer()
     _service.reset();
 }
 
+/// A server that lets nobody make links is not asked over and over for its devices.
+void CaptureTest::restsWhereItIsRefused()
+{
+    _server.kill();
+    QVERIFY(_server.start(QStringLiteral("link-factory")));
+    AudioDeviceManager devices(_hardware);
+    connect(&devices, &AudioDeviceManager::devicesChanged, _service.get(), [this] { _service->start(); });
+    QTRY_COMPARE(_hardware.authorizationStatus(), int{AudioHardware::restricted});
+    const auto connection = [] {
+        return output(QStringLiteral("pw-cli"), {QStringLiteral("info"), QStringLiteral("Pellar")});
+    };
+    const QString before = connection();
+    _service->start();
+    QCOMPARE(connection(), before);
+    _server.kill();
+    QVERIFY(_server.start());
+    const Program low = player(_low);
+    QTRY_VERIFY(isHeard(1));
+}
+
 /// The built program starts, moves and quits beside a server that hangs, and hears when that goes on.
 void CaptureTest::isNotHeldUpByTheServer()
 {
@@ -300,8 +405,7 @@ void CaptureTest::isNotHeldUpByTheServer()
     QTRY_VERIFY(topOfScreen() != desktop);
     _server.send(SIGCONT);
     const Program low = player(_low);
-    QTRY_VERIFY(output(QStringLiteral("pw-link"), {QStringLiteral("--links")})
-                    .contains(QStringLiteral("pellar.capture:input_FL")));
+    QTRY_VERIFY(isLinked(captureNode));
     QCOMPARE(pellar->state(), QProcess::Running);
 }
 

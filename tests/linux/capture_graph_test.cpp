@@ -16,6 +16,7 @@ constexpr Id captureNode = 90;
 constexpr Id left = 91;
 constexpr Id right = 92;
 constexpr Id player = 20; // its ports are 21 and up
+constexpr Id sink = 80;
 
 /// A graph in which process 500 plays with the channels that are given.
 CaptureGraph graphOf(const QString& channels)
@@ -25,6 +26,9 @@ CaptureGraph graphOf(const QString& channels)
     graph.addPort(right, captureNode, true, QStringLiteral("FR"));
     graph.setClient(10, 500, QStringLiteral("org.example.player"));
     graph.addStream(player, 10);
+    graph.addCapture(captureNode);
+    graph.addLink(70, player, captureNode);
+    graph.addLink(71, player, sink);
     Id port = player;
     for (const QString& channel : channels.split(u' ')) {
         graph.addPort(++port, player, false, channel);
@@ -33,10 +37,10 @@ CaptureGraph graphOf(const QString& channels)
 }
 
 /// "21>91 22>92"
-QString text(const CaptureGraph& graph, const QSet<AudioObjectId>& excluded = {})
+QString text(const CaptureGraph& graph, const QSet<AudioObjectId>& excluded = {}, Id place = sink)
 {
     QStringList links;
-    for (const auto& link : graph.links(captureNode, excluded)) {
+    for (const auto& link : graph.links(captureNode, place, excluded)) {
         links << QStringLiteral("%1>%2").arg(link.outputPort).arg(link.inputPort);
     }
     return links.join(u' ');
@@ -51,6 +55,7 @@ class CaptureGraphTest : public QObject
 private Q_SLOTS:
     void linksChannels();
     void choosesStreams();
+    void keepsSinksApart();
     void identifiesProcess();
 };
 
@@ -75,6 +80,7 @@ void CaptureGraphTest::choosesStreams()
 
     graph.addStream(40, 11); // before its client has said who it is
     graph.addPort(41, 40, false, QStringLiteral("FR"));
+    graph.addLink(72, 40, sink);
     QCOMPARE(text(graph), heard);
     graph.setClient(11, 500, QString());
     QCOMPARE(text(graph, {500}), QString());
@@ -85,11 +91,28 @@ void CaptureGraphTest::choosesStreams()
 
     graph.addStream(50, std::nullopt); // nobody's
     graph.addPort(51, 50, false, QStringLiteral("FL"));
+    QVERIFY(!text(graph).contains(QStringLiteral("51"))); // nor played anywhere
+    graph.addLink(73, 50, sink);
     QCOMPARE(text(graph, {500, 600}), QStringLiteral("51>91"));
     for (const Id id : {51U, player, 11U, 12345U}) {
         graph.remove(id);
     }
     QCOMPARE(text(graph), QString());
+}
+
+void CaptureGraphTest::keepsSinksApart()
+{
+    CaptureGraph graph = graphOf(QStringLiteral("FL"));
+    graph.addStream(40, std::nullopt);
+    graph.addPort(41, 40, false, QStringLiteral("FR"));
+    graph.addLink(72, 40, 81);
+    graph.addLink(73, 40, 82);
+    QCOMPARE(graph.sinks({}), (std::set<Id>{sink, 81}));
+    QCOMPARE(graph.sinks({500}), (std::set<Id>{81}));
+    QCOMPARE(text(graph, {}, sink), QStringLiteral("21>91"));
+    QCOMPARE(text(graph, {}, 81), QStringLiteral("41>92"));
+    graph.remove(72);
+    QCOMPARE(text(graph, {}, 82), QStringLiteral("41>92")); // as when the stream is moved
 }
 
 void CaptureGraphTest::identifiesProcess()

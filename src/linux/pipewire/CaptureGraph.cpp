@@ -1,5 +1,7 @@
 #include "linux/pipewire/CaptureGraph.h"
 
+#include <algorithm>
+
 namespace {
 
 enum class Side { left, right, both };
@@ -35,6 +37,11 @@ void CaptureGraph::addStream(Id node, std::optional<Id> client)
     _streams.insert(node, client);
 }
 
+void CaptureGraph::addLink(Id link, Id outputNode, Id inputNode)
+{
+    _connections.insert(link, {.outputNode = outputNode, .inputNode = inputNode});
+}
+
 void CaptureGraph::addPort(Id port, Id node, bool isInput, const QString& channel)
 {
     _ports.insert(port, {.node = node, .isInput = isInput, .channel = channel});
@@ -44,6 +51,8 @@ void CaptureGraph::remove(Id id)
 {
     _clients.remove(id);
     _streams.remove(id);
+    _captures.remove(id);
+    _connections.remove(id);
     _ports.remove(id);
 }
 
@@ -59,7 +68,37 @@ QMap<AudioObjectId, QString> CaptureGraph::processes() const
     return processes;
 }
 
-std::set<CaptureGraph::Link> CaptureGraph::links(Id captureNode,
+std::set<CaptureGraph::Id> CaptureGraph::sinks(const QSet<AudioObjectId>& excludedProcesses) const
+{
+    std::set<Id> sinks;
+    for (auto stream = _streams.begin(); stream != _streams.end(); ++stream) {
+        const std::optional<Id> sink = sinkOf(stream.key());
+        if (sink && isHeard(stream.key(), excludedProcesses)) {
+            sinks.insert(*sink);
+        }
+    }
+    return sinks;
+}
+
+/// The first that came, if it is linked to several: those share a driver already.
+std::optional<CaptureGraph::Id> CaptureGraph::sinkOf(Id stream) const
+{
+    std::optional<Id> sink;
+    for (const auto& [outputNode, inputNode] : _connections) {
+        if (outputNode == stream && !_captures.contains(inputNode)) {
+            sink = std::min(sink.value_or(inputNode), inputNode);
+        }
+    }
+    return sink;
+}
+
+bool CaptureGraph::hasSink(Id node) const
+{
+    return std::any_of(_ports.begin(), _ports.end(),
+                       [node](const Port& port) { return port.isInput && port.node == node; });
+}
+
+std::set<CaptureGraph::Link> CaptureGraph::links(Id captureNode, Id sink,
                                                  const QSet<AudioObjectId>& excludedProcesses) const
 {
     QMap<Id, Side> inputs;
@@ -70,7 +109,7 @@ std::set<CaptureGraph::Link> CaptureGraph::links(Id captureNode,
     }
     std::set<Link> links;
     for (auto port = _ports.begin(); port != _ports.end(); ++port) {
-        if (port->isInput || !isHeard(port->node, excludedProcesses)) {
+        if (port->isInput || !isHeard(port->node, excludedProcesses) || sinkOf(port->node) != sink) {
             continue;
         }
         for (auto input = inputs.begin(); input != inputs.end(); ++input) {

@@ -1,11 +1,10 @@
 #include "linux/pipewire/GraphLink.h"
 
+#include "linux/pipewire/PipewireLog.h"
+
 #include <QByteArray>
-#include <QLoggingCategory>
 
 namespace {
-
-Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire", QtInfoMsg)
 
 pw_proxy* makeLink(pw_core* core, CaptureGraph::Link ports)
 {

@@ -21,13 +21,24 @@ void PipewireSession::globalAdded(Id id, const char* type, const spa_dict* prope
         nodeAdded(id, properties);
     } else if (isType(PW_TYPE_INTERFACE_Port)) {
         portAdded(id, properties);
+    } else if (isType(PW_TYPE_INTERFACE_Link)) {
+        linkAdded(id, properties);
     } else if (isType(PW_TYPE_INTERFACE_Metadata)) {
         if (text(properties, PW_KEY_METADATA_NAME) == QStringLiteral("default")) {
             _defaultSinkId = id;
             _defaultSink = std::make_unique<DefaultSink>(_loop, _registry, id, [this] { publishDevices(); });
         }
     } else if (isType(PW_TYPE_INTERFACE_Factory)) {
-        _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);
+        factoryAdded(properties);
+    }
+}
+
+/// The server shows it when this connection comes to be allowed it, too.
+void PipewireSession::factoryAdded(const spa_dict* properties)
+{
+    _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);
+    if (_canLink && authorization() == AudioHardware::restricted) {
+        conclude(AudioHardware::authorized);
     }
 }
 
@@ -36,6 +47,10 @@ void PipewireSession::nodeAdded(Id id, const spa_dict* properties)
     const QString mediaClass = text(properties, PW_KEY_MEDIA_CLASS);
     if (mediaClass == QStringLiteral("Stream/Output/Audio")) {
         _graph.addStream(id, GraphProperties::number(properties, PW_KEY_CLIENT_ID));
+        return;
+    }
+    if (text(properties, PW_KEY_NODE_NAME) == QString::fromUtf8(CaptureStream::nodeName)) {
+        _graph.addCapture(id);
         return;
     }
     const bool playsAndRecords = mediaClass == QStringLiteral("Audio/Duplex");
@@ -63,7 +78,17 @@ void PipewireSession::portAdded(Id id, const spa_dict* properties)
     if (node && isSound) {
         _graph.addPort(id, *node, text(properties, PW_KEY_PORT_DIRECTION) == QStringLiteral("in"),
                        text(properties, PW_KEY_AUDIO_CHANNEL));
-        updateLinks();
+        updateCapture();
+    }
+}
+
+void PipewireSession::linkAdded(Id id, const spa_dict* properties)
+{
+    const auto outputNode = GraphProperties::number(properties, PW_KEY_LINK_OUTPUT_NODE);
+    const auto inputNode = GraphProperties::number(properties, PW_KEY_LINK_INPUT_NODE);
+    if (outputNode && inputNode) {
+        _graph.addLink(id, *outputNode, *inputNode);
+        updateCapture();
     }
 }
 
@@ -72,7 +97,7 @@ void PipewireSession::globalRemoved(Id id)
     _clients.erase(id);
     _graph.remove(id);
     publishProcesses();
-    updateLinks();
+    updateCapture();
     const bool isDevice = _devices.remove(id);
     const bool isDefault = _defaultSink && id == _defaultSinkId;
     if (isDefault) {
@@ -88,7 +113,7 @@ void PipewireSession::clientChanged(Id id, const spa_dict* properties)
     if (const auto process = GraphProperties::process(properties)) {
         _graph.setClient(id, process->id, process->bundleId);
         publishProcesses();
-        updateLinks();
+        updateCapture();
     }
 }
 
@@ -117,23 +142,9 @@ void PipewireSession::publishDevices()
     }
 }
 
-void PipewireSession::updateLinks()
+void PipewireSession::updateCapture()
 {
-    if (!_capture || _core == nullptr || _roundTrips > 0) {
-        return;
-    }
-    if (!_stream) {
-        _links.clear();
-        _stream = std::make_unique<CaptureStream>(_loop, _core, _capture->slot, [this] { streamChanged(); });
-        retryFailedStream();
-    }
-    const std::optional<Id> node = _stream->nodeId();
-    const auto wanted =
-        node ? _graph.links(*node, _capture->excludedProcesses) : std::set<CaptureGraph::Link>();
-    std::erase_if(_links, [&](const auto& entry) { return !wanted.contains(entry.first); });
-    for (const CaptureGraph::Link& link : wanted) {
-        if (!_links.contains(link)) {
-            _links[link] = std::make_unique<GraphLink>(_core, link);
-        }
+    if (_capture && _core != nullptr && _roundTrips == 0) {
+        _capture->update(_core, _graph);
     }
 }

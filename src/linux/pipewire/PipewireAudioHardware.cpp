@@ -35,7 +35,7 @@ int PipewireAudioHardware::authorizationStatus()
         return notDetermined;
     }
     const Authorization status = _session->authorization();
-    if (status == denied || status == restricted) {
+    if (status == denied) {
         _session->connect([](bool) {}); // the answer may be another one the next time
     }
     return status;

@@ -1,15 +1,14 @@
 #include "linux/pipewire/PipewireSession.h"
 
 #include "linux/pipewire/GraphProperties.h"
-
-#include <QLoggingCategory>
+#include "linux/pipewire/PipewireLog.h"
 
 #include <cerrno>
 #include <cstring>
 
-namespace {
+Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire", QtWarningMsg)
 
-Q_LOGGING_CATEGORY(pipewireLog, "com.orvalen.pellar.pipewire", QtInfoMsg)
+namespace {
 
 constexpr double connectTimeout = 5;  // seconds
 constexpr double retryInterval = 0.5; // seconds
@@ -42,14 +41,11 @@ void PipewireSession::connect(const Completion& completion)
 {
     const bool isPosted = _loop.post([this, completion] {
         const AudioHardware::Authorization current = authorization();
-        if (current == AudioHardware::authorized) {
-            completion(true);
+        if (current == AudioHardware::authorized || current == AudioHardware::restricted) {
+            completion(current == AudioHardware::authorized);
             return;
         }
         _completions.push_back(completion);
-        if (current == AudioHardware::restricted) {
-            close(); // it may be less so by now
-        }
         if (_core == nullptr) {
             open();
         }
@@ -111,11 +107,10 @@ void PipewireSession::wishForSink(const QString& name)
 void PipewireSession::startCapture(const QSet<AudioObjectId>& excludedProcesses,
                                    std::shared_ptr<IOProcSlot> slot)
 {
-    _loop.post([this, capture = Capture{excludedProcesses, std::move(slot)}] {
-        _stream.reset();
-        _capture = capture;
+    _loop.post([this, excludedProcesses, slot = std::move(slot)] {
+        _capture = std::make_unique<Capture>(_loop, excludedProcesses, slot, [this] { updateCapture(); });
         if (authorization() == AudioHardware::authorized) {
-            updateLinks();
+            updateCapture();
         } else {
             retryWhileWanted();
         }
@@ -124,11 +119,7 @@ void PipewireSession::startCapture(const QSet<AudioObjectId>& excludedProcesses,
 
 void PipewireSession::stopCapture()
 {
-    _loop.post([this] {
-        _capture.reset();
-        _links.clear();
-        _stream.reset();
-    });
+    _loop.post([this] { _capture.reset(); });
 }
 
 void PipewireSession::open()
@@ -189,8 +180,9 @@ void PipewireSession::listen()
 void PipewireSession::close()
 {
     _timer.cancel();
-    _links.clear();
-    _stream.reset();
+    if (_capture) {
+        _capture->clear();
+    }
     _clients.clear();
     _graph = {};
     _devices = {};
@@ -237,7 +229,7 @@ void PipewireSession::roundTripped()
     publishProcesses();
     publishDevices();
     conclude(_canLink ? AudioHardware::authorized : AudioHardware::restricted);
-    updateLinks();
+    updateCapture();
 }
 
 void PipewireSession::conclude(AudioHardware::Authorization authorization)
@@ -258,7 +250,7 @@ void PipewireSession::retryWhileWanted()
     }
 }
 
-/// The server has not answered in time, or it is time to look for it again, or to make the node anew.
+/// The server has not answered in time, or it is time to look for it again.
 void PipewireSession::timeOut()
 {
     if (_core == nullptr) {
@@ -267,22 +259,6 @@ void PipewireSession::timeOut()
         }
     } else if (_roundTrips > 0) {
         lose(QStringLiteral("no answer"), AudioHardware::notDetermined);
-    } else if (_stream && _stream->hasFailed()) {
-        _stream.reset();
-        updateLinks();
-    }
-}
-
-void PipewireSession::streamChanged()
-{
-    retryFailedStream();
-    updateLinks();
-}
-
-void PipewireSession::retryFailedStream()
-{
-    if (_stream && _stream->hasFailed()) {
-        _timer.fireAfter(retryInterval);
     }
 }
 

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "linux/pipewire/Capture.h"
 #include "linux/pipewire/CaptureGraph.h"
-#include "linux/pipewire/CaptureStream.h"
 #include "linux/pipewire/ClientWatch.h"
 #include "linux/pipewire/DefaultSink.h"
 #include "linux/pipewire/DeviceList.h"
-#include "linux/pipewire/GraphLink.h"
 #include "linux/pipewire/IOProcSlot.h"
 #include "linux/pipewire/PipewireLoop.h"
 
@@ -34,8 +33,8 @@ public:
     /// Connects, and tells on the PipeWire thread whether the graph can be captured. Gives up after 5 s.
     void connect(const Completion& completion);
 
-    /// `notDetermined` without a connection, `denied` when it was refused, `restricted` when this connection
-    /// may not make links.
+    /// `notDetermined` without a connection, `denied` when it was refused, `restricted` as long as this
+    /// connection may not make links.
     AudioHardware::Authorization authorization() const;
 
     QMap<AudioObjectId, QString> processes() const;
@@ -57,10 +56,6 @@ public:
     void stopCapture();
 
 private:
-    struct Capture {
-        QSet<AudioObjectId> excludedProcesses;
-        std::shared_ptr<IOProcSlot> slot;
-    };
     using Id = CaptureGraph::Id;
 
     void open();
@@ -80,13 +75,13 @@ private:
     void globalAdded(Id id, const char* type, const spa_dict* properties);
     void globalRemoved(Id id);
     void clientChanged(Id id, const spa_dict* properties);
+    void factoryAdded(const spa_dict* properties);
     void nodeAdded(Id id, const spa_dict* properties);
     void portAdded(Id id, const spa_dict* properties);
+    void linkAdded(Id id, const spa_dict* properties);
     void publishProcesses();
     void publishDevices();
-    void updateLinks();
-    void streamChanged();
-    void retryFailedStream();
+    void updateCapture();
 
     // What other threads ask for.
     mutable std::mutex _lock;
@@ -109,13 +104,11 @@ private:
     bool _canLink = false;
     bool _isLossLogged = false; ///< once an outage, however often it is tried again
     std::vector<Completion> _completions;
-    std::optional<Capture> _capture;
+    std::unique_ptr<Capture> _capture;
     std::function<void()> _devicesChanged;
-    std::unique_ptr<CaptureStream> _stream;
     CaptureGraph _graph;
     DeviceList _devices;
     std::unique_ptr<DefaultSink> _defaultSink;
     Id _defaultSinkId = SPA_ID_INVALID; ///< of the object behind it
     std::map<Id, std::unique_ptr<ClientWatch>> _clients;
-    std::map<CaptureGraph::Link, std::unique_ptr<GraphLink>> _links;
 };
