@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QtQml/qqmlregistration.h>
 
 #include <vector>
 
@@ -12,6 +13,7 @@
 class FrameClock : public QObject
 {
     Q_OBJECT
+    QML_ANONYMOUS
 
 public:
     explicit FrameClock(RunLoop& runLoop);

@@ -53,12 +53,13 @@ MenuRow {
         frame: root.row.titleFrame
         text: root.row.title
         color: root.ink
-        font.bold: root.row.isHeader
+        font { family: root.font.family; pixelSize: root.font.pixelSize; bold: root.row.isHeader }
     }
     RowText {
         frame: root.row.trailingFrame
         text: root.row.shortcut
         color: root.colors.dimmedText
+        font { family: root.font.family; pixelSize: root.font.pixelSize }
     }
     RowSymbol {
         frame: root.row.trailingFrame
@@ -80,8 +81,6 @@ MenuRow {
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignLeft
         verticalAlignment: Text.AlignVCenter
-        font.family: root.font.family
-        font.pixelSize: root.font.pixelSize
     }
 
     component RowSymbol: SymbolItem {

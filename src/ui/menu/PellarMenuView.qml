@@ -30,6 +30,8 @@ PanelView {
         highlightFollowsCurrentItem: false
         displayMarginBeginning: root.menu.size.height // all rows are there, for those who hear them
         displayMarginEnd: root.menu.size.height
+        // What stands in a component sees the names around it, as Qt lets files say from 6.5 on.
+        // qmllint disable unqualified
         header: Item { height: root.menu.padding - 1 }
         footer: Item { height: root.menu.padding - 1 }
         delegate: MenuRowView {
@@ -50,6 +52,7 @@ PanelView {
             }
             onNeedsTipChanged: tip.follow(this, needsTip)
         }
+        // qmllint enable unqualified
         onPointerChanged: isPointed = true
 
         Keys.onUpPressed: root.menu.step(-1)

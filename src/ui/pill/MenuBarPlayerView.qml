@@ -9,48 +9,6 @@ Item {
     readonly property pillColors colors: pill.colors
     readonly property pillLayout parts: pill.layout
 
-    component Part: Item {
-        required property rect frame
-
-        x: frame.x
-        y: frame.y
-        width: frame.width
-        height: frame.height
-        visible: width > 0
-    }
-
-    component Control: Part {
-        id: control
-
-        required property string zone
-        required property string label
-        readonly property bool isPressed: root.pill.pressedZone === zone
-
-        Accessible.role: Accessible.Button
-        Accessible.name: label
-        Accessible.onPressAction: root.pill.activate(zone)
-
-        RoundedBox {
-            anchors { fill: parent; margins: -2 }
-            radius: 6
-            color: control.isPressed ? root.colors.pressed : root.colors.highlight
-            visible: root.pill.hoveredZone === control.zone
-        }
-    }
-
-    component SymbolControl: Control {
-        property alias symbol: glyph.name
-
-        SymbolItem {
-            id: glyph
-
-            anchors.centerIn: parent
-            width: 13
-            height: 13
-            color: root.colors.text
-        }
-    }
-
     RoundedBox {
         width: root.parts.size.width
         height: root.parts.size.height
@@ -59,7 +17,8 @@ Item {
         borderColor: root.colors.border
     }
 
-    Control {
+    PillControl {
+        pill: root.pill
         zone: "art"
         frame: root.parts.albumArt
         label: qsTr("Open Player")
@@ -72,7 +31,7 @@ Item {
             symbolColor: root.colors.dimmedText
         }
     }
-    Part {
+    PillPart {
         frame: root.parts.visualizer
 
         VisualizerView {
@@ -82,25 +41,28 @@ Item {
             color: root.pill.visualizer.isAtRest ? root.colors.dimmedText : root.colors.bars
         }
     }
-    SymbolControl {
+    PillButton {
+        pill: root.pill
         zone: "prev"
         frame: root.parts.previousButton
         symbol: "backward.fill"
         label: qsTr("Previous Track")
     }
-    SymbolControl {
+    PillButton {
+        pill: root.pill
         zone: "play"
         frame: root.parts.playButton
         symbol: root.pill.playSymbol
         label: root.pill.playLabel
     }
-    SymbolControl {
+    PillButton {
+        pill: root.pill
         zone: "next"
         frame: root.parts.nextButton
         symbol: "forward.fill"
         label: qsTr("Next Track")
     }
-    Part {
+    PillPart {
         frame: root.parts.title
 
         Accessible.role: Accessible.StaticText
@@ -116,7 +78,7 @@ Item {
             font { pixelSize: 12; weight: Font.Medium }
         }
     }
-    Part {
+    PillPart {
         id: position
 
         readonly property real value: root.pill.progress

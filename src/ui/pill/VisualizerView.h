@@ -9,6 +9,13 @@
 
 #include <vector>
 
+/// The model is handed from one property to another.
+struct VisualizerModelType {
+    Q_GADGET
+    QML_FOREIGN(VisualizerModel)
+    QML_ANONYMOUS
+};
+
 /// The four-bar level meter, drawn only while it moves. Without a model the bars lie at rest.
 class VisualizerView : public PixelItem
 {
