@@ -49,6 +49,7 @@ private Q_SLOTS:
     void prefersThePlayersCover();
     void triesAgainAfterFailure();
     void loadsForSpotify();
+    void looksUpForThePlayerOnShow();
     void discardsLateCover();
     void doesNotHoldUpTheEnd();
 
@@ -201,7 +202,20 @@ void ArtworkTest::loadsForSpotify()
     QTRY_COMPARE(_server->requestCount(), 2);
 }
 
-/// One that comes when its player is gone, and one that was given up for another track.
+/// Music's cover is asked for a little after its track has begun; by then another player may have taken over.
+void ArtworkTest::looksUpForThePlayerOnShow()
+{
+    _engine->start();
+    for (const QString& state : {u"Playing"_s, u"Paused"_s}) {
+        _engine->notify(Player::appleMusic, {{u"Player State"_s, state}, {u"Name"_s, u"Song"_s}});
+    }
+    notifySpotify(u"Wave"_s);
+    const int questions = _engine->desktop.workspace.artworkQuestions;
+    _engine->desktop.runLoop.advance(0.2);
+    QCOMPARE(_engine->desktop.workspace.artworkQuestions, questions);
+    QTRY_COMPARE(shown(), QColor(Qt::green));
+}
+
 void ArtworkTest::discardsLateCover()
 {
     _server->answer("/green", {.body = picture(Qt::green), .manner = Manner::held});

@@ -213,7 +213,6 @@ private Q_SLOTS:
     void findsLatePlayers();
     void goesOnWhereTheNextPlayerIs();
     void pausedPlayersCoverIsNoNews();
-    void keepsToThePlayersOwnCover();
 };
 
 void PlayerFaultsTest::showsTheTruth_data()
@@ -341,27 +340,6 @@ void PlayerFaultsTest::pausedPlayersCoverIsNoNews()
     QTRY_COMPARE(track.artworkUrl, song(one, Qt::green)[QStringLiteral("mpris:artUrl")].toString());
     QCoreApplication::processEvents(); // what it has posted is dealt with
     QCOMPARE(stage.engine->activePlayer(), Player::systemAudio);
-}
-
-/// The cover that was to be looked up for one player is not that of the other, which has taken over.
-void PlayerFaultsTest::keepsToThePlayersOwnCover()
-{
-    Stage stage;
-    QVERIFY(stage.begin());
-    MprisStandIn spotify(QStringLiteral("spotify"));
-    QTRY_VERIFY(stage.mirror.roster.player(PlayerRole::spotify) != nullptr &&
-                stage.mirror.roster.player(PlayerRole::spotify)->isReady());
-    playOn(stage, song(two, Qt::blue));
-    QTRY_COMPARE(stage.engine->title(), two);
-    stage.player.change({{status, QStringLiteral("Paused")}});
-    QTRY_VERIFY(!stage.engine->isPlaying());
-    spotify.change(MprisStandIn::playing(song(QStringLiteral("Tide"), Qt::green)));
-    QTRY_COMPARE(stage.engine->activePlayer(), Player::spotify);
-    QTRY_COMPARE(stage.shown(), QColor(Qt::green));
-    bool isOver = false;
-    stage.mirror.runLoop.after(0.3, &stage.mirror.observer, [&isOver] { isOver = true; });
-    QTRY_VERIFY(isOver);
-    QCOMPARE(stage.shown(), QColor(Qt::green));
 }
 
 QTEST_MAIN(PlayerFaultsTest)
