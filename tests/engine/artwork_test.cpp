@@ -216,6 +216,7 @@ void ArtworkTest::looksUpForThePlayerOnShow()
     QTRY_COMPARE(shown(), QColor(Qt::green));
 }
 
+/// One that comes when its player is gone, and one that was given up for another track.
 void ArtworkTest::discardsLateCover()
 {
     _server->answer("/green", {.body = picture(Qt::green), .manner = Manner::held});
