@@ -30,7 +30,8 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
     , _workspace(_roster)
     , _automation(_roster)
     , _interpreter(scriptedApplications(_roster, _runLoop))
-    , _power(QDBusConnection::systemBus())
+    , _power(QDBusConnection::systemBus(), _runLoop)
+    , _appearance(_runLoop)
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,
              .automation = _automation,

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void prefersThePlayersCover();
     void triesAgainAfterFailure();
     void loadsForSpotify();
+    void looksUpForThePlayerOnShow();
     void discardsLateCover();
     void doesNotHoldUpTheEnd();
 
@@ -182,6 +183,20 @@ void ArtworkTest::loadsForSpotify()
     _engine->service->nextTrack();
     notifySpotify(u"Fetched anew after a skip"_s);
     QTRY_COMPARE(_server->requestCount(), 2);
+}
+
+/// Music's cover is asked for a little after its track has begun; by then another player may have taken over.
+void ArtworkTest::looksUpForThePlayerOnShow()
+{
+    _engine->start();
+    for (const QString& state : {u"Playing"_s, u"Paused"_s}) {
+        _engine->notify(Player::appleMusic, {{u"Player State"_s, state}, {u"Name"_s, u"Song"_s}});
+    }
+    notifySpotify(u"Wave"_s);
+    const int questions = _engine->desktop.workspace.artworkQuestions;
+    _engine->desktop.runLoop.advance(0.2);
+    QCOMPARE(_engine->desktop.workspace.artworkQuestions, questions);
+    QTRY_COMPARE(shown(), QColor(Qt::green));
 }
 
 /// One that comes when its player is gone, and one that was given up for another track.

@@ -1,5 +1,6 @@
 #include "linux/desktop/DesktopAppearance.h"
 
+#include "base/RunLoop.h"
 #include "linux/dbus/DBusValue.h"
 #include "linux/dbus/WhenAnswered.h"
 
@@ -19,8 +20,9 @@ constexpr uint preferLight = 2;
 
 } // namespace
 
-DesktopAppearance::DesktopAppearance()
-    : _portalName(QDBusConnection::sessionBus(), QStringLiteral("org.freedesktop.portal.Desktop"))
+DesktopAppearance::DesktopAppearance(RunLoop& runLoop)
+    : _runLoop(runLoop)
+    , _portalName(QDBusConnection::sessionBus(), QStringLiteral("org.freedesktop.portal.Desktop"))
 {
     qGuiApp->installEventFilter(this);
     QDBusConnection::sessionBus().connect(
@@ -38,10 +40,19 @@ void DesktopAppearance::setPortal(const QString& owner)
         return;
     }
     _portal = std::make_unique<PortalSettingsProxy>(owner, portalPath, QDBusConnection::sessionBus());
+    _backoff.reset();
+    askPortal();
+}
+
+/// The portal may have taken its name before it can answer.
+void DesktopAppearance::askPortal()
+{
     whenAnswered(_portal->Read(appearanceGroup, colourSchemeKey), _portal.get(),
                  [this](const QDBusPendingReply<QDBusVariant>& reply) {
                      if (reply.isValid()) {
                          adopt(DBusValue::unwrapped(reply.value().variant()));
+                     } else if (const auto delay = _backoff.next()) {
+                         _runLoop.after(*delay, _portal.get(), [this] { askPortal(); });
                      }
                  });
 }

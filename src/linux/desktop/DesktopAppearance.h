@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/dbus/Backoff.h"
 #include "linux/dbus/BusName.h"
 #include "platform/Appearance.h"
 
@@ -9,13 +10,15 @@
 #include <memory>
 #include <optional>
 
+class RunLoop;
+
 /// Light or dark as the desktop portal says; where it says nothing, as the palette looks.
 class DesktopAppearance final : public Appearance
 {
     Q_OBJECT
 
 public:
-    DesktopAppearance();
+    explicit DesktopAppearance(RunLoop& runLoop);
 
     bool isDark() const override;
 
@@ -27,9 +30,12 @@ protected:
 
 private:
     void setPortal(const QString& owner);
+    void askPortal();
     void adopt(const QVariant& colourScheme);
 
+    RunLoop& _runLoop;
     BusName _portalName;
+    Backoff _backoff;
     std::unique_ptr<PortalSettingsProxy> _portal; ///< null while there is none
     std::optional<bool> _portalIsDark;
 };

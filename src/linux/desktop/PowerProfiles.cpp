@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
-PowerProfiles::PowerProfiles(const QDBusConnection& bus)
-    : _daemons{std::make_unique<PowerProfilesDaemon>(bus,
+PowerProfiles::PowerProfiles(const QDBusConnection& bus, RunLoop& runLoop)
+    : _daemons{std::make_unique<PowerProfilesDaemon>(bus, runLoop,
                                                      QStringLiteral("org.freedesktop.UPower.PowerProfiles"),
                                                      QStringLiteral("/org/freedesktop/UPower/PowerProfiles")),
-               std::make_unique<PowerProfilesDaemon>(bus, QStringLiteral("net.hadess.PowerProfiles"),
+               std::make_unique<PowerProfilesDaemon>(bus, runLoop, QStringLiteral("net.hadess.PowerProfiles"),
                                                      QStringLiteral("/net/hadess/PowerProfiles"))}
 {
     for (const auto& daemon : _daemons) {

@@ -8,6 +8,7 @@
 #include <memory>
 
 class PowerProfilesDaemon;
+class RunLoop;
 
 /// The power profile that the user picked for this computer, as power-profiles-daemon tells it under its name
 /// of today and its older one: low power is the profile "power-saver". Never waits for the daemon; until it
@@ -18,7 +19,7 @@ class PowerProfiles final : public PowerState
 
 public:
     /// `bus` is the system bus, outside tests.
-    explicit PowerProfiles(const QDBusConnection& bus);
+    PowerProfiles(const QDBusConnection& bus, RunLoop& runLoop);
     ~PowerProfiles() override;
 
     bool isLowPowerModeEnabled() const override { return _isLowPower; }

@@ -1,5 +1,6 @@
 #include "linux/desktop/PowerProfilesDaemon.h"
 
+#include "base/RunLoop.h"
 #include "linux/dbus/WhenAnswered.h"
 
 #include <QLoggingCategory>
@@ -14,8 +15,10 @@ const QString profileProperty = QStringLiteral("ActiveProfile");
 
 } // namespace
 
-PowerProfilesDaemon::PowerProfilesDaemon(const QDBusConnection& bus, QString interface, QString path)
+PowerProfilesDaemon::PowerProfilesDaemon(const QDBusConnection& bus, RunLoop& runLoop, QString interface,
+                                         QString path)
     : _bus(bus)
+    , _runLoop(runLoop)
     , _interface(std::move(interface))
     , _path(std::move(path))
     , _name(_bus, _interface)
@@ -29,6 +32,7 @@ PowerProfilesDaemon::PowerProfilesDaemon(const QDBusConnection& bus, QString int
 void PowerProfilesDaemon::setOwner(const QString& owner)
 {
     _properties.reset(); // and with it the question that may still be open
+    _backoff.reset();
     if (owner.isEmpty()) {
         setPowerSaver(false);
         return;
@@ -42,13 +46,25 @@ void PowerProfilesDaemon::requestProfile()
     whenAnswered(_properties->Get(_interface, profileProperty), _properties.get(),
                  [this](const QDBusPendingReply<QDBusVariant>& reply) {
                      if (reply.isValid()) {
+                         _backoff.reset();
                          setProfile(reply.value().variant());
-                         return;
+                     } else {
+                         setPowerSaver(false);
+                         requestAgain(reply.error().message());
                      }
-                     qCWarning(powerLog).noquote()
-                         << _interface << "does not tell its profile:" << reply.error().message();
-                     setPowerSaver(false);
                  });
+}
+
+/// It may have taken its name before it can answer.
+void PowerProfilesDaemon::requestAgain(const QString& failure)
+{
+    const auto delay = _backoff.next();
+    if (delay == Backoff::first) {
+        qCWarning(powerLog).noquote() << _interface << "does not tell its profile:" << failure;
+    }
+    if (delay) {
+        _runLoop.after(*delay, _properties.get(), [this] { requestProfile(); });
+    }
 }
 
 void PowerProfilesDaemon::propertiesChanged(const QString&, const QVariantMap& values,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/dbus/Backoff.h"
 #include "linux/dbus/BusName.h"
 
 #include <PropertiesProxy.h>
@@ -8,6 +9,8 @@
 
 #include <memory>
 
+class RunLoop;
+
 /// One bus name of the power-profiles daemon, followed as it comes and goes.
 class PowerProfilesDaemon : public QObject
 {
@@ -15,7 +18,7 @@ class PowerProfilesDaemon : public QObject
 
 public:
     /// `interface` is also the name of the service.
-    PowerProfilesDaemon(const QDBusConnection& bus, QString interface, QString path);
+    PowerProfilesDaemon(const QDBusConnection& bus, RunLoop& runLoop, QString interface, QString path);
 
     /// False while the daemon is absent or has not answered.
     bool isPowerSaver() const { return _isPowerSaver; }
@@ -30,13 +33,16 @@ private Q_SLOTS:
 private:
     void setOwner(const QString& owner);
     void requestProfile();
+    void requestAgain(const QString& failure);
     void setProfile(const QVariant& profile);
     void setPowerSaver(bool isPowerSaver);
 
     QDBusConnection _bus;
+    RunLoop& _runLoop;
     QString _interface;
     QString _path;
     BusName _name;
     std::unique_ptr<PropertiesProxy> _properties; ///< null while nobody has the name
+    Backoff _backoff;
     bool _isPowerSaver = false;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Uptime.h"
-#include "linux/mpris/Backoff.h"
+#include "linux/dbus/Backoff.h"
 #include "linux/mpris/MprisTrack.h"
 #include "linux/mpris/MprisTrackList.h"
 #include "linux/mpris/PositionClock.h"

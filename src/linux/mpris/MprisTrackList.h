@@ -1,6 +1,6 @@
 #pragma once
 
-#include "linux/mpris/Backoff.h"
+#include "linux/dbus/Backoff.h"
 #include "linux/mpris/MprisTrack.h"
 
 #include <MprisTrackListProxy.h>
