@@ -48,7 +48,7 @@ public:
         return artworks.value(bundleId);
     }
     std::optional<RunningApplication> frontmostApplication() const override { return front; }
-    PlayerAbilities abilities(const QString& /*bundleId*/) const override { return {}; }
+    PlayerAbilities abilities(const QString& /*bundleId*/) const override { return able; }
     bool open(const QUrl& url) override
     {
         opened.append(url.toString());
@@ -56,6 +56,7 @@ public:
     }
 
     QSet<QString> running;
+    PlayerAbilities able{.canRate = true, .canListTracks = false};
     QMap<QString, QString> artworks;
     mutable int artworkQuestions = 0;
     QStringList opened;
