@@ -11,6 +11,7 @@
 #include "linux/LinuxPlatform.h"
 #include "linux/x11/X11MediaKey.h"
 #include "linux/x11/X11Session.h"
+#include "platform/MediaPlayers.h"
 #include "platform/Workspace.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
@@ -145,6 +146,7 @@ private Q_SLOTS:
     void wakesAfterLongSilence();
     void playerTakesDisplayBack();
     void followsWebPage();
+    void commandsDeafPage();
 
 private:
     void typesIntoBrowserInFront();
@@ -208,7 +210,8 @@ void SystemAudioTest::playerTakesDisplayBack()
 /// By keystrokes, by commands and by keys that another program grabs.
 void SystemAudioTest::followsWebPage()
 {
-    QVERIFY(_page.start());
+    WebPage browser;
+    QVERIFY(browser.start());
     QTRY_VERIFY(_listener->isShowingSystemAudio(true));
     QTRY_VERIFY(_listener->bridge.bands()[1] > 0.8F && _listener->bridge.bands()[3] < 0.05F);
     typesIntoBrowserInFront();
@@ -221,6 +224,18 @@ void SystemAudioTest::followsWebPage()
     leavesTheKeyToItsGrabber();
     other.kill();
     other.waitForFinished();
+}
+
+void SystemAudioTest::commandsDeafPage()
+{
+    WebPage browser;
+    QVERIFY(browser.start(QStringLiteral("#deaf")));
+    QTRY_VERIFY(_listener->isShowingSystemAudio(true));
+    _listener->service.togglePlayPause();
+    QVERIFY(page(QStringLiteral("paused 2 toggles 0 next 0 previous")));
+    QTRY_VERIFY(!_listener->ports.mediaPlayers.all().constFirst().isPlaying);
+    _listener->service.togglePlayPause();
+    QVERIFY(page(QStringLiteral("playing 3 toggles 0 next 0 previous")));
 }
 
 void SystemAudioTest::typesIntoBrowserInFront()

@@ -26,13 +26,14 @@ public:
     ScriptOutcome run(const QString& source) override
     {
         sources.append(source);
-        return outcomes.value(source);
+        return outcomes.value(source, otherwise);
     }
 
     /// The texts since the last call.
     QStringList take() { return std::exchange(sources, {}); }
 
     QMap<QString, ScriptOutcome> outcomes;
+    ScriptOutcome otherwise; ///< of all others
     QStringList sources;
 };
 
