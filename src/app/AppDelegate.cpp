@@ -42,6 +42,7 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                     .pasteboard = platform.pasteboard,
                     .audioDevices = _audioManager,
                     .audioSources = AudioSourceManager::shared(),
+                    .audio = AudioBridge::shared(),
                     .power = PowerModeManager::shared(),
                     .recentlyPlayed = RecentlyPlayedManager::shared(),
                     .visibility = MenuVisibilityManager::shared(),

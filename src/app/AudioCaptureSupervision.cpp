@@ -25,6 +25,7 @@ void AudioCaptureSupervision::startAudioCapture()
 {
     applySoon();
     connect(&_of.service, &NowPlayingService::isPlayingChanged, this, &AudioCaptureSupervision::applySoon);
+    connect(&_of.bridge, &AudioBridge::enabledSet, this, &AudioCaptureSupervision::applySoon);
     _isWanted.setBinding([this] {
         const bool isShown = _of.service.isPlaying() && _of.visibility.showVisualizer;
         return (isShown || _of.sources.includesSystemAudio()) && _of.power.audioCaptureAllowed();

@@ -1,5 +1,6 @@
 #include "app/ContextMenu.h"
 
+#include "audio/AudioBridge.h"
 #include "audio/AudioDeviceManager.h"
 #include "audio/AudioSourceManager.h"
 #include "engine/NowPlayingService.h"
@@ -54,6 +55,7 @@ ContextMenu::ContextMenu(const Sources& sources) : _from(sources)
     commands.clearRecentlyPlayed = [this] { _from.recentlyPlayed.clear(); };
     commands.setPowerMode = [this](PowerMode mode) { _from.power.manualMode = mode; };
     commands.toggleSource = [this](AudioSource source) { _from.audioSources.toggle(source); };
+    commands.toggleLiveVisualizer = [this] { _from.audio.setEnabled(!_from.audio.isEnabled()); };
     commands.quit = [] { QCoreApplication::quit(); };
 }
 
@@ -80,6 +82,7 @@ ContextMenuState ContextMenu::state() const
     state.powerMode = _from.power.effectiveMode();
     state.isSystemLowPower = _from.power.systemLowPowerEnabled();
     state.enabledSources = _from.audioSources.enabledSources();
+    state.isLiveVisualizerOn = _from.audio.isEnabled();
     state.isWidgetShown = _from.widget.isEnabled;
     state.showUpNext = visibility.showUpNext;
     state.showReactions = visibility.showReactions;

@@ -4,6 +4,7 @@
 #include "ui/menu/ContextMenuState.h"
 #include "ui/menu/PellarMenuItem.h"
 
+class AudioBridge;
 class AudioDeviceManager;
 class AudioSourceManager;
 class MenuVisibilityManager;
@@ -25,6 +26,7 @@ public:
         Pasteboard& pasteboard;
         AudioDeviceManager& audioDevices;
         AudioSourceManager& audioSources;
+        AudioBridge& audio;
         PowerModeManager& power;
         RecentlyPlayedManager& recentlyPlayed;
         MenuVisibilityManager& visibility;

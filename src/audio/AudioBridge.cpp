@@ -44,6 +44,7 @@ void AudioBridge::setEnabled(bool enabled)
     } else {
         stop();
     }
+    Q_EMIT enabledSet();
 }
 
 bool AudioBridge::hasUserDecided() const

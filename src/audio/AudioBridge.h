@@ -43,6 +43,9 @@ public:
 Q_SIGNALS:
     void bandsPublished(const QList<float>& bands);
 
+    /// The switch has been set, perhaps to what it was.
+    void enabledSet();
+
 private:
     void publish(const QList<float>& bands);
 

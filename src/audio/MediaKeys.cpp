@@ -2,16 +2,20 @@
 
 #include "audio/MediaKeyTarget.h"
 #include "base/DebugLog.h"
+#include "base/RunLoop.h"
 #include "platform/EventTaps.h"
 #include "platform/Platform.h"
 #include "platform/ScriptRunner.h"
 #include "platform/SystemDefinedEvent.h"
 #include "platform/Workspace.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr quint32 keyDown = 0xA00;
 constexpr quint32 keyUp = 0xB00;
+constexpr double effectTime = 1; // seconds that a page has to react to a keystroke
 
 MediaCommand mediaCommand(MediaKeys::Key key)
 {
@@ -110,15 +114,51 @@ void MediaKeys::send(Key key)
 
 bool MediaKeys::typeInto(qint64 browser, Key key)
 {
+    QList<MediaPlayer> pages = _platform.mediaPlayers.all();
+    pages.removeIf([browser](const MediaPlayer& player) { return player.processId != browser; });
     const QString processId = QString::number(browser);
     const ScriptOutcome outcome = _platform.scripts.run(keystrokeScript(browser, key));
     if (outcome.reply == QStringLiteral("OK")) {
         trace(key, QStringLiteral(" → keystroke pid ") + processId);
+        if (key == Key::playPause) {
+            watchEffect(mediaKeyTarget(pages, _addressed));
+        }
         return true;
     }
     trace(key, QStringLiteral(" → keystroke FAILED for pid %1: %2")
                    .arg(processId, outcome.reply.value_or(outcome.errorMessage)));
     return false;
+}
+
+/// The other keys have none that can be told from outside in time.
+void MediaKeys::watchEffect(const MediaPlayer* player)
+{
+    // Two keys in one second undo each other, whether or not the page has an ear for them.
+    const bool isUndone = _typed && isWithoutEffect();
+    _typed.reset();
+    if (player == nullptr || isUndone) {
+        return;
+    }
+    _typed = {.player = player->id, .wasPlaying = player->isPlaying};
+    _platform.runLoop.after(effectTime, &_context, [this, key = ++_lastTyped] {
+        if (key != _lastTyped || !_typed) {
+            return;
+        }
+        if (isWithoutEffect()) {
+            trace(Key::playPause, QStringLiteral(" → no effect, command to ") + _typed->player);
+            _addressed = _typed->player;
+            _platform.mediaPlayers.send(_typed->player, MediaCommand::playPause);
+        }
+        _typed.reset();
+    });
+}
+
+bool MediaKeys::isWithoutEffect() const
+{
+    const auto players = _platform.mediaPlayers.all();
+    return std::any_of(players.begin(), players.end(), [this](const MediaPlayer& player) {
+        return player.id == _typed->player && player.isPlaying == _typed->wasPlaying;
+    });
 }
 
 void MediaKeys::broadcast(Key key)

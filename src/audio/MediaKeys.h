@@ -1,14 +1,19 @@
 #pragma once
 
+#include <QObject>
 #include <QSet>
 #include <QString>
 
+#include <optional>
+
+struct MediaPlayer;
 struct Platform;
 
 /// Controls sound whose maker is no known player: by a keystroke into the browser in front, so that the page
-/// there reacts, or by the media keys that any other program listens
-/// to. Where no program has grabbed the key, the player that sounds gets the command itself; where there is
-/// no such player, either, the window in front gets the key. Each command arrives once.
+/// there reacts, or by the media keys that any other program listens to. A page that goes on playing, or
+/// resting, has no ear for keys: the browser gets the command. Where no program has grabbed a media key, the
+/// player that sounds gets the command itself; where there is no such player, either, the window in front
+/// gets the key. Each command takes effect once.
 class MediaKeys
 {
 public:
@@ -22,10 +27,19 @@ public:
     void send(Key key);
 
 private:
+    struct Typed {
+        QString player; ///< of the browser, by its id
+        bool wasPlaying;
+    };
     bool typeInto(qint64 browser, Key key);
+    void watchEffect(const MediaPlayer* player);
+    bool isWithoutEffect() const;
     void broadcast(Key key);
     bool command(Key key);
 
     Platform& _platform;
-    QString _addressed; ///< the player that got the last command, by its id
+    QString _addressed;          ///< the player that got the last command, by its id
+    std::optional<Typed> _typed; ///< the play/pause key whose effect is still to be seen
+    quint64 _lastTyped = 0;
+    QObject _context; ///< no look at an effect outlives it
 };

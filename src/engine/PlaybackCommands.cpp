@@ -5,6 +5,7 @@
 #include "engine/PlayerScripts.h"
 #include "engine/SongLink.h"
 #include "platform/Automation.h"
+#include "platform/BundleId.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
@@ -151,8 +152,8 @@ void NowPlayingService::loveCurrentTrack()
     const Player target = commandTarget();
     if (target == Player::appleMusic) {
         runScript(PlayerScripts::loveMusic());
-    } else if (target == Player::spotify) {
-        runScript(PlayerScripts::loveSpotify());
+    } else if (target == Player::spotify && _platform.workspace.abilities(BundleId::spotify).canRate) {
+        runScript(PlayerScripts::loveSpotify()); // a key, which elsewhere does something else
     }
 }
 

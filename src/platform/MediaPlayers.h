@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 /// A program on this desktop that plays something, a browser's page too: what the choice among them depends
 /// on.
 struct MediaPlayer {
@@ -17,6 +19,7 @@ struct MediaPlayer {
     Uptime playingSince = Uptime::distantPast(); ///< if it plays
     Uptime lastPlayed = Uptime::distantPast();   ///< the distant past for one that never has
     QList<PlayerRole> roles = {};                ///< that it takes
+    std::optional<qint64> processId = {};        ///< as its windows have it; none when it is not known
 };
 
 enum class MediaCommand { playPause, next, previous };

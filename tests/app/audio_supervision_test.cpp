@@ -1,7 +1,10 @@
 #include "app/AudioCaptureSupervision.h"
+#include "app/ContextMenu.h"
 #include "audio/AudioDeviceManager.h"
 #include "engine/EngineFixture.h"
+#include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
+#include "prefs/WidgetManager.h"
 
 #include <QTest>
 
@@ -62,6 +65,7 @@ class AudioSupervisionTest : public QObject
 private Q_SLOTS:
     void followsUse();
     void listensWhileSystemAudioIsFollowed();
+    void isSwitchedInTheMenu();
     void triesAgainWhileWanted();
 };
 
@@ -103,6 +107,40 @@ void AudioSupervisionTest::listensWhileSystemAudioIsFollowed()
     QVERIFY(engine.service->activePlayer() == Player::systemAudio && engine.service->isPlaying());
     engine.manager->toggle(AudioSource::systemAudio);
     QVERIFY(!engine.isCapturing());
+}
+
+void AudioSupervisionTest::isSwitchedInTheMenu()
+{
+    Supervised engine(systemAudioToo);
+    MenuVisibilityManager menuVisibility(engine.defaults);
+    WidgetManager widget(engine.defaults);
+    const ContextMenu menu({.service = *engine.service,
+                            .pasteboard = engine.desktop.pasteboard,
+                            .audioDevices = *engine.devices,
+                            .audioSources = *engine.manager,
+                            .audio = *engine.bridge,
+                            .power = *engine.power,
+                            .recentlyPlayed = *engine.recentlyPlayed,
+                            .visibility = menuVisibility,
+                            .widget = widget,
+                            .workspace = engine.desktop.workspace});
+    const auto row = [&menu] {
+        for (const PellarMenuItem& item : menu.items()) {
+            if (item.title == QStringLiteral("Audio Sources")) {
+                return item.items.back();
+            }
+        }
+        return PellarMenuItem();
+    };
+    for (const bool isOn : {true, false, true}) {
+        QCOMPARE(row().title, QStringLiteral("Live Visualizer"));
+        QCOMPARE(row().isOn, isOn);
+        QCOMPARE(engine.isCapturing(), isOn);
+        row().choose();
+    }
+    engine.manager->toggle(AudioSource::systemAudio);
+    row().choose();
+    QVERIFY(row().isOn && !engine.isCapturing()); // for nothing plays
 }
 
 void AudioSupervisionTest::triesAgainWhileWanted()

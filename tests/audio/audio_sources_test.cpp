@@ -41,6 +41,8 @@ private Q_SLOTS:
     void bridgeFollowsItsSwitch();
     void keyTakesOneWay_data();
     void keyTakesOneWay();
+    void deafPageIsCommanded_data();
+    void deafPageIsCommanded();
 };
 
 void AudioSourcesTest::toggle_data()
@@ -182,6 +184,51 @@ void AudioSourcesTest::keyTakesOneWay()
         }
         QTEST(way.join(u' '), "way");
     }
+}
+
+void AudioSourcesTest::deafPageIsCommanded_data()
+{
+    QTest::addColumn<QString>("events"); // space or shift-N; p, r: the page pauses, resumes; digits: tenths
+    QTest::addColumn<int>("commands");
+
+    QTest::newRow("page reacts") << " 1p9 1r99" << 0;
+    QTest::newRow("page is deaf") << " 8" << 0;
+    QTest::newRow("and has had its second") << " 99" << 1;
+    QTest::newRow("is told both ways") << " 99p9 99r9" << 2;
+    QTest::newRow("undone") << " 3 99" << 0;
+    QTest::newRow("three times") << " 3 3 99" << 1;
+    QTest::newRow("slow page, pressed again") << " 3p1 3r99" << 0;
+    QTest::newRow("next shows no effect") << "N99" << 0;
+    QTest::newRow("browser quits") << " 3q99" << 0;
+    QTest::newRow("sounds elsewhere") << "e 99" << 0;
+}
+
+void AudioSourcesTest::deafPageIsCommanded()
+{
+    QFETCH(QString, events);
+    const LogFile log;
+    FakePlatform desktop;
+    desktop.workspace.front =
+        RunningApplication{.processId = 4711, .bundleId = QStringLiteral("org.mozilla.firefox")};
+    desktop.scripts.otherwise.reply = QStringLiteral("OK");
+    QList<MediaPlayer>& players = desktop.mediaPlayers.players;
+    players = {{.id = QStringLiteral(":1.7"), .isPlaying = true, .lastPlayed = {1}, .processId = 4711}};
+    MediaKeys keys(desktop.ports);
+    for (const QChar event : events) {
+        if (event == u' ' || event == u'N') {
+            keys.send(event == u' ' ? Key::playPause : Key::next);
+        } else if (event == u'p' || event == u'r') {
+            players[0].isPlaying = event == u'r';
+        } else if (event == u'q') {
+            players.clear();
+        } else if (event == u'e') {
+            players[0].processId = std::nullopt;
+        } else {
+            desktop.runLoop.advance(event.digitValue() * 0.1);
+        }
+    }
+    QTEST(static_cast<int>(desktop.mediaPlayers.sent.size()), "commands");
+    QVERIFY(desktop.eventTaps.posted.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(AudioSourcesTest)

@@ -21,7 +21,7 @@ function show() {
 }
 function count(what) { counts[what]++; show(); }
 function toggle() { audio.paused ? audio.play() : audio.pause(); }
-addEventListener("keydown", event => {
+if (location.hash !== "#deaf") addEventListener("keydown", event => {
   if (event.key === " ") toggle();
   if (event.key === "N" && event.shiftKey) count("next");
   if (event.key === "P" && event.shiftKey) count("previous");
@@ -56,17 +56,17 @@ WebPage::~WebPage()
     }
 }
 
-bool WebPage::start()
+bool WebPage::start(const QString& fragment)
 {
     // Without a sandbox it also runs as root; the rest keeps it from looking for its makers' servers.
-    _browser.start(QStringLiteral("chromium"),
-                   {QStringLiteral("--no-sandbox"), QStringLiteral("--disable-gpu"),
-                    QStringLiteral("--no-first-run"), QStringLiteral("--disable-background-networking"),
-                    QStringLiteral("--disable-component-update"), QStringLiteral("--disable-sync"),
-                    QStringLiteral("--autoplay-policy=no-user-gesture-required"),
-                    QStringLiteral("--user-data-dir=") + _folder.filePath(QStringLiteral("profile")),
-                    QStringLiteral("--window-size=600,400"),
-                    QUrl::fromLocalFile(_folder.filePath(QStringLiteral("page.html"))).toString()});
+    _browser.start(
+        QStringLiteral("chromium"),
+        {QStringLiteral("--no-sandbox"), QStringLiteral("--disable-gpu"), QStringLiteral("--no-first-run"),
+         QStringLiteral("--disable-background-networking"), QStringLiteral("--disable-component-update"),
+         QStringLiteral("--disable-sync"), QStringLiteral("--autoplay-policy=no-user-gesture-required"),
+         QStringLiteral("--user-data-dir=") + _folder.filePath(QStringLiteral("profile")),
+         QStringLiteral("--window-size=600,400"),
+         QUrl::fromLocalFile(_folder.filePath(QStringLiteral("page.html"))).toString() + fragment});
     return QTest::qWaitFor([this] { return state().startsWith(QStringLiteral("playing")); }, 30'000);
 }
 

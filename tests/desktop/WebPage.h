@@ -11,7 +11,8 @@ public:
     WebPage();
     ~WebPage();
 
-    bool start();
+    /// With "#deaf", keys do nothing.
+    bool start(const QString& fragment = {});
 
     /// What the page says of itself, as in "playing 0 toggles 1 next 0 previous"; empty before it is there.
     QString state() const;

@@ -9,6 +9,7 @@
 #include "linux/x11/X11MediaKey.h"
 #include "linux/x11/X11Session.h"
 #include "platform/BundleId.h"
+#include "platform/MediaPlayers.h"
 #include "platform/Workspace.h"
 #include "prefs/PillVisibilityManager.h"
 #include "support/Command.h"
@@ -133,6 +134,7 @@ private Q_SLOTS:
     void choosesPlayer();
     void wakesAfterLongSilence();
     void followsWebPage();
+    void commandsDeafPage();
 
 private:
     bool hasPaused() const { return RealPlayer::status() == u"Paused" && !_service->isPlaying(); }
@@ -233,7 +235,8 @@ void SessionTest::wakesAfterLongSilence()
 /// By keystrokes, by commands and by keys that another program grabs.
 void SessionTest::followsWebPage()
 {
-    QVERIFY(_page.start());
+    WebPage browser;
+    QVERIFY(browser.start());
     QTRY_VERIFY(_session->isShowingSystemAudio(true));
     const AudioBridge& bridge = *_session->parts.bridge;
     QTRY_VERIFY(bridge.bands()[1] > 0.8F && bridge.bands()[3] < 0.05F);
@@ -244,6 +247,18 @@ void SessionTest::followsWebPage()
                 std::nullopt);
     commandsBrowserBehind();
     leavesTheKeyToItsGrabber();
+}
+
+void SessionTest::commandsDeafPage()
+{
+    WebPage browser;
+    QVERIFY(browser.start(u"#deaf"_s));
+    QTRY_VERIFY(_session->isShowingSystemAudio(true));
+    _service->togglePlayPause();
+    QVERIFY(isPage(u"paused 2 toggles 0 next 0 previous"_s));
+    QTRY_VERIFY(!_session->ports.mediaPlayers.all().constFirst().isPlaying);
+    _service->togglePlayPause();
+    QVERIFY(isPage(u"playing 3 toggles 0 next 0 previous"_s));
 }
 
 void SessionTest::typesIntoBrowserInFront()

@@ -89,6 +89,9 @@ void CommandsTest::reactions()
     engine.service->dislikeCurrentTrack();
     QCOMPARE(engine.service->currentTrackReaction(), TrackReaction{});
     QCOMPARE(engine.desktop.scripts.take(), {PlayerScripts::loveSpotify()});
+    engine.desktop.workspace.able.canRate = false; // where that key does something else
+    engine.service->loveCurrentTrack();
+    QVERIFY(engine.desktop.scripts.take().isEmpty());
     QVERIFY(engine.service->supportsLoveAction() && !engine.service->supportsDislikeAction());
 }
 

@@ -26,13 +26,14 @@ public:
     ScriptOutcome run(const QString& source) override
     {
         sources.append(source);
-        return outcomes.value(source);
+        return outcomes.value(source, otherwise);
     }
 
     /// The texts since the last call.
     QStringList take() { return std::exchange(sources, {}); }
 
     QMap<QString, ScriptOutcome> outcomes;
+    ScriptOutcome otherwise; ///< of all others
     QStringList sources;
 };
 
@@ -48,7 +49,7 @@ public:
         return artworks.value(bundleId);
     }
     std::optional<RunningApplication> frontmostApplication() const override { return front; }
-    PlayerAbilities abilities(const QString& /*bundleId*/) const override { return {}; }
+    PlayerAbilities abilities(const QString& /*bundleId*/) const override { return able; }
     bool open(const QUrl& url) override
     {
         opened.append(url.toString());
@@ -56,6 +57,7 @@ public:
     }
 
     QSet<QString> running;
+    PlayerAbilities able{.canRate = true, .canListTracks = false};
     QMap<QString, QString> artworks;
     mutable int artworkQuestions = 0;
     QStringList opened;

@@ -48,7 +48,9 @@ PlayerAbilities DesktopWorkspace::abilities(const QString& bundleId) const
     if (player == nullptr) {
         return {};
     }
-    return {.canRate = role == PlayerRole::spotify,
+    // MPRIS cannot rate, and the key that saves a track in other versions of Spotify's own player is its
+    // shuffle here.
+    return {.canRate = false,
             .canListTracks = player->trackList().contains(player->state().track)};
 }
 

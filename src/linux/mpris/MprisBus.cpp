@@ -172,6 +172,7 @@ void MprisBus::addName(const QString& name, const QString& owner)
     if (isNew) {
         player = new MprisPlayer(_bus, owner, _runLoop, this);
         _players.append(player);
+        findProcess(player);
     }
     if (!player->suffixes.contains(suffix)) {
         player->suffixes.append(suffix);
@@ -181,6 +182,17 @@ void MprisBus::addName(const QString& name, const QString& owner)
     } else {
         Q_EMIT playerAdded(player);
     }
+}
+
+void MprisBus::findProcess(MprisPlayer* player)
+{
+    const QDBusPendingReply<uint> question =
+        _bus.interface()->asyncCall(QStringLiteral("GetConnectionUnixProcessID"), player->uniqueName());
+    whenAnswered(question, player, [player](const QDBusPendingReply<uint>& processId) {
+        if (processId.isValid()) {
+            player->processId = processId.value();
+        }
+    });
 }
 
 void MprisBus::removeName(const QString& name, const QString& owner)

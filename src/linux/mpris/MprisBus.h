@@ -41,6 +41,7 @@ private:
     void findPlayers();
     void findOwner(const QString& name);
     void addName(const QString& name, const QString& owner);
+    void findProcess(MprisPlayer* player);
     void removeName(const QString& name, const QString& owner);
     void remove(MprisPlayer* player);
     MprisPlayer* withUniqueName(const QString& name) const;

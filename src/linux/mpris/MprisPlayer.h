@@ -12,6 +12,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <optional>
+
 class RunLoop;
 
 /// A mirror of one MPRIS player, kept current by its signals. Nothing here waits for the player: questions
@@ -38,6 +40,9 @@ public:
 
     /// Its well-known names without "org.mpris.MediaPlayer2.".
     QStringList suffixes;
+
+    /// Once the bus has told it.
+    std::optional<qint64> processId;
 
     const State& state() const { return _published; }
     bool isPlaying() const { return _published.status == Status::playing; }

@@ -33,7 +33,8 @@ QList<MediaPlayer> PlayerRoster::all() const
                         .isPlaying = player->isPlaying(),
                         .playingSince = player->playingSince(),
                         .lastPlayed = player->lastPlayed(),
-                        .roles = _cast.keys(player)});
+                        .roles = _cast.keys(player),
+                        .processId = player->processId});
     }
     return players;
 }

@@ -25,6 +25,7 @@ struct ContextMenuCommands {
     std::function<void(PowerMode mode)> setPowerMode;
     std::function<void()> openPowerModeSettings;
     std::function<void(AudioSource source)> toggleSource;
+    std::function<void()> toggleLiveVisualizer;
     std::function<void()> toggleWidget;
     std::function<void()> openSettings;
     std::function<void()> quit;

@@ -258,6 +258,9 @@ void RowBuilder::addSources()
         rows.push_back(Item::toggle(title, _state.enabledSources.testFlag(source),
                                     with(_commands.toggleSource, source)));
     }
+    rows.push_back(Item::separator());
+    rows.push_back(
+        Item::toggle(tr("Live Visualizer"), _state.isLiveVisualizerOn, _commands.toggleLiveVisualizer));
     add(Item::submenu(tr("Audio Sources"), std::move(rows)));
 }
 

@@ -49,6 +49,7 @@ struct ContextMenuState {
     PowerMode powerMode = PowerMode::normal; ///< the one in force
     bool isSystemLowPower = false;
     AudioSources enabledSources;
+    bool isLiveVisualizerOn = false;
     bool isWidgetShown = false;
 
     bool showUpNext = true;

@@ -36,9 +36,10 @@ Item {
 
         VisualizerView {
             anchors.fill: parent
-            model: root.pill.visualizer.isAtRest ? null : root.pill.visualizer
+            model: root.pill.visualizer
             clock: root.pill.clock
-            color: root.pill.visualizer.isAtRest ? root.colors.dimmedText : root.colors.bars
+            color: root.colors.bars
+            restColor: root.colors.dimmedText
         }
     }
     PillButton {

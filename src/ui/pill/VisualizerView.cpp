@@ -88,11 +88,12 @@ void VisualizerView::paint(QPainter& painter, QSize size, double scale)
     }
     VisualizerModel::Heights heights;
     heights.fill(VisualizerBars::minBarHeight);
-    if (_model != nullptr) {
+    const bool isAtRest = _model == nullptr || _model->isAtRest();
+    if (!isAtRest) {
         heights = _model->heights();
     }
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color());
+    painter.setBrush(isAtRest ? restColor() : color());
     for (const QRectF& bar : barRects(heights, size, scale)) {
         painter.drawRoundedRect(bar, cornerRadius * scale, cornerRadius * scale);
     }

@@ -24,6 +24,8 @@ class VisualizerView : public PixelItem
     Q_PROPERTY(VisualizerModel* model READ model WRITE setModel NOTIFY modelChanged)
     Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
+    /// Of the bars at rest.
+    Q_PROPERTY(QColor restColor READ restColor WRITE setRestColor NOTIFY colorChanged)
 
 public:
     explicit VisualizerView(QQuickItem* parent = nullptr);
@@ -40,6 +42,9 @@ public:
     QColor color() const { return _color; }
     void setColor(const QColor& color) { _color = color; }
 
+    QColor restColor() const { return _restColor; }
+    void setRestColor(const QColor& color) { _restColor = color; }
+
 Q_SIGNALS:
     void modelChanged();
     void clockChanged();
@@ -55,4 +60,5 @@ private:
     QPointer<VisualizerModel> _model;
     QPointer<FrameClock> _clock;
     Q_OBJECT_BINDABLE_PROPERTY(VisualizerView, QColor, _color, &VisualizerView::colorChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(VisualizerView, QColor, _restColor, &VisualizerView::colorChanged)
 };
