@@ -117,7 +117,7 @@ void measureListening(const PillWatch& pill)
                              [&] { return pill.isDrawn() && isCapturing() && areSinksAsleep(); }) >= 0;
     QTest::qWait(3000);
     Table::row(QStringLiteral("processor, paused, listening for system audio"),
-               loadText(program.meter().watch(watched)), QStringLiteral("0.2 %"),
+               loadText(program.meter().watch(watched)), QStringLiteral("0.1 %"),
                isReady ? QString() : QStringLiteral("it does not listen, or the sinks are awake"));
 }
 
@@ -126,8 +126,8 @@ void measureListening(const PillWatch& pill)
 void CaptureMeasures::measureCapture(const PillWatch& pill)
 {
     measurePlaying(pill, PowerMode::normal, QStringLiteral("processor, playing, live capture, 15 fps"),
-                   QStringLiteral("2 %"));
+                   QStringLiteral("1.3 %"));
     measurePlaying(pill, PowerMode::powerUser, QStringLiteral("processor, playing, live capture, 30 fps"),
-                   QString());
+                   QStringLiteral("1.5 %"));
     measureListening(pill);
 }
