@@ -263,10 +263,9 @@ private:
     std::unique_ptr<RunLoop::Timer> _sleepTimer;
     std::unique_ptr<RunLoop::Timer> _timer;
     qint64 _tickCount = 0;
-    QString _lastTrackKey;         ///< identity of the last track adopted from a player
-    QString _currentArtworkSource; ///< identity of the artwork on show; empty when none was fetched
-    QString
-        _wantedArtworkSource; ///< the same of the one that the track on show should have; empty if unknown
+    QString _lastTrackKey;           ///< identity of the last track adopted from a player
+    QString _currentArtworkSource;   ///< identity of the artwork on show; empty when none was fetched
+    QString _wantedArtworkSource;    ///< identity of the one that the track on show should have
     QString _requestedArtworkSource; ///< the same of the one asked for last, until it has come or failed
     ArtworkOwner _artworkOwner;      ///< what the artwork was found for
     ArtworkOwner _trackOnShow;
