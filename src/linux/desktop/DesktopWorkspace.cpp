@@ -50,8 +50,7 @@ PlayerAbilities DesktopWorkspace::abilities(const QString& bundleId) const
     }
     // MPRIS cannot rate, and the key that saves a track in other versions of Spotify's own player is its
     // shuffle here.
-    return {.canRate = false,
-            .canListTracks = player->trackList().contains(player->state().track)};
+    return {.canRate = false, .canListTracks = player->trackList().contains(player->state().track)};
 }
 
 std::optional<RunningApplication> DesktopWorkspace::frontmostApplication() const
