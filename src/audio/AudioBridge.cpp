@@ -71,6 +71,13 @@ void AudioBridge::stop()
     });
 }
 
+void AudioBridge::catchUp()
+{
+    if (_capture) {
+        _capture->catchUp();
+    }
+}
+
 void AudioBridge::publish(const QList<float>& bands)
 {
     _bands = bands;

@@ -21,6 +21,7 @@ constexpr double defaultSampleRate = 48000; // Hz
 constexpr float silenceFloor = 0.0005F;     // RMS of a frame
 constexpr QueueTimer::Seconds firstFrame{0.05};
 constexpr QueueTimer::Seconds frameInterval{1.0 / 30};
+constexpr qsizetype framesAtOnce = 3;
 
 void trace(const QString& message)
 {
@@ -320,15 +321,31 @@ void AudioCaptureService::sampleAndAnalyze(quint64 session)
         _lastNonSilentTime = now;
     }
     const bool isLive = now - _lastNonSilentTime < silenceTimeoutSecs;
-    QMetaObject::invokeMethod(
-        this,
-        [this, session, isLive, bands = QList<float>(frame.bands.begin(), frame.bands.end())] {
-            if (session == _session) {
-                publish(bands, isLive);
-                rest();
-            }
-        },
-        Qt::QueuedConnection);
+    qsizetype ready = 0;
+    {
+        const std::lock_guard guard(_readyLock);
+        _ready.append(
+            {.session = session, .bands = {frame.bands.begin(), frame.bands.end()}, .isLive = isLive});
+        ready = _ready.size();
+    }
+    if (ready == framesAtOnce || isLive != std::exchange(_wasLive, isLive)) {
+        QMetaObject::invokeMethod(this, &AudioCaptureService::catchUp, Qt::QueuedConnection);
+    }
+}
+
+void AudioCaptureService::catchUp()
+{
+    QList<Frame> ready;
+    {
+        const std::lock_guard guard(_readyLock);
+        ready.swap(_ready);
+    }
+    for (const Frame& frame : ready) {
+        if (frame.session == _session) {
+            publish(frame.bands, frame.isLive);
+            rest();
+        }
+    }
 }
 
 /// With nothing to be heard and the levels come to rest, there is nothing to sample until something sounds.
