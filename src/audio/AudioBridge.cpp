@@ -71,6 +71,13 @@ void AudioBridge::stop()
     });
 }
 
+void AudioBridge::setPace(int framesPerSecond)
+{
+    if (_capture) {
+        _capture->setPace(framesPerSecond);
+    }
+}
+
 void AudioBridge::catchUp()
 {
     if (_capture) {

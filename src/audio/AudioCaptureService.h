@@ -15,7 +15,7 @@
 class RunLoop;
 
 /// Captures what the computer plays, but for the program's own sounds, and analyses it 30 times a second, as
-/// long as anything plays. The frames are published by threes, unless somebody catches up.
+/// long as anything plays. Frames are made and published together as far as `setPace` and `catchUp` allow.
 /// Without permission, or when the tap cannot be set up, it stays idle until `start` is called again.
 class AudioCaptureService final : public AudioCapture
 {
@@ -36,6 +36,7 @@ public:
     void stop() override;
 
     /// Main thread.
+    void setPace(int framesPerSecond) override;
     void catchUp() override;
 
     /// Four levels, each 0 to 1, bass to treble.
@@ -70,7 +71,8 @@ private:
     void deviceChanged(AudioHardware::DeviceState state);
     void startSampler();
     void rest();
-    void sampleAndAnalyze(quint64 session);
+    void sample(quint64 session, int frames);
+    void sampleAndAnalyze(quint64 session, int framesBack);
     void publish(const QList<float>& bands, bool isLive);
 
     AudioHardware& _hardware;
@@ -98,6 +100,7 @@ private:
     };
     std::mutex _readyLock;
     QList<Frame> _ready;
+    int _framesAtOnce = 1; ///< that the sampler makes
 
     // The sampler's own, on its queue.
     SpectrumAnalyzer _analyzer;
