@@ -30,8 +30,14 @@ void AudioCaptureSupervision::startAudioCapture()
         const bool isShown = _of.service.isPlaying() && _of.visibility.showVisualizer;
         return (isShown || _of.sources.includesSystemAudio()) && _of.power.audioCaptureAllowed();
     });
+    _pace.setBinding([this] { return _of.power.effectiveSettings().visualizerFPS; });
     connect(&_of.devices, &AudioDeviceManager::devicesChanged, this, [this] { retry(); });
     _audioRetryTimer = _of.platform.runLoop.every(audioRetryInterval, this, [this] { retry(); });
+}
+
+void AudioCaptureSupervision::applyPace()
+{
+    _of.bridge.setPace(_pace);
 }
 
 void AudioCaptureSupervision::retry()

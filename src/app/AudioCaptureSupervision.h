@@ -42,10 +42,13 @@ public:
 private:
     void retry();
     void applySoon();
+    void applyPace();
     void applyPowerModeToAudioCapture();
 
     Dependencies _of;
     std::unique_ptr<RunLoop::Timer> _audioRetryTimer;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(AudioCaptureSupervision, bool, _isWanted, false,
                                          &AudioCaptureSupervision::applySoon)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(AudioCaptureSupervision, int, _pace, 0,
+                                         &AudioCaptureSupervision::applyPace)
 };

@@ -71,6 +71,20 @@ void AudioBridge::stop()
     });
 }
 
+void AudioBridge::setPace(int framesPerSecond)
+{
+    if (_capture) {
+        _capture->setPace(framesPerSecond);
+    }
+}
+
+void AudioBridge::catchUp()
+{
+    if (_capture) {
+        _capture->catchUp();
+    }
+}
+
 void AudioBridge::publish(const QList<float>& bands)
 {
     _bands = bands;

@@ -40,6 +40,12 @@ public:
     void start();
     void stop();
 
+    /// How often the levels are looked at.
+    void setPace(int framesPerSecond);
+
+    /// Brings the levels up to now; without this, they are a tenth of a second late at most.
+    void catchUp();
+
 Q_SIGNALS:
     void bandsPublished(const QList<float>& bands);
 

@@ -19,8 +19,8 @@ Q_LOGGING_CATEGORY(audioLog, "com.orvalen.pellar.audio", QtWarningMsg)
 const QStringList tapExcludeBundlePrefixes = {QStringLiteral("com.orvalen.pellar")};
 constexpr double defaultSampleRate = 48000; // Hz
 constexpr float silenceFloor = 0.0005F;     // RMS of a frame
-constexpr QueueTimer::Seconds firstFrame{0.05};
-constexpr QueueTimer::Seconds frameInterval{1.0 / 30};
+constexpr int samplerRate = 30;             // frames a second
+constexpr int mostFramesAtOnce = 3;
 
 void trace(const QString& message)
 {
@@ -305,30 +305,67 @@ int AudioCaptureService::audioIOProc(AudioObjectId /*device*/, const AudioTimeSt
     return 0;
 }
 
-void AudioCaptureService::startSampler()
+void AudioCaptureService::setPace(int framesPerSecond)
 {
-    _sampler = std::make_unique<QueueTimer>(_samplerQueue, firstFrame, frameInterval,
-                                            [this, session = _session] { sampleAndAnalyze(session); });
+    const int framesAtOnce = framesPerSecond > 0
+                                 ? std::clamp(samplerRate / framesPerSecond, 1, mostFramesAtOnce)
+                                 : mostFramesAtOnce;
+    if (framesAtOnce != std::exchange(_framesAtOnce, framesAtOnce) && _sampler) {
+        startSampler();
+    }
 }
 
-void AudioCaptureService::sampleAndAnalyze(quint64 session)
+void AudioCaptureService::startSampler()
 {
-    _ring.copyNewest(_frame);
-    const SpectrumAnalyzer::Frame frame = _analyzer.analyze(_frame, _sampleRate);
+    constexpr QueueTimer::Seconds firstFrame{0.05};
+    _sampler.reset();
+    _sampler = std::make_unique<QueueTimer>(
+        _samplerQueue, firstFrame, QueueTimer::Seconds{static_cast<double>(_framesAtOnce) / samplerRate},
+        [this, session = _session, frames = _framesAtOnce] { sample(session, frames); });
+}
+
+void AudioCaptureService::sample(quint64 session, int frames)
+{
+    for (int framesBack = frames - 1; framesBack >= 0; --framesBack) {
+        sampleAndAnalyze(session, framesBack);
+    }
+}
+
+void AudioCaptureService::sampleAndAnalyze(quint64 session, int framesBack)
+{
+    const float rate = _sampleRate;
+    _ring.copyNewest(_frame, static_cast<int>(rate / samplerRate) * framesBack);
+    const SpectrumAnalyzer::Frame frame = _analyzer.analyze(_frame, rate);
     const Uptime now = _runLoop.uptime();
     if (frame.rms > silenceFloor) {
         _lastNonSilentTime = now;
     }
     const bool isLive = now - _lastNonSilentTime < silenceTimeoutSecs;
-    QMetaObject::invokeMethod(
-        this,
-        [this, session, isLive, bands = QList<float>(frame.bands.begin(), frame.bands.end())] {
-            if (session == _session) {
-                publish(bands, isLive);
-                rest();
-            }
-        },
-        Qt::QueuedConnection);
+    qsizetype ready = 0;
+    {
+        const std::lock_guard guard(_readyLock);
+        _ready.append(
+            {.session = session, .bands = {frame.bands.begin(), frame.bands.end()}, .isLive = isLive});
+        ready = _ready.size();
+    }
+    if (ready == mostFramesAtOnce || isLive != std::exchange(_wasLive, isLive)) {
+        QMetaObject::invokeMethod(this, &AudioCaptureService::catchUp, Qt::QueuedConnection);
+    }
+}
+
+void AudioCaptureService::catchUp()
+{
+    QList<Frame> ready;
+    {
+        const std::lock_guard guard(_readyLock);
+        ready.swap(_ready);
+    }
+    for (const Frame& frame : ready) {
+        if (frame.session == _session) {
+            publish(frame.bands, frame.isLive);
+            rest();
+        }
+    }
 }
 
 /// With nothing to be heard and the levels come to rest, there is nothing to sample until something sounds.

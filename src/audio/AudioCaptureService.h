@@ -10,11 +10,12 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 
 class RunLoop;
 
 /// Captures what the computer plays, but for the program's own sounds, and analyses it 30 times a second, as
-/// long as anything plays.
+/// long as anything plays. Frames are made and published together as far as `setPace` and `catchUp` allow.
 /// Without permission, or when the tap cannot be set up, it stays idle until `start` is called again.
 class AudioCaptureService final : public AudioCapture
 {
@@ -33,6 +34,10 @@ public:
 
     /// Ends the capture and publishes silence, behind the frames that are under way. Any thread.
     void stop() override;
+
+    /// Main thread.
+    void setPace(int framesPerSecond) override;
+    void catchUp() override;
 
     /// Four levels, each 0 to 1, bass to treble.
     QList<float> bands() const { return _bands; }
@@ -66,7 +71,8 @@ private:
     void deviceChanged(AudioHardware::DeviceState state);
     void startSampler();
     void rest();
-    void sampleAndAnalyze(quint64 session);
+    void sample(quint64 session, int frames);
+    void sampleAndAnalyze(quint64 session, int framesBack);
     void publish(const QList<float>& bands, bool isLive);
 
     AudioHardware& _hardware;
@@ -86,10 +92,21 @@ private:
     std::atomic<float> _sampleRate = 48000;
     quint64 _session = 0; ///< frames of an earlier one are not published
 
+    // From the sampler to the main thread.
+    struct Frame {
+        quint64 session;
+        QList<float> bands;
+        bool isLive;
+    };
+    std::mutex _readyLock;
+    QList<Frame> _ready;
+    int _framesAtOnce = 1; ///< that the sampler makes
+
     // The sampler's own, on its queue.
     SpectrumAnalyzer _analyzer;
     SpectrumAnalyzer::Samples _frame{};
     Uptime _lastNonSilentTime = Uptime::distantPast();
+    bool _wasLive = false;
 
     SerialQueue _samplerQueue{QStringLiteral("com.orvalen.pellar.audio.sampler")};
     std::unique_ptr<QueueTimer> _sampler;

@@ -23,11 +23,11 @@ void SampleRing::write(const AudioBufferList& input)
     }
 }
 
-void SampleRing::copyNewest(SpectrumAnalyzer::Samples& samples) const
+void SampleRing::copyNewest(SpectrumAnalyzer::Samples& samples, int age) const
 {
     constexpr int size = SpectrumAnalyzer::frameSize;
     const std::lock_guard guard(_lock);
-    const int begin = (_write + capacity - size) % capacity;
+    const int begin = (_write + capacity - size - std::clamp(age, 0, capacity - size)) % capacity;
     const int head = std::min(size, capacity - begin);
     std::copy_n(_samples.begin() + begin, head, samples.begin());
     std::copy_n(_samples.begin(), size - head, samples.begin() + head);

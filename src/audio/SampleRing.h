@@ -11,15 +11,16 @@ struct AudioBufferList;
 class SampleRing
 {
 public:
-    static constexpr int capacity = 2048; ///< samples
+    static constexpr int capacity = 8192; ///< samples
 
     /// Takes the first buffer of a list: one channel as it is, of several the mean of every two samples.
     /// A list without samples changes nothing. Allocates nothing, and drops the samples rather than wait for
     /// a reader.
     void write(const AudioBufferList& input);
 
-    /// The samples just before the write position, oldest first.
-    void copyNewest(SpectrumAnalyzer::Samples& samples) const;
+    /// The samples just before the write position, or some samples further back, oldest first. What is too
+    /// old to be there is the oldest that is.
+    void copyNewest(SpectrumAnalyzer::Samples& samples, int age = 0) const;
 
 private:
     mutable std::mutex _lock;

@@ -12,8 +12,7 @@ constexpr int fastest = 60; // frames per second; what is stored may be anything
 
 } // namespace
 
-VisualizerModel::VisualizerModel(RunLoop& runLoop, const AudioBridge& audio,
-                                 const PowerModeManager& powerMode)
+VisualizerModel::VisualizerModel(RunLoop& runLoop, AudioBridge& audio, const PowerModeManager& powerMode)
     : _runLoop(runLoop)
     , _audio(audio)
 {

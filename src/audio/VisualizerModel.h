@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/AudioBridge.h"
 #include "audio/VisualizerBars.h"
 
 #include <QObject>
@@ -7,7 +8,6 @@
 
 #include <array>
 
-class AudioBridge;
 class PowerModeManager;
 class RunLoop;
 
@@ -22,7 +22,7 @@ public:
     using Heights = std::array<double, VisualizerBars::barCount>;
 
     /// Everything given outlives the model.
-    VisualizerModel(RunLoop& runLoop, const AudioBridge& audio, const PowerModeManager& powerMode);
+    VisualizerModel(RunLoop& runLoop, AudioBridge& audio, const PowerModeManager& powerMode);
 
     /// Whether music plays. When it stops the bars begin to fall.
     QBindable<bool> bindableIsPlaying() { return &_isPlaying; }
@@ -36,6 +36,9 @@ public:
     /// Whether there is a meter, music is stopped and the bars have come down.
     bool isAtRest() const { return _isAtRest; }
 
+    /// Brings the levels up to now, before a frame.
+    void catchUp() { _audio.catchUp(); }
+
     /// The bars as they are to be drawn now, in points. A still frame after a stop is that of the stop.
     Heights heights() const;
 
@@ -48,7 +51,7 @@ private:
     void awaitRest();
 
     RunLoop& _runLoop;
-    const AudioBridge& _audio;
+    AudioBridge& _audio;
     VisualizerBars _bars;      ///< without the levels
     QProperty<bool> _isMoving; ///< music plays, or the bars are falling
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(VisualizerModel, bool, _isPlaying, false,

@@ -75,6 +75,9 @@ void AudioSupervisionTest::followsUse()
     QVERIFY(!engine.isCapturing());
     engine.play(QStringLiteral("playing"));
     QVERIFY(engine.isCapturing());
+    QCOMPARE(engine.capture->pace, 15);
+    engine.power->updateSettings(PowerMode::normal, [](auto& settings) { settings.visualizerFPS = 30; });
+    QCOMPARE(engine.capture->pace, 30);
     const QList<std::function<void(bool)>> switches = {
         [&](bool isOn) { engine.power->manualMode = isOn ? PowerMode::normal : PowerMode::lowPower; },
         [&](bool isOn) { engine.visibility.showVisualizer = isOn; },

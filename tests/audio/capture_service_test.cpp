@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <thread>
@@ -62,6 +63,7 @@ private Q_SLOTS:
     void leavesItselfOut();
     void failsAndRecovers();
     void publishesSound();
+    void makesFramesTogether();
     void stopsInSilence();
     void restsWhileNothingSounds();
 };
@@ -169,6 +171,30 @@ void CaptureServiceTest::publishesSound()
     f.clock.seconds = f.clock.seconds + 0.1;
     QTRY_VERIFY(!f.service.isLive());
     QCOMPARE(lives.size(), 2);
+}
+
+/// Who looks 15 times a second is given two frames at once, each of its own time.
+void CaptureServiceTest::makesFramesTogether()
+{
+    Fixture f;
+    f.service.start();
+    f.hardware.play(tone(4096), 1);
+    f.hardware.play(QList<float>(1200),
+                    1); // the newest frame is silent, the one before it, 1470 back, is not
+    QList<float> levels;
+    connect(&f.service, &AudioCapture::bandsPublished, this,
+            [&levels](const QList<float>& bands) { levels << bands[2]; });
+    QTRY_VERIFY(levels.size() > 3);
+    QCOMPARE(*std::max_element(levels.begin(), levels.end()), 0.0F);
+    f.service.setPace(15);
+    levels.clear();
+    QTRY_VERIFY((f.service.catchUp(), levels.size() >= 8));
+    const qsizetype first = levels.lastIndexOf(0.0F) + 1; // of a sampler at the former pace, the last ones
+    for (qsizetype i = first; i + 2 < levels.size(); i += 2) {
+        QVERIFY(levels[i] > levels[i + 1] && levels[i + 1] < levels[i + 2]);
+    }
+    f.service.setPace(30);
+    QTRY_VERIFY(f.service.bands()[2] < 0.01F);
 }
 
 void CaptureServiceTest::stopsInSilence()

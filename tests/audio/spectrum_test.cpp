@@ -100,12 +100,16 @@ void SpectrumTest::keepsTheNewest()
     QList<float> samples(1500);
     std::iota(samples.begin(), samples.end(), 0.0F);
     const AudioBuffer buffer{.channels = 1, .byteSize = 1500 * sizeof(float), .data = samples.constData()};
-    Samples newest;
-    for (int round = 0; round < 5; ++round) { // ends at 1500, 952, 404, 1904, 1356
+    Samples copied;
+    for (int round = 0; round < 12; ++round) { // ends at 1500, 3000, … 7500, 808, 2308…
         ring.write({.count = 1, .buffers = &buffer});
-        ring.copyNewest(newest);
-        QCOMPARE(QList<float>(newest.begin(), newest.end()), samples.mid(476));
+        ring.copyNewest(copied);
+        QCOMPARE(QList<float>(copied.begin(), copied.end()), samples.mid(476));
+        ring.copyNewest(copied, 400);
+        QCOMPARE(QList<float>(copied.begin(), copied.end()), samples.mid(76, 1024));
     }
+    ring.copyNewest(copied, 1'000'000);
+    QCOMPARE(copied.front(), static_cast<float>(12 * 1500 - SampleRing::capacity - 6 * 1500));
 }
 
 /// A reader that is held up, as by a busier thread on its processor, does not hold up the real-time thread.

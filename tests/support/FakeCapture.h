@@ -12,7 +12,10 @@ public:
         isRunning = true;
     }
     void stop() override { isRunning = false; }
+    void setPace(int framesPerSecond) override { pace = framesPerSecond; }
+    void catchUp() override {}
 
     int starts = 0;
+    int pace = 0;
     bool isRunning = false;
 };

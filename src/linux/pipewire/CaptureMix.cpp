@@ -78,7 +78,7 @@ void CaptureMix::silence()
     _frames.fill({});
     _begin = _end;
     _isLoud = false;
-    _slot->deliver(_frames.front().data(), patience, 0);
+    _slot->deliver(_frames.front().data(), capacity, 0);
 }
 
 CaptureMix::Report CaptureMix::report()

@@ -42,7 +42,8 @@ public:
         quint64 _end = 0; ///< where in the mix its next frame goes
     };
 
-    /// Drops what has not been handed on, and hands on a tenth of a second of silence. Not real-time.
+    /// Drops what has not been handed on, and hands on more silence than any listener keeps. Not
+    /// real-time.
     void silence();
 
     /// What came in since the last call. Not real-time.

@@ -76,7 +76,10 @@ void VisualizerView::follow()
 {
     if (_clock != nullptr) {
         const int rate = _model != nullptr && isVisible() ? _model->framesPerSecond() : 0;
-        _clock->setRate(this, rate, [this] { update(); });
+        _clock->setRate(this, rate, [this] {
+            _model->catchUp();
+            update();
+        });
     }
     update();
 }
