@@ -8,11 +8,13 @@
 
 #include <csignal>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-const QString pipewire = QStringLiteral("pipewire");
-const QString manager = QStringLiteral("wireplumber");
-const QString pulse = QStringLiteral("pipewire-pulse");
+const QString pipewire = u"pipewire"_s;
+const QString manager = u"wireplumber"_s;
+const QString pulse = u"pipewire-pulse"_s;
 
 /// The file in which tools/desktop left the id of a service.
 QString idFile(const QString& name)
@@ -76,7 +78,7 @@ bool SoundServer::startService(const QString& name, const QStringList& arguments
 
 bool SoundServer::start(const QString& missingModule)
 {
-    QFile usual(QStringLiteral("/usr/share/pipewire/pipewire.conf"));
+    QFile usual(u"/usr/share/pipewire/pipewire.conf"_s);
     QTemporaryFile configuration;
     if (!usual.open(QIODevice::ReadOnly) || !configuration.open()) {
         return false;
@@ -89,27 +91,25 @@ bool SoundServer::start(const QString& missingModule)
     }
     configuration.close();
     const auto hasMetadata = [] {
-        return output(QStringLiteral("pw-cli"), {QStringLiteral("ls"), QStringLiteral("Metadata")}, 1000)
-            .contains(QStringLiteral("\"default\""));
+        return output(u"pw-cli"_s, {u"ls"_s, u"Metadata"_s}, 1000).contains(u"\"default\""_s);
     };
     const auto hasSinks = [] {
         for (const char* sink : {"speakers", "headphones"}) {
             const QString name = QString::fromUtf8(sink);
-            if (!run(QStringLiteral("pactl list short sinks")).contains(name)) {
-                run(QStringLiteral("pactl load-module module-null-sink media.class=Audio/Sink sink_name=%1 "
-                                   "sink_properties=device.description=%2")
-                        .arg(name, name.left(1).toUpper() + name.mid(1)));
+            if (!run(u"pactl list short sinks"_s).contains(name)) {
+                run(u"pactl load-module module-null-sink media.class=Audio/Sink sink_name=%1 "
+                    "sink_properties=device.description=%2"_s.arg(name,
+                                                                  name.left(1).toUpper() + name.mid(1)));
             }
         }
-        run(QStringLiteral("pactl set-default-sink speakers"));
-        return run(QStringLiteral("pactl get-default-sink")) == QStringLiteral("speakers");
+        run(u"pactl set-default-sink speakers"_s);
+        return run(u"pactl get-default-sink"_s) == u"speakers"_s;
     };
     const auto answers = [](const QString& tool, const QStringList& words) {
-        return [=] { return output(tool, words, 1000) != QStringLiteral("?"); };
+        return [=] { return output(tool, words, 1000) != u"?"_s; };
     };
-    return startService(pipewire, {QStringLiteral("-c"), configuration.fileName()},
-                        answers(QStringLiteral("pw-cli"), {QStringLiteral("info"), QStringLiteral("0")})) &&
+    return startService(pipewire, {u"-c"_s, configuration.fileName()},
+                        answers(u"pw-cli"_s, {u"info"_s, u"0"_s})) &&
            startService(manager, {}, hasMetadata) &&
-           startService(pulse, {}, answers(QStringLiteral("pactl"), {QStringLiteral("info")})) &&
-           QTest::qWaitFor(hasSinks);
+           startService(pulse, {}, answers(u"pactl"_s, {u"info"_s})) && QTest::qWaitFor(hasSinks);
 }

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QUrl>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const char* const page = R"(<!doctype html>
@@ -37,11 +39,9 @@ show();
 
 WebPage::WebPage()
 {
-    QProcess::execute(QStringLiteral("ffmpeg"),
-                      {QStringLiteral("-nostdin"), QStringLiteral("-loglevel"), QStringLiteral("error"),
-                       QStringLiteral("-f"), QStringLiteral("lavfi"), QStringLiteral("-i"),
-                       QStringLiteral("sine=440:duration=60:sample_rate=48000"), soundFile()});
-    QFile file(_folder.filePath(QStringLiteral("page.html")));
+    QProcess::execute(u"ffmpeg"_s, {u"-nostdin"_s, u"-loglevel"_s, u"error"_s, u"-f"_s, u"lavfi"_s, u"-i"_s,
+                                    u"sine=440:duration=60:sample_rate=48000"_s, soundFile()});
+    QFile file(_folder.filePath(u"page.html"_s));
     if (file.open(QIODevice::WriteOnly)) {
         file.write(page);
     }
@@ -59,23 +59,19 @@ WebPage::~WebPage()
 bool WebPage::start()
 {
     // Without a sandbox it also runs as root; the rest keeps it from looking for its makers' servers.
-    _browser.start(QStringLiteral("chromium"),
-                   {QStringLiteral("--no-sandbox"), QStringLiteral("--disable-gpu"),
-                    QStringLiteral("--no-first-run"), QStringLiteral("--disable-background-networking"),
-                    QStringLiteral("--disable-component-update"), QStringLiteral("--disable-sync"),
-                    QStringLiteral("--autoplay-policy=no-user-gesture-required"),
-                    QStringLiteral("--user-data-dir=") + _folder.filePath(QStringLiteral("profile")),
-                    QStringLiteral("--window-size=600,400"),
-                    QUrl::fromLocalFile(_folder.filePath(QStringLiteral("page.html"))).toString()});
-    return QTest::qWaitFor([this] { return state().startsWith(QStringLiteral("playing")); }, 30'000);
+    _browser.start(u"chromium"_s,
+                   {u"--no-sandbox"_s, u"--disable-gpu"_s, u"--no-first-run"_s,
+                    u"--disable-background-networking"_s, u"--disable-component-update"_s,
+                    u"--disable-sync"_s, u"--autoplay-policy=no-user-gesture-required"_s,
+                    u"--user-data-dir="_s + _folder.filePath(u"profile"_s), u"--window-size=600,400"_s,
+                    QUrl::fromLocalFile(_folder.filePath(u"page.html"_s)).toString()});
+    return QTest::qWaitFor([this] { return state().startsWith(u"playing"_s); }, 30'000);
 }
 
 QString WebPage::state() const
 {
-    const QString titles =
-        output(QStringLiteral("xdotool"),
-               {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
-                QStringLiteral("toggles"), QStringLiteral("getwindowname")});
-    static const QRegularExpression brackets(QStringLiteral("\\[(.*)\\]"));
+    const QString titles = output(
+        u"xdotool"_s, {u"search"_s, u"--onlyvisible"_s, u"--name"_s, u"toggles"_s, u"getwindowname"_s});
+    static const QRegularExpression brackets(u"\\[(.*)\\]"_s);
     return brackets.match(titles).captured(1);
 }

@@ -78,13 +78,137 @@ class KeyboardTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void keystrokes_data();
-    void keystrokes();
-    void aHeldHotKeySwallowsNothing();
-    void loveReachesAWindowInTheBackground();
-    void aWindowThatNeverGetsTheKeyboardGetsNoKeys();
-    void oddWindows();
+    void init()
+    {
+        for (KeyWitness* const witness : {&*_player, &_browser}) {
+            QVERIFY(takesKeyboard(*witness));
+            witness->forgetKeys();
+        }
+    }
+
+    void keystrokes_data()
+    {
+        QTest::addColumn<QStringList>(
+            "fingers");                    // layout; what is done with the keys before; how it is undone
+        QTest::addColumn<QString>("what"); // empty: love in Spotify
+        QTest::addColumn<QString>("keys"); // with what the X key does then, "ERR" when it is refused
+        const auto row = [](const char* name, const char* what, const char* keys,
+                            const char* fingers = "us") {
+            QTest::newRow(name) << QString::fromLatin1(fingers).split(u';') << QString::fromUtf8(what)
+                                << QString::fromUtf8(keys);
+        };
+        row("love", "", "Ctrl+S=,X=x");
+        row("a capital by itself", "\"nP\"", "N=n,Shift+P=P,X=x");
+        row("all modifiers", "\"k\" using {command down, option down, shift down}", "Ctrl+Alt+Shift+K=,X=x");
+        row("unknown character", "\"Nж\"", "ERR,X=x");
+        row("no modifier", "\"N\" using {shift down, playing}", "ERR,X=x");
+        row("no text", "5", "ERR,X=x");
+        row("Ctrl and Shift are held", "\" \"",
+            "Space= ,Ctrl+Shift+X=", "us;keydown Control_L keydown Shift_R;keyup Shift_R keyup Control_L");
+        row("Caps Lock is on", "\"pN\"", "P=p,Shift+N=N,X=X", "us;key Caps_Lock;key Caps_Lock");
+        row("Latin on Cyrillic", "\"N\"", "ERR,Ч=ч", "ru,us");
+        row("shortcut on Cyrillic", "", "Ctrl+S=,Ч=ч", "ru,us");
+        row("second layout", "\"N\" using {shift down}", "Shift+N=N,X=x", "ru,us;layout;layout");
+    }
+
+    void keystrokes()
+    {
+        QFETCH(const QStringList, fingers);
+        QFETCH(const QString, what);
+        QFETCH(QString, keys);
+        KeyWitness& witness = what.isEmpty() ? *_player : _browser;
+        QVERIFY(takesKeyboard(witness));
+        const auto reset = qScopeGuard([&fingers] {
+            act(fingers.value(2));
+            run(u"setxkbmap -option '' -layout us"_s);
+        });
+        QCOMPARE(run(u"setxkbmap -option grp:sclk_toggle -layout "_s + fingers.constFirst()), QString());
+        QVERIFY(act(fingers.value(1)));
+
+        const bool isRefused = keys.startsWith(u"ERR,");
+        if (what.isEmpty()) {
+            QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
+        } else {
+            QCOMPARE(reply(keystroke(witness.processId(), what)).left(4), isRefused ? u"ERR:"_s : u"OK"_s);
+        }
+        QVERIFY(tap(x));
+        QTRY_COMPARE(witness.keys(), keys.remove(u"ERR,"_s));
+    }
+
+    void aHeldHotKeySwallowsNothing()
+    {
+        QVERIFY(takesKeyboard(*_player));
+        xcb_connection_t* const server = X11Session::connection();
+        const auto grab = xcb_grab_key_checked(server, 0, X11Session::root(), XCB_MOD_MASK_CONTROL, x,
+                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        QVERIFY(xcb_request_check(server, grab) == nullptr);
+        const auto release = qScopeGuard([&] {
+            xcb_ungrab_key(server, x, X11Session::root(), XCB_MOD_MASK_CONTROL);
+            act(u"keyup 53 keyup Control_L"_s);
+        });
+        QVERIFY(act(u"keydown Control_L keydown 53"_s));
+        _interpreter.run(PlayerScripts::loveSpotify());
+        QTRY_COMPARE(_player->keys(), u"Ctrl+S="_s);
+    }
+
+    void loveReachesAWindowInTheBackground()
+    {
+        QVERIFY(takesKeyboard(_browser));
+        QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
+        QCOMPARE(_interpreter.run(PlayerScripts::spotifyKeystroke(u" "_s, {})), ScriptOutcome());
+        QTRY_COMPARE(_player->keys(), u"Ctrl+S=,Space= "_s);
+        QVERIFY(hasKeyboard(_browser) && tap(x));
+        QTRY_COMPARE(_browser.keys(), u"X=x"_s);
+        QCOMPARE(_player->keys(), u"Ctrl+S=,Space= "_s);
+    }
+
+    void aWindowThatNeverGetsTheKeyboardGetsNoKeys()
+    {
+        QFile processId(qEnvironmentVariable("PELLAR_DESKTOP_PID") + u"/windows"_s);
+        QVERIFY(processId.open(QFile::ReadOnly));
+        const pid_t windowManager = processId.readAll().trimmed().toInt();
+        QVERIFY(takesKeyboard(_browser));
+        {
+            const auto wakeUp = qScopeGuard([&] { kill(windowManager, SIGCONT); });
+            QCOMPARE(kill(windowManager, SIGSTOP), 0);
+            static int warnings = 0;
+            const auto handler = qInstallMessageHandler([](auto, const auto&, const QString& text) {
+                warnings += text.contains(u"did not get the keyboard") ? 1 : 0;
+            });
+            const auto restore = qScopeGuard([handler] { qInstallMessageHandler(handler); });
+            QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
+            QTRY_COMPARE(warnings, 1);
+        }
+        // The window manager wakes up and does, too late, what it was asked for: there and back. Then it
+        // shows another window, and when that is gone the keyboard goes to the one that had it last.
+        {
+            KeyWitness last(u"Last"_s);
+            QVERIFY(hasKeyboard(last));
+        }
+        QVERIFY(hasKeyboard(_browser) && tap(x));
+        QTRY_COMPARE(_browser.keys() + _player->keys(), u"X=x"_s);
+    }
+
+    void oddWindows()
+    {
+        const auto repair = qScopeGuard([this] { _player.emplace(spotify); });
+        const auto ask = [this](const QString& question) {
+            return reply(u"tell application \"System Events\" to get "_s + question);
+        };
+        const QString player =
+            u"unix id of first process whose bundle identifier is \"com.spotify.client\""_s;
+        QCOMPARE(ask(player), QString::number(_player->processId()));
+        QVERIFY(takesKeyboard(*_player));
+        for (const auto& damage :
+             {u"-f _NET_WM_PID 8s -set _NET_WM_PID 12"_s, u"-remove _NET_WM_PID"_s,
+              u"-f WM_CLASS 8s -set WM_CLASS spotify"_s, u"-f WM_CLASS 32c -set WM_CLASS 7"_s}) {
+            QCOMPARE(run(u"xprop -id %1 "_s.arg(_player->window()) + damage), QString());
+            QCOMPARE(ask(player), QString());
+            QCOMPARE(ask(u"bundle identifier of first process whose frontmost is false"_s),
+                     u"org.mozilla.firefox"_s);
+        }
+        QVERIFY(reply(keystroke(1, u"\"N\""_s)).startsWith(u"ERR: "));
+    }
 
 private:
     QString reply(const QString& script) { return _interpreter.run(script).reply.value_or(QString()); }
@@ -96,135 +220,6 @@ private:
     std::optional<KeyWitness> _player{spotify};
     KeyWitness _browser{u"Firefox"_s};
 };
-
-void KeyboardTest::init()
-{
-    for (KeyWitness* const witness : {&*_player, &_browser}) {
-        QVERIFY(takesKeyboard(*witness));
-        witness->forgetKeys();
-    }
-}
-
-void KeyboardTest::keystrokes_data()
-{
-    QTest::addColumn<QStringList>("fingers"); // layout; what is done with the keys before; how it is undone
-    QTest::addColumn<QString>("what");        // empty: love in Spotify
-    QTest::addColumn<QString>("keys");        // with what the X key does then, "ERR" when it is refused
-    const auto row = [](const char* name, const char* what, const char* keys, const char* fingers = "us") {
-        QTest::newRow(name) << QString::fromLatin1(fingers).split(u';') << QString::fromUtf8(what)
-                            << QString::fromUtf8(keys);
-    };
-    row("love", "", "Ctrl+S=,X=x");
-    row("a capital by itself", "\"nP\"", "N=n,Shift+P=P,X=x");
-    row("all modifiers", "\"k\" using {command down, option down, shift down}", "Ctrl+Alt+Shift+K=,X=x");
-    row("unknown character", "\"Nж\"", "ERR,X=x");
-    row("no modifier", "\"N\" using {shift down, playing}", "ERR,X=x");
-    row("no text", "5", "ERR,X=x");
-    row("Ctrl and Shift are held", "\" \"",
-        "Space= ,Ctrl+Shift+X=", "us;keydown Control_L keydown Shift_R;keyup Shift_R keyup Control_L");
-    row("Caps Lock is on", "\"pN\"", "P=p,Shift+N=N,X=X", "us;key Caps_Lock;key Caps_Lock");
-    row("Latin on Cyrillic", "\"N\"", "ERR,Ч=ч", "ru,us");
-    row("shortcut on Cyrillic", "", "Ctrl+S=,Ч=ч", "ru,us");
-    row("second layout", "\"N\" using {shift down}", "Shift+N=N,X=x", "ru,us;layout;layout");
-}
-
-void KeyboardTest::keystrokes()
-{
-    QFETCH(const QStringList, fingers);
-    QFETCH(const QString, what);
-    QFETCH(QString, keys);
-    KeyWitness& witness = what.isEmpty() ? *_player : _browser;
-    QVERIFY(takesKeyboard(witness));
-    const auto reset = qScopeGuard([&fingers] {
-        act(fingers.value(2));
-        run(u"setxkbmap -option '' -layout us"_s);
-    });
-    QCOMPARE(run(u"setxkbmap -option grp:sclk_toggle -layout "_s + fingers.constFirst()), QString());
-    QVERIFY(act(fingers.value(1)));
-
-    const bool isRefused = keys.startsWith(u"ERR,");
-    if (what.isEmpty()) {
-        QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
-    } else {
-        QCOMPARE(reply(keystroke(witness.processId(), what)).left(4), isRefused ? u"ERR:"_s : u"OK"_s);
-    }
-    QVERIFY(tap(x));
-    QTRY_COMPARE(witness.keys(), keys.remove(u"ERR,"_s));
-}
-
-void KeyboardTest::aHeldHotKeySwallowsNothing()
-{
-    QVERIFY(takesKeyboard(*_player));
-    xcb_connection_t* const server = X11Session::connection();
-    const auto grab = xcb_grab_key_checked(server, 0, X11Session::root(), XCB_MOD_MASK_CONTROL, x,
-                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    QVERIFY(xcb_request_check(server, grab) == nullptr);
-    const auto release = qScopeGuard([&] {
-        xcb_ungrab_key(server, x, X11Session::root(), XCB_MOD_MASK_CONTROL);
-        act(u"keyup 53 keyup Control_L"_s);
-    });
-    QVERIFY(act(u"keydown Control_L keydown 53"_s));
-    _interpreter.run(PlayerScripts::loveSpotify());
-    QTRY_COMPARE(_player->keys(), u"Ctrl+S="_s);
-}
-
-void KeyboardTest::loveReachesAWindowInTheBackground()
-{
-    QVERIFY(takesKeyboard(_browser));
-    QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
-    QCOMPARE(_interpreter.run(PlayerScripts::spotifyKeystroke(u" "_s, {})), ScriptOutcome());
-    QTRY_COMPARE(_player->keys(), u"Ctrl+S=,Space= "_s);
-    QVERIFY(hasKeyboard(_browser) && tap(x));
-    QTRY_COMPARE(_browser.keys(), u"X=x"_s);
-    QCOMPARE(_player->keys(), u"Ctrl+S=,Space= "_s);
-}
-
-void KeyboardTest::aWindowThatNeverGetsTheKeyboardGetsNoKeys()
-{
-    QFile processId(qEnvironmentVariable("PELLAR_DESKTOP_PID") + u"/windows"_s);
-    QVERIFY(processId.open(QFile::ReadOnly));
-    const pid_t windowManager = processId.readAll().trimmed().toInt();
-    QVERIFY(takesKeyboard(_browser));
-    {
-        const auto wakeUp = qScopeGuard([&] { kill(windowManager, SIGCONT); });
-        QCOMPARE(kill(windowManager, SIGSTOP), 0);
-        static int warnings = 0;
-        const auto handler = qInstallMessageHandler([](auto, const auto&, const QString& text) {
-            warnings += text.contains(u"did not get the keyboard") ? 1 : 0;
-        });
-        const auto restore = qScopeGuard([handler] { qInstallMessageHandler(handler); });
-        QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
-        QTRY_COMPARE(warnings, 1);
-    }
-    // The window manager wakes up and does, too late, what it was asked for: there and back. Then it shows
-    // another window, and when that is gone the keyboard goes to the one that had it last.
-    {
-        KeyWitness last(u"Last"_s);
-        QVERIFY(hasKeyboard(last));
-    }
-    QVERIFY(hasKeyboard(_browser) && tap(x));
-    QTRY_COMPARE(_browser.keys() + _player->keys(), u"X=x"_s);
-}
-
-void KeyboardTest::oddWindows()
-{
-    const auto repair = qScopeGuard([this] { _player.emplace(spotify); });
-    const auto ask = [this](const QString& question) {
-        return reply(u"tell application \"System Events\" to get "_s + question);
-    };
-    const QString player = u"unix id of first process whose bundle identifier is \"com.spotify.client\""_s;
-    QCOMPARE(ask(player), QString::number(_player->processId()));
-    QVERIFY(takesKeyboard(*_player));
-    for (const auto& damage :
-         {u"-f _NET_WM_PID 8s -set _NET_WM_PID 12"_s, u"-remove _NET_WM_PID"_s,
-          u"-f WM_CLASS 8s -set WM_CLASS spotify"_s, u"-f WM_CLASS 32c -set WM_CLASS 7"_s}) {
-        QCOMPARE(run(u"xprop -id %1 "_s.arg(_player->window()) + damage), QString());
-        QCOMPARE(ask(player), QString());
-        QCOMPARE(ask(u"bundle identifier of first process whose frontmost is false"_s),
-                 u"org.mozilla.firefox"_s);
-    }
-    QVERIFY(reply(keystroke(1, u"\"N\""_s)).startsWith(u"ERR: "));
-}
 
 int main(int argc, char** argv)
 {

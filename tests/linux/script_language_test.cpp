@@ -54,24 +54,6 @@ std::shared_ptr<ScriptObject> makeMusic()
     return music;
 }
 
-} // namespace
-
-/// The rules of the scripting language, and what happens to texts that break them.
-class ScriptLanguageTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void outcomes_data();
-    void outcomes();
-    void wordSoup();
-
-private:
-    Interpreter _interpreter{[](const QString& name) { return name == u"music" ? makeMusic() : nullptr; }};
-};
-
-namespace {
-
 /// Sources and what they give: a reply, "none" or "error NUMBER". " | " stands between them, "; " for the end
 /// of a line.
 constexpr auto rules =
@@ -152,55 +134,65 @@ void addRows(const char* table, const QString& expected)
 
 } // namespace
 
-void ScriptLanguageTest::outcomes_data()
+/// The rules of the scripting language, and what happens to texts that break them.
+class ScriptLanguageTest : public QObject
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("expected");
-    addRows(rules, u"%1"_s);
-    addRow(u"\"a\\\"\\\\\\n\\t\" & ¬\r\n\"b\"\r\n"_s, u"a\"\\\n\tb"_s);
-    addRows(nonsense, u"error -2741"_s);
-    addRows(failures, u"error %1"_s);
-    addRows(endless, u"error %1"_s);
+    Q_OBJECT
 
-    const auto many = [](const QString& piece) {
-        return piece.repeated(Lexer::longestSource / piece.size());
-    };
-    for (const char* const piece :
-         {"(", "not ", "- ", "name of ", "1+", "tracks whose ", "tell it to ", "try\n", "if true then "}) {
-        addRow(many(QString::fromLatin1(piece)), u"error -2706"_s);
-    }
-    addRow(u'x' + many(u"'s x"_s).chopped(1), u"error -2706"_s);
-    addRow(many(u"1\n"_s) + u"\n\n\n"_s, u"error -108"_s);
-}
+private Q_SLOTS:
+    void outcomes_data()
+    {
+        QTest::addColumn<QString>("source");
+        QTest::addColumn<QString>("expected");
+        addRows(rules, u"%1"_s);
+        addRow(u"\"a\\\"\\\\\\n\\t\" & ¬\r\n\"b\"\r\n"_s, u"a\"\\\n\tb"_s);
+        addRows(nonsense, u"error -2741"_s);
+        addRows(failures, u"error %1"_s);
+        addRows(endless, u"error %1"_s);
 
-void ScriptLanguageTest::outcomes()
-{
-    QFETCH(const QString, source);
-    const ScriptOutcome outcome = _interpreter.run(source);
-    QVERIFY(!outcome.reply || !outcome.errorNumber);
-    QCOMPARE(outcome.errorMessage.isEmpty(), !outcome.errorNumber);
-    const QString failure = u"error %1"_s.arg(outcome.errorNumber.value_or(0));
-    QTEST(outcome.errorNumber ? failure : outcome.reply.value_or(u"none"_s), "expected");
-}
-
-/// Words of the language in any order from a fixed seed: whatever comes out, it comes out.
-void ScriptLanguageTest::wordSoup()
-{
-    const QStringList words =
-        QString::fromUtf8(rules).remove(u'→').remove(u'|').replace(u';', u" \n"_s).split(u' ');
-    QRandomGenerator random(20260131);
-    int succeeded = 0;
-    for (int round = 0; round < 20'000; ++round) {
-        QString source;
-        for (int left = random.bounded(1, 40); left > 0; --left) {
-            source += words.at(random.bounded(words.size())) + u' ';
+        const auto many = [](const QString& piece) {
+            return piece.repeated(Lexer::longestSource / piece.size());
+        };
+        for (const char* const piece : {"(", "not ", "- ", "name of ", "1+", "tracks whose ", "tell it to ",
+                                        "try\n", "if true then "}) {
+            addRow(many(QString::fromLatin1(piece)), u"error -2706"_s);
         }
-        const ScriptOutcome outcome = _interpreter.run(source);
-        QVERIFY2(!outcome.reply || !outcome.errorNumber, qPrintable(source));
-        succeeded += outcome.errorNumber ? 0 : 1;
+        addRow(u'x' + many(u"'s x"_s).chopped(1), u"error -2706"_s);
+        addRow(many(u"1\n"_s) + u"\n\n\n"_s, u"error -108"_s);
     }
-    QVERIFY(succeeded > 0); // else the soup never got as far as the evaluator
-}
+
+    void outcomes()
+    {
+        QFETCH(const QString, source);
+        const ScriptOutcome outcome = _interpreter.run(source);
+        QVERIFY(!outcome.reply || !outcome.errorNumber);
+        QCOMPARE(outcome.errorMessage.isEmpty(), !outcome.errorNumber);
+        const QString failure = u"error %1"_s.arg(outcome.errorNumber.value_or(0));
+        QTEST(outcome.errorNumber ? failure : outcome.reply.value_or(u"none"_s), "expected");
+    }
+
+    /// Words of the language in any order from a fixed seed: whatever comes out, it comes out.
+    void wordSoup()
+    {
+        const QStringList words =
+            QString::fromUtf8(rules).remove(u'→').remove(u'|').replace(u';', u" \n"_s).split(u' ');
+        QRandomGenerator random(20260131);
+        int succeeded = 0;
+        for (int round = 0; round < 20'000; ++round) {
+            QString source;
+            for (int left = random.bounded(1, 40); left > 0; --left) {
+                source += words.at(random.bounded(words.size())) + u' ';
+            }
+            const ScriptOutcome outcome = _interpreter.run(source);
+            QVERIFY2(!outcome.reply || !outcome.errorNumber, qPrintable(source));
+            succeeded += outcome.errorNumber ? 0 : 1;
+        }
+        QVERIFY(succeeded > 0); // else the soup never got as far as the evaluator
+    }
+
+private:
+    Interpreter _interpreter{[](const QString& name) { return name == u"music" ? makeMusic() : nullptr; }};
+};
 
 QTEST_GUILESS_MAIN(ScriptLanguageTest)
 #include "script_language_test.moc"
