@@ -14,15 +14,9 @@
 
 #include <QGuiApplication>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QPixmap>
-#include <QRegularExpression>
 #include <QScreen>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 #include <csignal>
 #include <memory>
@@ -212,7 +206,7 @@ private Q_SLOTS:
     void restsWhereItIsRefused()
     {
         _server.kill();
-        QVERIFY(_server.start(u"link-factory"_s));
+        QVERIFY(_server.start("link-factory"));
         AudioDeviceManager devices(_hardware);
         connect(&devices, &AudioDeviceManager::devicesChanged, _service.get(), [this] { _service->start(); });
         QTRY_COMPARE(_hardware.authorizationStatus(), int{AudioHardware::restricted});

@@ -3,6 +3,7 @@
 #include "linux/LinuxPlatform.h"
 #include "linux/settings/PlistUserDefaults.h"
 #include "prefs/MenuStyleManager.h"
+#include "support/Command.h"
 #include "support/MprisStandIn.h"
 #include "support/Program.h"
 #include "support/RealPlayer.h"
@@ -13,22 +14,11 @@
 #include <QApplication>
 #include <QQuickItem>
 #include <QQuickView>
-#include <QRegularExpression>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-/// Runs a command line while this program goes on answering: what it clicks on, and whose clipboard it reads,
-/// is here.
-QString run(const QString& commandLine)
-{
-    const QStringList words = QProcess::splitCommand(commandLine);
-    Program program(words.constFirst(), words.mid(1));
-    const bool isDone = QTest::qWaitFor([&] { return program.state() == QProcess::NotRunning; }, 10000);
-    return isDone ? QString::fromUtf8(program.readAllStandardOutput()).trimmed() : u"?"_s;
-}
 
 void click(QPoint point, int button = 1)
 {

@@ -19,9 +19,7 @@
 #include "support/Program.h"
 #include "support/RealPlayer.h"
 
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -41,8 +39,7 @@ public:
         std::free(xcb_get_input_focus_reply(_server, xcb_get_input_focus(_server), nullptr));
     }
     ~Grabber() { xcb_disconnect(_server); }
-    Grabber(const Grabber&) = delete;
-    Grabber& operator=(const Grabber&) = delete;
+    Q_DISABLE_COPY(Grabber)
 
     /// How many keys went down, and how many came up, so far.
     std::pair<int, int> keys()
@@ -211,7 +208,7 @@ private Q_SLOTS:
         QTRY_VERIFY(!workspace.frontmostApplication().value_or(RunningApplication()).bundleId);
         const Program proxy(u"playerctld"_s);
         QVERIFY(_mpv.start());
-        QTRY_COMPARE(_service->activePlayer(), Player::appleMusic);
+        QTRY_COMPARE_WITH_TIMEOUT(_service->activePlayer(), Player::appleMusic, 10'000);
         RealPlayer::tell(u"pause"_s);
         QTRY_VERIFY_WITH_TIMEOUT(_session->isShowingSystemAudio(true), 10'000);
         _service->togglePlayPause();

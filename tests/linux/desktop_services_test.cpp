@@ -5,8 +5,7 @@
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -14,7 +13,6 @@ namespace {
 
 const QString activeProfile = u"ActiveProfile"_s;
 const QString saver = u"power-saver"_s;
-const QString balanced = u"balanced"_s;
 const QString todaysName = u"org.freedesktop.UPower.PowerProfiles"_s;
 const QString olderName = u"net.hadess.PowerProfiles"_s;
 
@@ -111,25 +109,6 @@ private Q_SLOTS:
             daemon.change(saver);
             QTRY_VERIFY(power.isLowPowerModeEnabled() && latecomer.isLowPowerModeEnabled());
         }
-    }
-
-    void bothNamesAtOnce()
-    {
-        Daemon today(todaysName);
-        Daemon older(olderName);
-        for (Daemon* const daemon : {&today, &older}) {
-            daemon->set({{activeProfile, saver}});
-            QVERIFY(daemon->own(daemon->name));
-        }
-        const PowerProfiles power(QDBusConnection::sessionBus());
-        const QSignalSpy changes(&power, &PowerState::changed);
-        QTRY_COMPARE(today.asked.size() + older.asked.size(), 2);
-        QTRY_VERIFY(power.isLowPowerModeEnabled());
-        // One name after the other, on and off: only the answer as a whole counts.
-        today.change(balanced);
-        older.change(balanced);
-        QTRY_VERIFY(!power.isLowPowerModeEnabled());
-        QCOMPARE(changes.count(), 2);
     }
 
     void followsPalette()

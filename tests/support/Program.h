@@ -3,7 +3,7 @@
 #include <QProcess>
 
 /// Another program, ended with its owner.
-class Program final : public QProcess
+class Program : public QProcess
 {
 public:
     explicit Program(const QString& name, const QStringList& arguments = {}) { start(name, arguments); }
