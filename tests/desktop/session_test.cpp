@@ -8,14 +8,12 @@
 #include "linux/LinuxPlatform.h"
 #include "linux/x11/X11MediaKey.h"
 #include "linux/x11/X11Session.h"
-#include "platform/BundleId.h"
 #include "platform/Workspace.h"
 #include "prefs/PillVisibilityManager.h"
 #include "support/Command.h"
 #include "support/EngineParts.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
-#include "support/MprisStandIn.h"
 #include "support/Program.h"
 #include "support/RealPlayer.h"
 
@@ -141,28 +139,7 @@ private Q_SLOTS:
         run(u"playerctl --player=mpv position 20"_s);
         QTRY_VERIFY(_service->elapsed() > 19 && std::abs(_service->elapsed() - RealPlayer::position()) < 1.5);
         RealPlayer::tell(u"pause"_s);
-        QTRY_VERIFY(hasPaused());
-    }
-
-    /// What plays comes before what is paused, and sound of no player between the two.
-    void choosesPlayer()
-    {
-        QVERIFY(_mpv.start());
-        QTRY_VERIFY(_service->isPlaying());
-        MprisStandIn spotify(u"spotify"_s);
-        spotify.change(MprisStandIn::playing(
-            MprisStandIn::metadata(u"/com/spotify/track/1"_s, u"Tide"_s, u"Shore"_s, u"Sea"_s, 215)));
-        QTRY_VERIFY(_session->ports.workspace.isRunning(BundleId::spotify));
-        _service->refresh();
-        QCOMPARE(_service->activePlayer(), Player::appleMusic); // it was first
-        RealPlayer::tell(u"pause"_s);
-        QTRY_COMPARE(_service->title(), u"Tide"_s);
-        _service->togglePlayPause();
-        QTRY_COMPARE(spotify.calls, QStringList(u"PlayPause"_s));
-        QTRY_COMPARE(_service->activePlayer(), Player::appleMusic);
-        QVERIFY(hasPaused());
-        const Program sound(u"pw-play"_s, {_page.soundFile()});
-        QTRY_VERIFY(_session->isShowingSystemAudio(true));
+        QTRY_VERIFY(RealPlayer::status() == u"Paused" && !_service->isPlaying());
     }
 
     /// Until the sinks sleep and nothing is analysed any more.
@@ -231,8 +208,6 @@ private Q_SLOTS:
     }
 
 private:
-    bool hasPaused() const { return RealPlayer::status() == u"Paused" && !_service->isPlaying(); }
-
     WebPage _page;
     RealPlayer _mpv;
     std::unique_ptr<Session> _session;

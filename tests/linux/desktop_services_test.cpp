@@ -111,18 +111,13 @@ private Q_SLOTS:
         }
     }
 
-    void followsPalette()
+    void followsPaletteAndPortal()
     {
         const DesktopAppearance appearance;
         QGuiApplication::setPalette(QPalette(Qt::black));
         QVERIFY(appearance.isDark());
         QGuiApplication::setPalette(QPalette(Qt::white));
         QVERIFY(!appearance.isDark());
-    }
-
-    void followsPortal()
-    {
-        const DesktopAppearance appearance;
         const QSignalSpy changed(&appearance, &Appearance::changed);
         Portal portal; // comes later
         QVERIFY(portal.own(u"org.freedesktop.portal.Desktop"_s));

@@ -53,6 +53,32 @@ std::shared_ptr<ScriptObject> makeMusic()
     return music;
 }
 
+} // namespace
+
+/// The rules of the scripting language, and what happens to texts that break them.
+class ScriptLanguageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void outcomes_data(); // behind the tables, whose quotes would confuse moc
+
+    void outcomes()
+    {
+        QFETCH(const QString, source);
+        const ScriptOutcome outcome = _interpreter.run(source);
+        QVERIFY(!outcome.reply || !outcome.errorNumber);
+        QCOMPARE(outcome.errorMessage.isEmpty(), !outcome.errorNumber);
+        const QString failure = u"error %1"_s.arg(outcome.errorNumber.value_or(0));
+        QTEST(outcome.errorNumber ? failure : outcome.reply.value_or(u"none"_s), "expected");
+    }
+
+private:
+    Interpreter _interpreter{[](const QString& name) { return name == u"music" ? makeMusic() : nullptr; }};
+};
+
+namespace {
+
 /// Sources and what they give: a reply, "none" or "error NUMBER". " | " stands between them, "; " for the end
 /// of a line.
 constexpr auto rules =
@@ -133,46 +159,26 @@ void addRows(const char* table, const QString& expected)
 
 } // namespace
 
-/// The rules of the scripting language, and what happens to texts that break them.
-class ScriptLanguageTest : public QObject
+void ScriptLanguageTest::outcomes_data()
 {
-    Q_OBJECT
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("expected");
+    addRows(rules, u"%1"_s);
+    addRow(u"\"a\\\"\\\\\\n\\t\" & ¬\r\n\"b\"\r\n"_s, u"a\"\\\n\tb"_s);
+    addRows(nonsense, u"error -2741"_s);
+    addRows(failures, u"error %1"_s);
+    addRows(endless, u"error %1"_s);
 
-private Q_SLOTS:
-    void outcomes_data()
-    {
-        QTest::addColumn<QString>("source");
-        QTest::addColumn<QString>("expected");
-        addRows(rules, u"%1"_s);
-        addRow(u"\"a\\\"\\\\\\n\\t\" & ¬\r\n\"b\"\r\n"_s, u"a\"\\\n\tb"_s);
-        addRows(nonsense, u"error -2741"_s);
-        addRows(failures, u"error %1"_s);
-        addRows(endless, u"error %1"_s);
-
-        const auto many = [](const QString& piece) {
-            return piece.repeated(Lexer::longestSource / piece.size());
-        };
-        for (const char* const piece : {"(", "not ", "- ", "name of ", "1+", "tracks whose ", "tell it to ",
-                                        "try\n", "if true then "}) {
-            addRow(many(QString::fromLatin1(piece)), u"error -2706"_s);
-        }
-        addRow(u'x' + many(u"'s x"_s).chopped(1), u"error -2706"_s);
-        addRow(many(u"1\n"_s) + u"\n\n\n"_s, u"error -108"_s);
+    const auto many = [](const QString& piece) {
+        return piece.repeated(Lexer::longestSource / piece.size());
+    };
+    for (const char* const piece :
+         {"(", "not ", "- ", "name of ", "1+", "tracks whose ", "tell it to ", "try\n", "if true then "}) {
+        addRow(many(QString::fromLatin1(piece)), u"error -2706"_s);
     }
-
-    void outcomes()
-    {
-        QFETCH(const QString, source);
-        const ScriptOutcome outcome = _interpreter.run(source);
-        QVERIFY(!outcome.reply || !outcome.errorNumber);
-        QCOMPARE(outcome.errorMessage.isEmpty(), !outcome.errorNumber);
-        const QString failure = u"error %1"_s.arg(outcome.errorNumber.value_or(0));
-        QTEST(outcome.errorNumber ? failure : outcome.reply.value_or(u"none"_s), "expected");
-    }
-
-private:
-    Interpreter _interpreter{[](const QString& name) { return name == u"music" ? makeMusic() : nullptr; }};
-};
+    addRow(u'x' + many(u"'s x"_s).chopped(1), u"error -2706"_s);
+    addRow(many(u"1\n"_s) + u"\n\n\n"_s, u"error -108"_s);
+}
 
 QTEST_GUILESS_MAIN(ScriptLanguageTest)
 #include "script_language_test.moc"
