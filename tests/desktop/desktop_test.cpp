@@ -3,13 +3,13 @@
 #include "support/Command.h"
 #include "support/FakePlatform.h"
 #include "support/LoopbackServices.h"
+#include "support/Program.h"
 #include "support/RealPlayer.h"
 #include "ui/pill/PillLayout.h"
 
 #include <QGuiApplication>
 #include <QImage>
 #include <QPixmap>
-#include <QProcess>
 #include <QScreen>
 #include <QTest>
 
@@ -26,12 +26,6 @@ QString xdotool(const QString& words)
     return run(u"xdotool "_s + words);
 }
 
-/// How many windows the program has on the screen: the pill, and a menu.
-qsizetype windowCount()
-{
-    return xdotool(u"search --onlyvisible --class pellar"_s).split(u'\n').size();
-}
-
 } // namespace
 
 /// The built program in a real session: what is on the screen, and what its clicks do to a real player.
@@ -40,237 +34,175 @@ class DesktopTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
-    void init();
-    void staysAlone();
-    void obeysClicks();
-    void seeks();
-    void tellsPressesApart();
-    void survivesStoppedPlayer();
-    void clearsWhenPlayerIsKilled();
-    void isDraggedAndRemembersIt();
+    void initTestCase()
+    {
+        keepServicesToLoopback();
+        {
+            PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
+            FakePower power;
+            PowerModeManager(defaults, power).updateSettings(PowerMode::normal, [](PowerModeSettings& mode) {
+                mode.driftRefreshSeconds = 1;
+            });
+        } // is written by now
+        QVERIFY(startProgram());
+        _idle = pillPicture();
+        QVERIFY2(_idle != QImage(_idle.size(), _idle.format()), "nothing is drawn");
+    }
+
+    void cleanupTestCase()
+    {
+        _program.terminate();
+        _program.waitForFinished();
+    }
+
+    /// Every test begins with a player that plays, on show.
+    void init()
+    {
+        QVERIFY(_program.state() == QProcess::Running || startProgram());
+        QVERIFY(_mpv.isRunning() || _mpv.start());
+        RealPlayer::tell(u"play"_s);
+        QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
+        QTRY_VERIFY(!isIdle(_layout.title) && !isIdle(_layout.playButton));
+    }
+
+    void staysAlone()
+    {
+        Program second(QStringLiteral(PELLAR_PROGRAM));
+        QVERIFY(second.waitForFinished(10000));
+        QCOMPARE(second.readAllStandardError(), QByteArray("Pellar is already running.\n"));
+        QCOMPARE(second.exitCode(), 1);
+        QVERIFY(!xdotool(u"search --onlyvisible --class pellar"_s).contains(u'\n')); // the only window
+    }
+
+    void obeysClicks()
+    {
+        const QImage playing = part(_layout.playButton);
+        click(_layout.playButton);
+        QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
+        QTRY_VERIFY(isIdle(_layout.playButton));
+        click(_layout.playButton);
+        QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
+        QTRY_COMPARE(part(_layout.playButton), playing);
+        const QString title = RealPlayer::metadata(u"title"_s);
+        const QImage shown = part(_layout.title);
+        click(_layout.nextButton);
+        QTRY_VERIFY(RealPlayer::metadata(u"title"_s) != title);
+        QTRY_VERIFY(part(_layout.title) != shown && !isIdle(_layout.progress));
+        click(_layout.previousButton);
+        QTRY_COMPARE(RealPlayer::metadata(u"title"_s), title);
+        const double length = RealPlayer::metadata(u"mpris:length"_s).toDouble() / 1e6;
+        click(_layout.progress);
+        QTRY_VERIFY(RealPlayer::position() >= length / 2 - 1);
+    }
+
+    /// What the player does after the last press shows which of those before it were commands. All the while
+    /// another program is in front, and keeps the keyboard.
+    void tellsPressesApart()
+    {
+        const Program other(u"xmessage"_s, {u"In front"_s});
+        const QString front = xdotool(u"search --sync --onlyvisible --class xmessage"_s);
+        QTRY_COMPARE(xdotool(u"getwindowfocus -f"_s), front);
+        RealPlayer::tell(u"pause"_s);
+        QTRY_VERIFY(isIdle(_layout.playButton));
+        click(_layout.title);
+        const QString hold = u"mousedown 1 sleep 0.6 mouseup 1 mousemove 5 500"_s; // a long press
+        pointAt(_layout.title, hold);
+        const QString title = RealPlayer::metadata(u"title"_s);
+        click(_layout.playButton);
+        QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
+        pointAt(_layout.playButton, hold);
+        QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
+        QCOMPARE(RealPlayer::metadata(u"title"_s), title);
+        QTRY_COMPARE(xdotool(u"getwindowfocus -f"_s), front);
+    }
+
+    void survivesStoppedPlayer()
+    {
+        const auto goOn = qScopeGuard([this] { _mpv.send(SIGCONT); });
+        _mpv.send(SIGSTOP);
+        // It still redraws, while it wants to know three times how the player is: the button under the
+        // pointer lights up.
+        QElapsedTimer stopped;
+        stopped.start();
+        const auto isLit = [this] { return part(_layout.playButton).pixelColor(0, 8).lightness() < 240; };
+        while (stopped.elapsed() < 3500) {
+            xdotool(u"mousemove 5 500"_s);
+            QTRY_VERIFY_WITH_TIMEOUT(!isLit(), 1000);
+            pointAt(_layout.playButton, QString());
+            QTRY_VERIFY_WITH_TIMEOUT(isLit(), 1000);
+        }
+        xdotool(u"click 1"_s); // kept for the player until it goes on
+        _mpv.send(SIGCONT);
+        QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
+        xdotool(u"mousemove 5 500"_s);
+        QTRY_VERIFY(isIdle(_layout.playButton));
+    }
+
+    void clearsWhenPlayerIsKilled()
+    {
+        _mpv.kill();
+        QTRY_VERIFY_WITH_TIMEOUT(isIdle(_layout.title), 1000);
+        QTRY_COMPARE_WITH_TIMEOUT(pillPicture(), _idle, 3000); // the meter has to come down
+    }
+
+    void isDraggedAndRemembersIt()
+    {
+        const QRect before = pill();
+        dragPill(u"ctrl"_s);
+        QTRY_COMPARE(pill().x(), before.x() - 60);
+        dragPill(u"super"_s);
+        QTRY_COMPARE(pill().topLeft(), before.topLeft() - QPoint(120, 0));
+        _program.terminate();
+        QVERIFY(_program.waitForFinished());
+        QVERIFY(startProgram());
+        QTRY_COMPARE(pill().x(), before.x() - 120);
+    }
 
 private:
-    bool startProgram();
-    QRect pill() const;
-    QImage pillPicture() const
+    bool startProgram()
     {
-        return QGuiApplication::primaryScreen()->grabWindow(0).toImage().copy(pill());
+        _program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
+        const auto isDrawn = [this] {
+            return pill().size() == pillSize && pillPicture().pixelColor(60, 3).lightness() > 200;
+        };
+        return _program.waitForStarted() && QTest::qWaitFor(isDrawn, 10000);
     }
+
+    /// Where the window server says that the pill is.
+    QRect pill() const
+    {
+        const QString geometry = xdotool(u"search --onlyvisible --name ^Pellar$ getwindowgeometry --shell"_s);
+        static const QRegularExpression number(u"\\bX=(.+)\nY=(.+)\nWIDTH=(.+)\nHEIGHT=(.+)\n"_s);
+        const auto found = number.match(geometry);
+        const auto at = [&found](int i) { return found.captured(i).toInt(); };
+        return {at(1), at(2), at(3), at(4)};
+    }
+
+    QImage pillPicture() const { return _screen->grabWindow(0).toImage().copy(pill()); }
     QImage part(const QRectF& frame) const { return pillPicture().copy(frame.toAlignedRect()); }
     bool isIdle(const QRectF& frame) const { return part(frame) == _idle.copy(frame.toAlignedRect()); }
-    void pointAt(const QRectF& frame, const QString& action) const;
-    void click(const QRectF& frame, int button = 1) const
+    void pointAt(const QRectF& frame, const QString& action) const
     {
-        pointAt(frame, u"click %1 mousemove 5 500"_s.arg(button));
+        const QPoint point = pill().topLeft() + frame.center().toPoint();
+        xdotool(u"mousemove %1 %2 "_s.arg(point.x()).arg(point.y()) + action);
     }
-    void dragProgress(double from, double to) const;
-    void dragPill(int way, const QString& key) const;
 
+    void click(const QRectF& frame) const { pointAt(frame, u"click 1 mousemove 5 500"_s); }
+    /// By 60 to the left, and down a little.
+    void dragPill(const QString& key) const
+    {
+        const QPoint from = pill().topLeft() + QPoint(120, 10);
+        xdotool(u"keydown %1 mousemove %2 %3 mousedown 1"_s.arg(key).arg(from.x()).arg(from.y()));
+        xdotool(u"mousemove_relative -- -30 0"_s);
+        xdotool(u"mousemove_relative -- -30 50 mouseup 1 keyup "_s + key);
+    }
+
+    QScreen* _screen = QGuiApplication::primaryScreen();
     QProcess _program;
     RealPlayer _mpv;
     PillLayout _layout = PillLayout::make(pillSize, {});
     QImage _idle; ///< the pill without a player
 };
-
-void DesktopTest::initTestCase()
-{
-    keepServicesToLoopback();
-    {
-        PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
-        FakePower power;
-        PowerModeManager(defaults, power).updateSettings(PowerMode::normal, [](PowerModeSettings& mode) {
-            mode.driftRefreshSeconds = 1;
-        });
-    } // is written by now
-    QVERIFY(startProgram());
-    _idle = pillPicture();
-    QVERIFY2(_idle != QImage(_idle.size(), _idle.format()), "nothing is drawn");
-}
-
-void DesktopTest::cleanupTestCase()
-{
-    _program.terminate();
-    _program.waitForFinished();
-}
-
-/// Every test begins with a player that plays, on show.
-void DesktopTest::init()
-{
-    QVERIFY(_program.state() == QProcess::Running || startProgram());
-    QVERIFY(_mpv.isRunning() || _mpv.start());
-    RealPlayer::tell(u"play"_s);
-    QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
-    QTRY_VERIFY(!isIdle(_layout.title) && !isIdle(_layout.playButton));
-}
-
-bool DesktopTest::startProgram()
-{
-    _program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
-    const auto isDrawn = [this] {
-        return pill().size() == pillSize && pillPicture().pixelColor(60, 3).lightness() > 200;
-    };
-    return _program.waitForStarted() && QTest::qWaitFor(isDrawn, 10000);
-}
-
-/// Where the window server says that the pill is.
-QRect DesktopTest::pill() const
-{
-    const QString geometry = xdotool(u"search --onlyvisible --name ^Pellar$ getwindowgeometry --shell"_s);
-    static const QRegularExpression number(u"\\bX=(.+)\nY=(.+)\nWIDTH=(.+)\nHEIGHT=(.+)\n"_s);
-    const QStringList numbers = number.match(geometry).capturedTexts();
-    return {numbers.value(1).toInt(), numbers.value(2).toInt(), numbers.value(3).toInt(),
-            numbers.value(4).toInt()};
-}
-
-void DesktopTest::pointAt(const QRectF& frame, const QString& action) const
-{
-    const QPoint point = pill().topLeft() + frame.center().toPoint();
-    xdotool(u"mousemove %1 %2 "_s.arg(point.x()).arg(point.y()) + action);
-}
-
-/// Presses and lets go at parts of the progress line's width.
-void DesktopTest::dragProgress(double from, double to) const
-{
-    const QRectF line = _layout.progress.translated(pill().topLeft());
-    const auto at = [&line](double part) { return qRound(line.left() + part * line.width()); };
-    xdotool(u"mousemove %1 %2 mousedown 1"_s.arg(at(from)).arg(qRound(line.center().y())));
-    xdotool(u"mousemove %1 300 mouseup 1 mousemove 5 500"_s.arg(at(to)));
-}
-
-void DesktopTest::dragPill(int way, const QString& key) const
-{
-    const QPoint from = pill().topLeft() + QPoint(120, 10);
-    const auto move = [from](int dx, int dy) {
-        return u"mousemove %1 %2 "_s.arg(from.x() + dx).arg(from.y() + dy);
-    };
-    xdotool(key.isEmpty() ? move(0, 0) : u"keydown "_s + key);
-    xdotool(move(0, 0) + u"mousedown 1");
-    xdotool(move(way / 2, 0));
-    xdotool(move(way, 50) + u"mouseup 1");
-    xdotool(key.isEmpty() ? move(0, 300) : u"keyup "_s + key);
-}
-
-void DesktopTest::staysAlone()
-{
-    QProcess second;
-    second.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
-    QVERIFY(second.waitForFinished(10000));
-    QCOMPARE(second.readAllStandardError(), QByteArray("Pellar is already running.\n"));
-    QCOMPARE(second.exitCode(), 1);
-    QCOMPARE(windowCount(), 1);
-}
-
-void DesktopTest::obeysClicks()
-{
-    const QImage playing = part(_layout.playButton);
-    click(_layout.playButton);
-    QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
-    QTRY_VERIFY(isIdle(_layout.playButton));
-    click(_layout.playButton);
-    QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
-    QTRY_COMPARE(part(_layout.playButton), playing);
-    const QString title = RealPlayer::metadata(u"title"_s);
-    const QImage shown = part(_layout.title);
-    click(_layout.nextButton);
-    QTRY_VERIFY(RealPlayer::metadata(u"title"_s) != title);
-    QTRY_VERIFY(part(_layout.title) != shown && !isIdle(_layout.progress));
-    click(_layout.previousButton);
-    QTRY_COMPARE(RealPlayer::metadata(u"title"_s), title);
-}
-
-void DesktopTest::seeks()
-{
-    RealPlayer::tell(u"pause"_s);
-    QTRY_VERIFY(isIdle(_layout.playButton));
-    const double length = RealPlayer::metadata(u"mpris:length"_s).toDouble() / 1e6;
-    const auto isAt = [length](double part) { return std::abs(RealPlayer::position() - part * length) < 1; };
-    click(_layout.progress);
-    QTRY_VERIFY(isAt(0.5));
-    dragProgress(0.9, 0.25);
-    QTRY_VERIFY(isAt(0.25));
-    dragProgress(0.5, -0.3); // beyond the start
-    QTRY_VERIFY(isAt(0));
-    const QPoint quarter =
-        _layout.progress.center().toPoint() - QPoint(qRound(_layout.progress.width() / 4), 0);
-    QTRY_COMPARE(pillPicture().pixelColor(quarter), _idle.pixelColor(quarter));
-}
-
-/// What the player does after the last press shows which of those before it were commands. All the while
-/// another program is in front, and keeps the keyboard.
-void DesktopTest::tellsPressesApart()
-{
-    QProcess other;
-    const auto end = qScopeGuard([&other] {
-        other.kill();
-        other.waitForFinished();
-    });
-    other.start(u"xmessage"_s, {u"In front"_s});
-    const QString front = xdotool(u"search --sync --onlyvisible --class xmessage"_s);
-    QTRY_COMPARE(xdotool(u"getwindowfocus -f"_s), front);
-    RealPlayer::tell(u"pause"_s);
-    QTRY_VERIFY(isIdle(_layout.playButton));
-    for (const QRectF& control : {_layout.playButton, _layout.nextButton, _layout.progress}) {
-        click(control, 3);
-        QTRY_VERIFY(windowCount() > 1);
-        xdotool(u"key Escape"_s);
-        QTRY_COMPARE(windowCount(), 1);
-    }
-    click(_layout.title);
-    const QString hold = u"mousedown 1 sleep 0.6 mouseup 1 mousemove 5 500"_s; // as long as a long press is
-    pointAt(_layout.title, hold);
-    const QString title = RealPlayer::metadata(u"title"_s);
-    click(_layout.playButton);
-    QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
-    pointAt(_layout.playButton, hold);
-    QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
-    QCOMPARE(RealPlayer::metadata(u"title"_s), title);
-    QTRY_COMPARE(xdotool(u"getwindowfocus -f"_s), front);
-}
-
-void DesktopTest::survivesStoppedPlayer()
-{
-    const auto goOn = qScopeGuard([this] { _mpv.send(SIGCONT); });
-    _mpv.send(SIGSTOP);
-    // It still redraws, while it wants to know three times how the player is: the button under the pointer
-    // lights up.
-    QElapsedTimer stopped;
-    stopped.start();
-    const auto isLit = [this] { return part(_layout.playButton).pixelColor(0, 8).lightness() < 240; };
-    while (stopped.elapsed() < 3500) {
-        xdotool(u"mousemove 5 500"_s);
-        QTRY_VERIFY_WITH_TIMEOUT(!isLit(), 1000);
-        pointAt(_layout.playButton, QString());
-        QTRY_VERIFY_WITH_TIMEOUT(isLit(), 1000);
-    }
-    xdotool(u"click 1"_s); // kept for the player until it goes on
-    _mpv.send(SIGCONT);
-    QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
-    xdotool(u"mousemove 5 500"_s);
-    QTRY_VERIFY(isIdle(_layout.playButton));
-}
-
-void DesktopTest::clearsWhenPlayerIsKilled()
-{
-    _mpv.kill();
-    QTRY_VERIFY_WITH_TIMEOUT(isIdle(_layout.title), 1000);
-    QTRY_COMPARE_WITH_TIMEOUT(pillPicture(), _idle, 3000); // the meter has to come down
-}
-
-void DesktopTest::isDraggedAndRemembersIt()
-{
-    const QRect before = pill();
-    dragPill(40, QString()); // without the key it is the pill's own
-    dragPill(-60, u"ctrl"_s);
-    QTRY_COMPARE(pill().x(), before.x() - 60);
-    dragPill(-60, u"super"_s);
-    QTRY_COMPARE(pill().topLeft(), before.topLeft() - QPoint(120, 0));
-    _program.terminate();
-    QVERIFY(_program.waitForFinished());
-    QVERIFY(startProgram());
-    QTRY_COMPARE(pill().x(), before.x() - 120);
-}
 
 QTEST_MAIN(DesktopTest)
 #include "desktop_test.moc"

@@ -8,7 +8,6 @@
 #include "linux/LinuxPlatform.h"
 #include "linux/x11/X11MediaKey.h"
 #include "linux/x11/X11Session.h"
-#include "platform/BundleId.h"
 #include "platform/MediaPlayers.h"
 #include "platform/Workspace.h"
 #include "prefs/PillVisibilityManager.h"
@@ -16,12 +15,10 @@
 #include "support/EngineParts.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
-#include "support/MprisStandIn.h"
+#include "support/Program.h"
 #include "support/RealPlayer.h"
 
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -41,8 +38,7 @@ public:
         std::free(xcb_get_input_focus_reply(_server, xcb_get_input_focus(_server), nullptr));
     }
     ~Grabber() { xcb_disconnect(_server); }
-    Grabber(const Grabber&) = delete;
-    Grabber& operator=(const Grabber&) = delete;
+    Q_DISABLE_COPY(Grabber)
 
     /// How many keys went down, and how many came up, so far.
     std::pair<int, int> keys()
@@ -60,24 +56,6 @@ private:
     xcb_connection_t* _server;
     int _down = 0;
     int _up = 0;
-};
-
-/// Another program, ended with this.
-class Program
-{
-public:
-    explicit Program(const QString& name, const QStringList& arguments = {})
-    {
-        _process.start(name, arguments);
-    }
-    ~Program()
-    {
-        _process.kill();
-        _process.waitForFinished();
-    }
-
-private:
-    QProcess _process;
 };
 
 /// The engine, hearing and controlling this desktop.
@@ -128,182 +106,127 @@ class SessionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void followsPlayer();
-    void choosesPlayer();
-    void wakesAfterLongSilence();
-    void followsWebPage();
-    void commandsDeafPage();
-
-private:
-    bool hasPaused() const { return RealPlayer::status() == u"Paused" && !_service->isPlaying(); }
-    bool isPage(const QString& state) const
+    void init()
     {
-        return QTest::qWaitFor([&] { return _page.state() == state; });
+        _session = std::make_unique<Session>();
+        _service = _session->parts.service.get();
     }
-    void typesIntoBrowserInFront();
-    void commandsBrowserBehind();
-    void leavesTheKeyToItsGrabber();
 
-    WebPage _page;
-    RealPlayer _mpv;
-    std::unique_ptr<Session> _session;
-    NowPlayingService* _service = nullptr;
-};
-
-void SessionTest::init()
-{
-    _session = std::make_unique<Session>();
-    _service = _session->parts.service.get();
-}
-
-void SessionTest::cleanup()
-{
-    if (QTest::currentTestFailed()) {
-        qInfo().noquote() << _page.state() << u'\n' << _session->log.take().join(u'\n');
+    void cleanup()
+    {
+        if (QTest::currentTestFailed()) {
+            qInfo().noquote() << _page.state() << u'\n' << _session->log.take().join(u'\n');
+        }
+        _session.reset();
+        _mpv.kill();
     }
-    _session.reset();
-    _mpv.kill();
-}
 
-void SessionTest::followsPlayer()
-{
-    QVERIFY(_mpv.start());
-    const QUrl track(RealPlayer::metadata(u"xesam:url"_s));
-    QImage picture(900, 450, QImage::Format_RGB32); // the player finds one that lies beside the music
-    picture.fill(Qt::darkCyan);
-    QVERIFY(picture.save(track.resolved(QUrl(u"cover.png"_s)).toLocalFile()));
-    for (int tracks = 0; tracks < 3; ++tracks) {
+    void followsPlayer()
+    {
+        QVERIFY(_mpv.start());
+        const QUrl track(RealPlayer::metadata(u"xesam:url"_s));
+        QImage picture(900, 450, QImage::Format_RGB32); // the player finds one that lies beside the music
+        picture.fill(Qt::darkCyan);
+        QVERIFY(picture.save(track.resolved(QUrl(u"cover.png"_s)).toLocalFile()));
         RealPlayer::tell(u"next"_s);
         QTRY_COMPARE(_service->title(), RealPlayer::metadata(u"title"_s));
         QCOMPARE(_service->artist(), RealPlayer::metadata(u"artist"_s));
         QCOMPARE(_service->album(), RealPlayer::metadata(u"album"_s));
         QCOMPARE(_service->duration(), RealPlayer::metadata(u"mpris:length"_s).toDouble() / 1e6);
+        QTRY_COMPARE(_service->artwork().size(), QSize(600, 300));
+        QCOMPARE(_service->artwork().pixelColor(300, 150), QColor(Qt::darkCyan));
+
+        // The user seeks and pauses in the player itself.
+        run(u"playerctl --player=mpv position 20"_s);
+        QTRY_VERIFY(_service->elapsed() > 19 && std::abs(_service->elapsed() - RealPlayer::position()) < 1.5);
+        RealPlayer::tell(u"pause"_s);
+        QTRY_VERIFY(RealPlayer::status() == u"Paused" && !_service->isPlaying());
     }
-    QTRY_COMPARE(_service->artwork().size(), QSize(600, 300));
-    QCOMPARE(_service->artwork().pixelColor(300, 150), QColor(Qt::darkCyan));
 
-    // The user seeks and pauses in the player itself.
-    run(u"playerctl --player=mpv position 20"_s);
-    QTRY_VERIFY(_service->elapsed() > 19 && std::abs(_service->elapsed() - RealPlayer::position()) < 1.5);
-    RealPlayer::tell(u"pause"_s);
-    QTRY_VERIFY(hasPaused());
-}
-
-/// What plays comes before what is paused, and sound of no player between the two.
-void SessionTest::choosesPlayer()
-{
-    QVERIFY(_mpv.start());
-    QTRY_VERIFY(_service->isPlaying());
-    MprisStandIn spotify(u"spotify"_s);
-    spotify.change(MprisStandIn::playing(
-        MprisStandIn::metadata(u"/com/spotify/track/1"_s, u"Tide"_s, u"Shore"_s, u"Sea"_s, 215)));
-    QTRY_VERIFY(_session->ports.workspace.isRunning(BundleId::spotify));
-    _service->refresh();
-    QCOMPARE(_service->activePlayer(), Player::appleMusic); // it was first
-    RealPlayer::tell(u"pause"_s);
-    QTRY_COMPARE(_service->title(), u"Tide"_s);
-    _service->togglePlayPause();
-    QTRY_COMPARE(spotify.calls, QStringList(u"PlayPause"_s));
-    QTRY_COMPARE(_service->activePlayer(), Player::appleMusic);
-    QVERIFY(hasPaused());
-    const Program sound(u"pw-play"_s, {_page.soundFile()});
-    QTRY_VERIFY(_session->isShowingSystemAudio(true));
-}
-
-/// Until the sinks sleep and nothing is analysed any more.
-void SessionTest::wakesAfterLongSilence()
-{
-    QCOMPARE(_service->activePlayer(), Player::none);
+    /// Until the sinks sleep and nothing is analysed any more.
+    void wakesAfterLongSilence()
     {
+        QCOMPARE(_service->activePlayer(), Player::none);
+        {
+            const Program sound(u"pw-play"_s, {_page.soundFile()});
+            QTRY_VERIFY(_session->isShowingSystemAudio(true));
+        }
+        QTRY_VERIFY(_session->isShowingSystemAudio(false));
+        QSignalSpy playing(_service, &NowPlayingService::isPlayingChanged);
+        QTRY_COMPARE_WITH_TIMEOUT(_service->activePlayer(), Player::none, 15'000);
+        QVERIFY(playing.isEmpty());
+        const QRegularExpression awake(u"RUNNING|IDLE"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(!run(u"pactl list short sinks"_s).contains(awake), 15'000);
+        QSignalSpy frames(_session->parts.bridge.get(), &AudioBridge::bandsPublished);
+        QTRY_VERIFY((frames.clear(), !frames.wait(500)));
         const Program sound(u"pw-play"_s, {_page.soundFile()});
         QTRY_VERIFY(_session->isShowingSystemAudio(true));
     }
-    QTRY_VERIFY(_session->isShowingSystemAudio(false));
-    QSignalSpy playing(_service, &NowPlayingService::isPlayingChanged);
-    QTRY_COMPARE_WITH_TIMEOUT(_service->activePlayer(), Player::none, 15'000);
-    QVERIFY(playing.isEmpty());
-    const QRegularExpression awake(u"RUNNING|IDLE"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(!run(u"pactl list short sinks"_s).contains(awake), 15'000);
-    QSignalSpy frames(_session->parts.bridge.get(), &AudioBridge::bandsPublished);
-    QTRY_VERIFY((frames.clear(), !frames.wait(500)));
-    const Program sound(u"pw-play"_s, {_page.soundFile()});
-    QTRY_VERIFY(_session->isShowingSystemAudio(true));
-}
 
-/// By keystrokes, by commands and by keys that another program grabs.
-void SessionTest::followsWebPage()
-{
-    WebPage browser;
-    QVERIFY(browser.start());
-    QTRY_VERIFY(_session->isShowingSystemAudio(true));
-    const AudioBridge& bridge = *_session->parts.bridge;
-    QTRY_VERIFY(bridge.bands()[1] > 0.8F && bridge.bands()[3] < 0.05F);
-    typesIntoBrowserInFront();
+    void commandsDeafPage()
+    {
+        WebPage browser;
+        QVERIFY(browser.start(u"#deaf"_s));
+        QTRY_VERIFY(_session->isShowingSystemAudio(true));
+        _service->togglePlayPause();
+        QTRY_COMPARE(_page.state(), u"paused 2 toggles 0 next 0 previous"_s);
+        QTRY_VERIFY(!_session->ports.mediaPlayers.all().constFirst().isPlaying);
+        _service->togglePlayPause();
+        QTRY_COMPARE(_page.state(), u"playing 3 toggles 0 next 0 previous"_s);
+    }
 
-    const Program other(u"xmessage"_s, {u"In front"_s});
-    QTRY_VERIFY(_session->ports.workspace.frontmostApplication().value_or(RunningApplication()).bundleId ==
-                std::nullopt);
-    commandsBrowserBehind();
-    leavesTheKeyToItsGrabber();
-}
+    /// By keystrokes, by commands and by keys that another program grabs.
+    void followsWebPage()
+    {
+        WebPage browser;
+        QVERIFY(browser.start());
+        QTRY_VERIFY(_session->isShowingSystemAudio(true));
+        const AudioBridge& bridge = *_session->parts.bridge;
+        QTRY_VERIFY(bridge.bands()[1] > 0.8F && bridge.bands()[3] < 0.05F);
+        _service->togglePlayPause();
+        QTRY_COMPARE(_page.state(), u"paused 2 toggles 0 next 0 previous"_s);
+        _service->togglePlayPause();
+        QTRY_COMPARE(_page.state(), u"playing 3 toggles 0 next 0 previous"_s);
+        _service->nextTrack();
+        _service->previousTrack();
+        QTRY_COMPARE(_page.state(), u"playing 3 toggles 1 next 1 previous"_s);
+        const QRegularExpression typed(u" → keystroke pid [0-9]+$"_s);
+        QCOMPARE(_session->log.take().filter(typed).size(), 4);
 
-void SessionTest::commandsDeafPage()
-{
-    WebPage browser;
-    QVERIFY(browser.start(u"#deaf"_s));
-    QTRY_VERIFY(_session->isShowingSystemAudio(true));
-    _service->togglePlayPause();
-    QVERIFY(isPage(u"paused 2 toggles 0 next 0 previous"_s));
-    QTRY_VERIFY(!_session->ports.mediaPlayers.all().constFirst().isPlaying);
-    _service->togglePlayPause();
-    QVERIFY(isPage(u"playing 3 toggles 0 next 0 previous"_s));
-}
+        // Behind another program. A music player that is paused is left alone, and so is playerctl's proxy.
+        const Program front(u"xmessage"_s, {u"In front"_s});
+        const Workspace& workspace = _session->ports.workspace;
+        QTRY_VERIFY(!workspace.frontmostApplication().value_or(RunningApplication()).bundleId);
+        const Program proxy(u"playerctld"_s);
+        QVERIFY(_mpv.start());
+        QTRY_COMPARE_WITH_TIMEOUT(_service->activePlayer(), Player::appleMusic, 10'000);
+        RealPlayer::tell(u"pause"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(_session->isShowingSystemAudio(true), 10'000);
+        _service->togglePlayPause();
+        QTRY_COMPARE(_page.state(), u"paused 4 toggles 1 next 1 previous"_s);
+        _service->togglePlayPause();
+        QTRY_COMPARE(_page.state(), u"playing 5 toggles 1 next 1 previous"_s);
+        _service->nextTrack();
+        QTRY_COMPARE(_page.state(), u"playing 5 toggles 2 next 1 previous"_s);
+        QCOMPARE(_session->log.take().filter(u" → broadcast (front=?)"_s).size(), 3);
+        QCOMPARE(RealPlayer::status(), u"Paused"_s);
 
-void SessionTest::typesIntoBrowserInFront()
-{
-    _service->togglePlayPause();
-    QVERIFY(isPage(u"paused 2 toggles 0 next 0 previous"_s));
-    _service->togglePlayPause();
-    QVERIFY(isPage(u"playing 3 toggles 0 next 0 previous"_s));
-    _service->nextTrack();
-    QVERIFY(isPage(u"playing 3 toggles 1 next 0 previous"_s));
-    _service->previousTrack();
-    QVERIFY(isPage(u"playing 3 toggles 1 next 1 previous"_s));
-    const QRegularExpression typed(u" → keystroke pid [0-9]+$"_s);
-    QCOMPARE(_session->log.take().filter(typed).size(), 4);
-}
+        Grabber grabber;
+        _service->togglePlayPause();
+        QTRY_COMPARE(grabber.keys(), std::pair(1, 1));
+        run(u"xdotool keydown Shift_L"_s);
+        _service->nextTrack();
+        QTRY_COMPARE(grabber.keys(), std::pair(2, 2));
+        run(u"xdotool keyup Shift_L"_s);
+        QCOMPARE(_page.state(), u"playing 5 toggles 2 next 1 previous"_s);
+    }
 
-/// A music player that is paused is left alone, and so is the proxy of playerctl.
-void SessionTest::commandsBrowserBehind()
-{
-    const Program proxy(u"playerctld"_s);
-    QVERIFY(_mpv.start());
-    QTRY_COMPARE(_service->activePlayer(), Player::appleMusic);
-    RealPlayer::tell(u"pause"_s);
-    QTRY_VERIFY_WITH_TIMEOUT(_session->isShowingSystemAudio(true), 10'000);
-    _service->togglePlayPause();
-    QVERIFY(isPage(u"paused 4 toggles 1 next 1 previous"_s));
-    _service->togglePlayPause();
-    QVERIFY(isPage(u"playing 5 toggles 1 next 1 previous"_s));
-    _service->nextTrack();
-    QVERIFY(isPage(u"playing 5 toggles 2 next 1 previous"_s));
-    QCOMPARE(_session->log.take().filter(u" → broadcast (front=?)"_s).size(), 3);
-    QCOMPARE(RealPlayer::status(), u"Paused"_s);
-}
-
-void SessionTest::leavesTheKeyToItsGrabber()
-{
-    Grabber grabber;
-    _service->togglePlayPause();
-    QTRY_COMPARE(grabber.keys(), std::pair(1, 1));
-    run(u"xdotool keydown Shift_L"_s);
-    _service->nextTrack();
-    QTRY_COMPARE(grabber.keys(), std::pair(2, 2));
-    run(u"xdotool keyup Shift_L"_s);
-    QVERIFY(isPage(u"playing 5 toggles 2 next 1 previous"_s));
-}
+private:
+    WebPage _page;
+    RealPlayer _mpv;
+    std::unique_ptr<Session> _session;
+    NowPlayingService* _service = nullptr;
+};
 
 QTEST_MAIN(SessionTest)
 #include "session_test.moc"

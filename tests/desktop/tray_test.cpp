@@ -2,10 +2,9 @@
 #include "support/Command.h"
 #include "support/LoopbackServices.h"
 #include "support/MprisStandIn.h"
+#include "support/Program.h"
 
 #include <QDBusMessage>
-#include <QDBusVariant>
-#include <QProcess>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -13,13 +12,13 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 /// A desktop's tray, as far as programs notice it.
-class Tray final : public QDBusVirtualObject
+class Tray final : public BusStandIn
 {
 public:
-    Tray()
+    Tray() : BusStandIn(u"/StatusNotifierWatcher"_s)
     {
-        _bus.registerVirtualObject(u"/StatusNotifierWatcher"_s, this);
-        _bus.registerService(u"org.kde.StatusNotifierWatcher"_s);
+        set({{u"IsStatusNotifierHostRegistered"_s, true}});
+        own(u"org.kde.StatusNotifierWatcher"_s);
     }
 
     QString introspect(const QString& /*path*/) const override
@@ -27,19 +26,6 @@ public:
         return u"<interface name=\"org.kde.StatusNotifierWatcher\">"
                "<property name=\"IsStatusNotifierHostRegistered\" type=\"b\" access=\"read\"/>"
                "</interface>"_s;
-    }
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override
-    {
-        if (message.member() == u"Introspect") {
-            return false; // answered with the text above
-        }
-        if (message.member() == u"RegisterStatusNotifierItem") {
-            item = message.service();
-        }
-        const bool isQuestion = message.member() == u"Get";
-        bus.send(isQuestion ? message.createReply(QVariant::fromValue(QDBusVariant(true)))
-                            : message.createReply());
-        return true;
     }
 
     /// What the program answers that has put an icon here.
@@ -65,8 +51,12 @@ public:
 
     QString item; ///< the bus name of that program
 
-private:
-    QDBusConnection _bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"tray"_s);
+protected:
+    std::optional<QVariantList> perform(const QDBusMessage& registration) override
+    {
+        item = registration.service();
+        return QVariantList();
+    }
 };
 
 } // namespace
@@ -76,54 +66,47 @@ class TrayTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tellsWhatPlays();
+    /// The menu as a panel takes it that asks for it only once.
+    void tellsWhatPlays()
+    {
+        keepServicesToLoopback();
+        Tray tray;
+        const auto song = [](const QString& title, const QString& artist) {
+            return MprisStandIn::playing(
+                MprisStandIn::metadata(u"/t/"_s + title.front(), title, artist, QString(), 9));
+        };
+        PlistUserDefaults(PlistUserDefaults::defaultPath())
+            .setObject(u"pellar.linux.musicPlayer"_s, u"chosen"_s);
+        MprisStandIn other(u"standin"_s);
+        other.set(song(u"Rock & Roll"_s, u"Band"_s));
+        const Program program(QStringLiteral(PELLAR_PROGRAM));
+        QTRY_VERIFY(!tray.item.isEmpty());
+        QTRY_VERIFY(tray.toolTip().contains(u"string \"Not Playing — waiting for chosen\""));
+        MprisStandIn player(u"chosen"_s);
+        player.change(song(u"Rock & Roll"_s, u"Band"_s));
+        QTRY_VERIFY(tray.toolTip().contains(u"string \"Rock & Roll — Band\""));
+        const QString before = tray.menu();
+        QVERIFY(before.contains(u"& Roll\"")); // the ampersand is a mnemonic's to Qt
+        player.change(song(u"Blues"_s, u"Trio"_s));
+        QString read;
+        QTRY_VERIFY((read = tray.menu()).contains(u"\"Blues\""));
+        QVERIFY(read.contains(u"\"Trio\"") && !read.contains(u"\"Band\""));
+
+        // Nothing changes under the pointer.
+        tray.ask(u"/MenuBar com.canonical.dbusmenu.AboutToShow int32:0"_s);
+        player.change(song(u"Waltz"_s, u"Duo"_s));
+        QTRY_VERIFY(tray.toolTip().contains(u"Waltz — Duo"));
+        QVERIFY(tray.menu().contains(u"\"Blues\""));
+        tray.tell(u"0"_s, "closed");
+        QTRY_VERIFY(tray.menu().contains(u"\"Waltz\""));
+
+        // The number of a row that the panel read two tracks ago.
+        const QString aboveQuit = before.section(u"\"Quit Pellar\""_s, 0, 0);
+        tray.tell(aboveQuit.section(u"int32 "_s, -1).section(u'\n', 0, 0), "clicked");
+        QTRY_COMPARE(program.state(), QProcess::NotRunning);
+        QCOMPARE(program.exitCode(), 0);
+    }
 };
-
-/// The menu as a panel takes it that asks for it only once.
-void TrayTest::tellsWhatPlays()
-{
-    keepServicesToLoopback();
-    Tray tray;
-    const auto song = [](const char* title, const char* artist) {
-        return MprisStandIn::playing(MprisStandIn::metadata(u"/t/%1"_s.arg(QLatin1Char(title[0])),
-                                                            QString::fromLatin1(title),
-                                                            QString::fromLatin1(artist), QString(), 9));
-    };
-    PlistUserDefaults(PlistUserDefaults::defaultPath()).setObject(u"pellar.linux.musicPlayer"_s, u"chosen"_s);
-    MprisStandIn other(u"standin"_s);
-    other.set(song("Rock & Roll", "Band"));
-    QProcess program;
-    const auto end = qScopeGuard([&program] {
-        program.terminate();
-        program.waitForFinished();
-    });
-    program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
-    QTRY_VERIFY(!tray.item.isEmpty());
-    QTRY_VERIFY(tray.toolTip().contains(u"string \"Not Playing — waiting for chosen\""));
-    MprisStandIn player(u"chosen"_s);
-    player.change(song("Rock & Roll", "Band"));
-    QTRY_VERIFY(tray.toolTip().contains(u"string \"Rock & Roll — Band\""));
-    const QString before = tray.menu();
-    QVERIFY(before.contains(u"& Roll\"")); // the ampersand is a mnemonic's to Qt
-    player.change(song("Blues", "Trio"));
-    QString read;
-    QTRY_VERIFY((read = tray.menu()).contains(u"\"Blues\""));
-    QVERIFY(read.contains(u"\"Trio\"") && !read.contains(u"\"Band\""));
-
-    // Nothing changes under the pointer.
-    tray.ask(u"/MenuBar com.canonical.dbusmenu.AboutToShow int32:0"_s);
-    player.change(song("Waltz", "Duo"));
-    QTRY_VERIFY(tray.toolTip().contains(u"Waltz — Duo"));
-    QVERIFY(tray.menu().contains(u"\"Blues\""));
-    tray.tell(u"0"_s, "closed");
-    QTRY_VERIFY(tray.menu().contains(u"\"Waltz\""));
-
-    // The number of a row that the panel read two tracks ago.
-    const QString aboveQuit = before.section(u"\"Quit Pellar\""_s, 0, 0);
-    tray.tell(aboveQuit.section(u"int32 "_s, -1).section(u'\n', 0, 0), "clicked");
-    QTRY_COMPARE(program.state(), QProcess::NotRunning);
-    QCOMPARE(program.exitCode(), 0);
-}
 
 QTEST_GUILESS_MAIN(TrayTest)
 #include "tray_test.moc"

@@ -15,17 +15,18 @@
 #include "support/MemoryDefaults.h"
 #include "support/MprisStandIn.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 /// Everything between the bus and the portable rooms, and what is announced to them.
 struct Mirror {
     explicit Mirror(const QString& address = {}) : bus(runLoop, address)
     {
-        for (const auto& name : {QStringLiteral("com.apple.Music.playerInfo"),
-                                 QStringLiteral("com.spotify.client.PlaybackStateChanged")}) {
+        for (const auto& name :
+             {u"com.apple.Music.playerInfo"_s, u"com.spotify.client.PlaybackStateChanged"_s}) {
             desktop.distributedNotifications.observe(name, &observer, [this, name](const QVariantMap& info) {
-                posted << QStringLiteral("%1: %2 %3 by %4")
-                              .arg(name.section(u'.', 1, 1), info[QStringLiteral("Player State")].toString(),
-                                   info[QStringLiteral("Name")].toString(),
-                                   info[QStringLiteral("Artist")].toString());
+                posted << u"%1: %2 %3 by %4"_s.arg(name.section(u'.', 1, 1),
+                                                   info[u"Player State"_s].toString(),
+                                                   info[u"Name"_s].toString(), info[u"Artist"_s].toString());
                 last = info;
             });
         }
@@ -38,15 +39,14 @@ struct Mirror {
     QString run(const QString& script)
     {
         const ScriptOutcome outcome = interpreter.run(script);
-        return outcome.errorNumber ? QStringLiteral("error %1").arg(*outcome.errorNumber)
-                                   : outcome.reply.value_or(QStringLiteral("none"));
+        return outcome.errorNumber ? u"error %1"_s.arg(*outcome.errorNumber)
+                                   : outcome.reply.value_or(u"none"_s);
     }
 
-    static QVariantMap song(const QString& title, const QString& artist = QStringLiteral("Band"),
-                            double seconds = 200)
+    static QVariantMap song(const QString& title, const QString& artist = u"Band"_s, double seconds = 200)
     {
-        return MprisStandIn::metadata(QStringLiteral("/t/") + QString::number(qHash(title)), title, artist,
-                                      QStringLiteral("Album"), seconds);
+        return MprisStandIn::metadata(u"/t/"_s + QString::number(qHash(title)), title, artist, u"Album"_s,
+                                      seconds);
     }
 
     EventLoop runLoop;
@@ -63,9 +63,7 @@ struct Mirror {
     std::shared_ptr<ScriptObject> spotifyApplication =
         std::make_shared<MprisApplication>(roster, PlayerRole::spotify);
     Interpreter interpreter{[this](const QString& name) {
-        return name == QStringLiteral("music")     ? musicApplication
-               : name == QStringLiteral("spotify") ? spotifyApplication
-                                                   : nullptr;
+        return name == u"music"_s ? musicApplication : name == u"spotify"_s ? spotifyApplication : nullptr;
     }};
     Platform ports{.runLoop = runLoop,
                    .scripts = interpreter,

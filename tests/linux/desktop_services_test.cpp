@@ -6,18 +6,17 @@
 #include <QDBusVariant>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString activeProfile = QStringLiteral("ActiveProfile");
-const QString saver = QStringLiteral("power-saver");
-const QString balanced = QStringLiteral("balanced");
-const QString everything = QStringLiteral("*");
-const QString noObject = QStringLiteral("org.freedesktop.DBus.Error.UnknownObject");
-const QString todaysName = QStringLiteral("org.freedesktop.UPower.PowerProfiles");
-const QString olderName = QStringLiteral("net.hadess.PowerProfiles");
+const QString noObject = u"org.freedesktop.DBus.Error.UnknownObject"_s;
+const QString activeProfile = u"ActiveProfile"_s;
+const QString saver = u"power-saver"_s;
+const QString todaysName = u"org.freedesktop.UPower.PowerProfiles"_s;
+const QString olderName = u"net.hadess.PowerProfiles"_s;
 
 /// A power-profiles daemon.
 class Daemon final : public BusStandIn
@@ -47,13 +46,12 @@ public:
 class Portal final : public BusStandIn
 {
 public:
-    Portal() : BusStandIn(QStringLiteral("/org/freedesktop/portal/desktop")) {}
+    Portal() : BusStandIn(u"/org/freedesktop/portal/desktop"_s) {}
 
-    void change(const QVariant& scheme, const QString& key = QStringLiteral("color-scheme"))
+    void change(const QVariant& scheme, const QString& key = u"color-scheme"_s)
     {
-        emitSignal(
-            QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("SettingChanged"),
-            {QStringLiteral("org.freedesktop.appearance"), key, QVariant::fromValue(QDBusVariant(scheme))});
+        emitSignal(u"org.freedesktop.portal.Settings"_s, u"SettingChanged"_s,
+                   {u"org.freedesktop.appearance"_s, key, QVariant::fromValue(QDBusVariant(scheme))});
     }
 
 protected:
@@ -73,110 +71,79 @@ class DesktopServicesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
-    void followsPowerProfiles_data();
-    void followsPowerProfiles();
-    void bothNamesAtOnce();
-    void followsPalette();
-    void followsPortal();
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void followsPowerProfiles_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("today") << todaysName;
+        QTest::newRow("older") << olderName;
+    }
+
+    void followsPowerProfiles()
+    {
+        QFETCH(QString, name);
+        Daemon daemon(name);
+        const PowerProfiles power(QDBusConnection::sessionBus(), _runLoop);
+        const QSignalSpy changes(&power, &PowerState::changed);
+        daemon.set({{activeProfile, saver}});
+        daemon.failures[u"*"_s] = noObject; // for a moment
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
+        QVERIFY(daemon.own(name));
+        QTRY_VERIFY(daemon.failed > 1);
+        daemon.failures.clear();
+        QVERIFY(!power.isLowPowerModeEnabled());
+        QTRY_VERIFY(power.isLowPowerModeEnabled());
+        daemon.change(u"performance"_s);
+        QTRY_VERIFY(!power.isLowPowerModeEnabled());
+        daemon.invalidate(saver);
+        QTRY_VERIFY(power.isLowPowerModeEnabled());
+        QVERIFY(daemon.disown(name));
+        QTRY_VERIFY(!power.isLowPowerModeEnabled());
+        QVERIFY(daemon.own(name));
+        QTRY_VERIFY(power.isLowPowerModeEnabled());
+        QCOMPARE(changes.count(), 5);
+        const PowerProfiles latecomer(QDBusConnection::sessionBus(), _runLoop);
+        QTRY_VERIFY(latecomer.isLowPowerModeEnabled());
+
+        for (const QVariant& odd : {QVariant(u"Power-Saver"_s), QVariant(QStringList{saver}), QVariant()}) {
+            if (odd.typeId() != QMetaType::QString) { // nothing is answered with an error
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name)); // the latecomer's
+            }
+            daemon.invalidate(odd);
+            QTRY_VERIFY(!power.isLowPowerModeEnabled() && !latecomer.isLowPowerModeEnabled());
+            daemon.change(saver);
+            QTRY_VERIFY(power.isLowPowerModeEnabled() && latecomer.isLowPowerModeEnabled());
+        }
+    }
+
+    void followsPaletteAndPortal()
+    {
+        const DesktopAppearance appearance(_runLoop);
+        QGuiApplication::setPalette(QPalette(Qt::black));
+        QVERIFY(appearance.isDark());
+        QGuiApplication::setPalette(QPalette(Qt::white));
+        QVERIFY(!appearance.isDark());
+        const QSignalSpy changed(&appearance, &Appearance::changed);
+        Portal portal; // comes later
+        portal.failures[u"*"_s] = noObject;
+        QVERIFY(portal.own(u"org.freedesktop.portal.Desktop"_s));
+        QTRY_VERIFY(portal.failed > 1);
+        portal.failures.clear();
+        QTRY_VERIFY(appearance.isDark());
+        portal.change(2U, u"contrast"_s); // another setting
+        portal.change(2U);
+        QTRY_VERIFY(!appearance.isDark());
+        QCOMPARE(changed.count(), 2);
+        portal.change(1U);
+        QTRY_VERIFY(appearance.isDark());
+        portal.change(u"violet"_s); // as good as no preference: the palette's turn
+        QTRY_VERIFY(!appearance.isDark());
+    }
 
 private:
     EventLoop _runLoop;
 };
-
-void DesktopServicesTest::followsPowerProfiles_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::newRow("today") << todaysName;
-    QTest::newRow("older") << olderName;
-}
-
-void DesktopServicesTest::followsPowerProfiles()
-{
-    QFETCH(QString, name);
-    Daemon daemon(name);
-    const PowerProfiles power(QDBusConnection::sessionBus(), _runLoop);
-    const QSignalSpy changes(&power, &PowerState::changed);
-    daemon.set({{activeProfile, saver}});
-    daemon.failures[everything] = noObject; // for a moment
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
-    QVERIFY(daemon.own(name));
-    QTRY_VERIFY(daemon.failed > 1);
-    daemon.failures.clear();
-    QVERIFY(!power.isLowPowerModeEnabled());
-    QTRY_VERIFY(power.isLowPowerModeEnabled());
-    daemon.change(QStringLiteral("performance"));
-    QTRY_VERIFY(!power.isLowPowerModeEnabled());
-    daemon.invalidate(saver);
-    QTRY_VERIFY(power.isLowPowerModeEnabled());
-    QVERIFY(daemon.disown(name));
-    QTRY_VERIFY(!power.isLowPowerModeEnabled());
-    QVERIFY(daemon.own(name));
-    QTRY_VERIFY(power.isLowPowerModeEnabled());
-    QCOMPARE(changes.count(), 5);
-    const PowerProfiles latecomer(QDBusConnection::sessionBus(), _runLoop);
-    QTRY_VERIFY(latecomer.isLowPowerModeEnabled());
-
-    for (const QVariant& odd :
-         {QVariant(QStringLiteral("Power-Saver")), QVariant(QStringList{saver}), QVariant()}) {
-        if (odd.typeId() != QMetaType::QString) { // nothing is answered with an error
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name)); // the latecomer's
-        }
-        daemon.invalidate(odd);
-        QTRY_VERIFY(!power.isLowPowerModeEnabled() && !latecomer.isLowPowerModeEnabled());
-        daemon.change(saver);
-        QTRY_VERIFY(power.isLowPowerModeEnabled() && latecomer.isLowPowerModeEnabled());
-    }
-}
-
-void DesktopServicesTest::bothNamesAtOnce()
-{
-    Daemon today(todaysName);
-    Daemon older(olderName);
-    for (Daemon* const daemon : {&today, &older}) {
-        daemon->set({{activeProfile, saver}});
-        QVERIFY(daemon->own(daemon->name));
-    }
-    const PowerProfiles power(QDBusConnection::sessionBus(), _runLoop);
-    const QSignalSpy changes(&power, &PowerState::changed);
-    QTRY_COMPARE(today.asked.size() + older.asked.size(), 2);
-    QTRY_VERIFY(power.isLowPowerModeEnabled());
-    // One name after the other, on and off: only the answer as a whole counts.
-    today.change(balanced);
-    older.change(balanced);
-    QTRY_VERIFY(!power.isLowPowerModeEnabled());
-    QCOMPARE(changes.count(), 2);
-}
-
-void DesktopServicesTest::followsPalette()
-{
-    const DesktopAppearance appearance(_runLoop);
-    QGuiApplication::setPalette(QPalette(Qt::black));
-    QVERIFY(appearance.isDark());
-    QGuiApplication::setPalette(QPalette(Qt::white));
-    QVERIFY(!appearance.isDark());
-}
-
-void DesktopServicesTest::followsPortal()
-{
-    const DesktopAppearance appearance(_runLoop);
-    const QSignalSpy changed(&appearance, &Appearance::changed);
-    Portal portal; // comes later
-    portal.failures[everything] = noObject;
-    QVERIFY(portal.own(QStringLiteral("org.freedesktop.portal.Desktop")));
-    QTRY_VERIFY(portal.failed > 1);
-    portal.failures.clear();
-    QTRY_VERIFY(appearance.isDark());
-    portal.change(2U, QStringLiteral("contrast")); // another setting
-    portal.change(2U);
-    QTRY_VERIFY(!appearance.isDark());
-    QCOMPARE(changed.count(), 2);
-    portal.change(1U);
-    QTRY_VERIFY(appearance.isDark());
-    portal.change(QStringLiteral("violet")); // as good as no preference: the palette's turn
-    QTRY_VERIFY(!appearance.isDark());
-}
 
 QTEST_MAIN(DesktopServicesTest)
 #include "desktop_services_test.moc"

@@ -1,4 +1,3 @@
-#include "KeyWitness.h"
 #include "base/EventLoop.h"
 #include "engine/PlayerScripts.h"
 #include "linux/script/Interpreter.h"
@@ -6,8 +5,8 @@
 #include "linux/x11/X11Session.h"
 #include "linux/x11/X11Windows.h"
 #include "support/Command.h"
+#include "support/Program.h"
 
-#include <QGuiApplication>
 #include <QtTest>
 
 #include <xcb/xtest.h>
@@ -55,20 +54,48 @@ QString keystroke(qint64 processId, const QString& what)
     end tell)"_s.arg(QString::number(processId), what);
 }
 
-bool hasKeyboard(KeyWitness& witness)
+/// A program that shows a window and tells which keys arrive there.
+class KeyWitness final : public Program
 {
-    return QTest::qWaitFor([&witness] {
-        return witness.window() != XCB_WINDOW_NONE && X11Windows::active() == witness.window();
-    });
-}
+public:
+    explicit KeyWitness(const QString& windowClass)
+        : Program(u"xev"_s, {u"-event"_s, u"keyboard"_s, u"-name"_s, u"witness-of-"_s + windowClass})
+        , window(run(u"xdotool search --sync --name ^witness-of-%1$"_s.arg(windowClass)).toUInt())
+    {
+        run(u"xdotool set_window --class %1 --classname %1 %2"_s.arg(windowClass).arg(window));
+        run(u"xprop -id %1 -f _NET_WM_PID 32c -set _NET_WM_PID %2"_s.arg(window).arg(processId()));
+    }
 
-/// Gives a witness's window the keyboard, if it has not got it by itself, being new.
-bool takesKeyboard(KeyWitness& witness)
-{
-    return QTest::qWaitFor([&witness] { return witness.window() != XCB_WINDOW_NONE; }) &&
-           (X11Windows::active() == witness.window() ||
-            (X11Windows::activate(witness.window()), hasKeyboard(witness)));
-}
+    bool hasKeyboard() const
+    {
+        return QTest::qWaitFor([this] { return X11Windows::active() == window; });
+    }
+    bool takesKeyboard() const
+    {
+        X11Windows::activate(window);
+        return hasKeyboard();
+    }
+
+    /// The keys so far but for modifiers, each as "1:N". The number is what was held: 1 for Shift, 2 for Caps
+    /// Lock, 4 for Ctrl and 8 for Alt, and 2000 for the second layout.
+    QString keys()
+    {
+        _heard += QString::fromUtf8(readAllStandardOutput());
+        static const QRegularExpression press(u"KeyPress event.*\\n.*\\n +state 0x(\\w+), .*"
+                                              "\\(keysym 0x\\w+, (?!\\w+_(?:L|R|Lock|Group))(\\w+)"_s);
+        QStringList keys;
+        for (const auto& found : press.globalMatch(_heard)) {
+            keys << found.captured(1) + u':' + found.captured(2);
+        }
+        return keys.join(u' ');
+    }
+    void forgetKeys() { keys(), _heard.clear(); }
+
+    const xcb_window_t window;
+
+private:
+    QString _heard;
+};
 
 } // namespace
 
@@ -78,13 +105,135 @@ class KeyboardTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void keystrokes_data();
-    void keystrokes();
-    void aHeldHotKeySwallowsNothing();
-    void loveReachesAWindowInTheBackground();
-    void aWindowThatNeverGetsTheKeyboardGetsNoKeys();
-    void oddWindows();
+    void init()
+    {
+        for (KeyWitness* const witness : {&*_player, &_browser}) {
+            QVERIFY(witness->takesKeyboard());
+            witness->forgetKeys();
+        }
+    }
+
+    void keystrokes_data()
+    {
+        QTest::addColumn<QStringList>("fingers"); // layout; what they do with the keys, and how it is undone
+        QTest::addColumn<QString>("what");        // empty: love in Spotify
+        QTest::addColumn<QString>("keys");        // with what the X key does then, "ERR" when it is refused
+        const auto row = [](const char* name, const char* what, const char* keys,
+                            const char* fingers = "us") {
+            QTest::newRow(name) << QString::fromLatin1(fingers).split(u';') << QString::fromUtf8(what)
+                                << QString::fromUtf8(keys);
+        };
+        row("love", "", "4:s 0:x");
+        row("a capital by itself", "\"nP\"", "0:n 1:P 0:x");
+        row("all modifiers", "\"k\" using {command down, option down, shift down}", "d:K 0:x");
+        row("unknown character", "\"Nж\"", "ERR 0:x");
+        row("no modifier", "\"N\" using {shift down, playing}", "ERR 0:x");
+        row("no text", "5", "ERR 0:x");
+        row("Ctrl and Shift are held", "\" \"", "0:space 5:X",
+            "us;keydown Control_L keydown Shift_R;keyup Shift_R keyup Control_L");
+        row("Caps Lock is on", "\"pN\"", "0:p 1:N 2:X", "us;key Caps_Lock;key Caps_Lock");
+        row("Latin on Cyrillic", "\"N\"", "ERR 0:Cyrillic_che", "ru,us");
+        row("shortcut on Cyrillic", "", "4:s 0:Cyrillic_che", "ru,us");
+        row("second layout", "\"N\" using {shift down}", "2001:N 2000:x", "ru,us;layout;layout");
+    }
+
+    void keystrokes()
+    {
+        QFETCH(const QStringList, fingers);
+        QFETCH(const QString, what);
+        QFETCH(QString, keys);
+        KeyWitness& witness = what.isEmpty() ? *_player : _browser;
+        QVERIFY(witness.takesKeyboard());
+        const auto reset = qScopeGuard([&fingers] {
+            act(fingers.value(2));
+            run(u"setxkbmap -option '' -layout us"_s);
+        });
+        QCOMPARE(run(u"setxkbmap -option grp:sclk_toggle -layout "_s + fingers.constFirst()), QString());
+        QVERIFY(act(fingers.value(1)));
+
+        const bool isRefused = keys.startsWith(u"ERR ");
+        if (what.isEmpty()) {
+            QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
+        } else {
+            QCOMPARE(reply(keystroke(witness.processId(), what)).left(4), isRefused ? u"ERR:"_s : u"OK"_s);
+        }
+        QVERIFY(tap(x));
+        QTRY_COMPARE(witness.keys(), keys.remove(u"ERR "_s));
+    }
+
+    void aHeldHotKeySwallowsNothing()
+    {
+        QVERIFY(_player->takesKeyboard());
+        xcb_connection_t* const server = X11Session::connection();
+        const auto grab = xcb_grab_key_checked(server, 0, X11Session::root(), XCB_MOD_MASK_CONTROL, x,
+                                               XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        QVERIFY(xcb_request_check(server, grab) == nullptr);
+        const auto release = qScopeGuard([&] {
+            xcb_ungrab_key(server, x, X11Session::root(), XCB_MOD_MASK_CONTROL);
+            act(u"keyup 53 keyup Control_L"_s);
+        });
+        QVERIFY(act(u"keydown Control_L keydown 53"_s));
+        _interpreter.run(PlayerScripts::loveSpotify());
+        QTRY_COMPARE(_player->keys(), u"4:s"_s);
+    }
+
+    void loveReachesAWindowInTheBackground()
+    {
+        QVERIFY(_browser.takesKeyboard());
+        QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
+        QCOMPARE(_interpreter.run(PlayerScripts::spotifyKeystroke(u" "_s, {})), ScriptOutcome());
+        QTRY_COMPARE(_player->keys(), u"4:s 0:space"_s);
+        QVERIFY(_browser.hasKeyboard() && tap(x));
+        QTRY_COMPARE(_browser.keys(), u"0:x"_s);
+    }
+
+    void aWindowThatNeverGetsTheKeyboardGetsNoKeys()
+    {
+        QFile processId(qEnvironmentVariable("PELLAR_DESKTOP_PID") + u"/windows"_s);
+        QVERIFY(processId.open(QFile::ReadOnly));
+        const pid_t windowManager = processId.readAll().trimmed().toInt();
+        QVERIFY(_browser.takesKeyboard());
+        {
+            const auto wakeUp = qScopeGuard([&] { kill(windowManager, SIGCONT); });
+            QCOMPARE(kill(windowManager, SIGSTOP), 0);
+            static int warnings = 0;
+            const auto handler = qInstallMessageHandler([](auto, const auto&, const QString& text) {
+                warnings += text.contains(u"did not get the keyboard") ? 1 : 0;
+            });
+            const auto restore = qScopeGuard([handler] { qInstallMessageHandler(handler); });
+            QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
+            QTRY_COMPARE(warnings, 1);
+        }
+        // The window manager wakes up and does, too late, what it was asked for: there and back. Then it
+        // shows another window, and when that is gone the keyboard goes to the one that had it last.
+        {
+            const KeyWitness last(u"Last"_s);
+            QVERIFY(last.hasKeyboard());
+        }
+        QVERIFY(_browser.hasKeyboard() && tap(x));
+        QTRY_COMPARE(_browser.keys() + _player->keys(), u"0:x"_s);
+    }
+
+    void oddWindows()
+    {
+        const auto repair = qScopeGuard([this] { _player.emplace(spotify); });
+        const auto ask = [this](const QString& question) {
+            return reply(u"tell application \"System Events\" to get "_s + question);
+        };
+        const QString player =
+            u"unix id of first process whose bundle identifier is \"com.spotify.client\""_s;
+        QCOMPARE(ask(player), QString::number(_player->processId()));
+        QVERIFY(_player->takesKeyboard());
+        for (const auto& damage :
+             {u"-f _NET_WM_PID 8s -set _NET_WM_PID 12"_s, u"-remove _NET_WM_PID"_s,
+              u"-f WM_CLASS 8s -set WM_CLASS spotify"_s, u"-f WM_CLASS 32c -set WM_CLASS 7"_s}) {
+            QCOMPARE(run(u"xprop -id %1 "_s.arg(_player->window) + damage), QString());
+            QCOMPARE(ask(player), QString());
+            QCOMPARE(ask(u"bundle identifier of first process whose frontmost is false"_s),
+                     u"org.mozilla.firefox"_s);
+        }
+        QVERIFY(reply(keystroke(1, u"\"N\""_s)).startsWith(u"ERR: "));
+    }
 
 private:
     QString reply(const QString& script) { return _interpreter.run(script).reply.value_or(QString()); }
@@ -97,143 +246,5 @@ private:
     KeyWitness _browser{u"Firefox"_s};
 };
 
-void KeyboardTest::init()
-{
-    for (KeyWitness* const witness : {&*_player, &_browser}) {
-        QVERIFY(takesKeyboard(*witness));
-        witness->forgetKeys();
-    }
-}
-
-void KeyboardTest::keystrokes_data()
-{
-    QTest::addColumn<QStringList>("fingers"); // layout; what is done with the keys before; how it is undone
-    QTest::addColumn<QString>("what");        // empty: love in Spotify
-    QTest::addColumn<QString>("keys");        // with what the X key does then, "ERR" when it is refused
-    const auto row = [](const char* name, const char* what, const char* keys, const char* fingers = "us") {
-        QTest::newRow(name) << QString::fromLatin1(fingers).split(u';') << QString::fromUtf8(what)
-                            << QString::fromUtf8(keys);
-    };
-    row("love", "", "Ctrl+S=,X=x");
-    row("a capital by itself", "\"nP\"", "N=n,Shift+P=P,X=x");
-    row("all modifiers", "\"k\" using {command down, option down, shift down}", "Ctrl+Alt+Shift+K=,X=x");
-    row("unknown character", "\"Nж\"", "ERR,X=x");
-    row("no modifier", "\"N\" using {shift down, playing}", "ERR,X=x");
-    row("no text", "5", "ERR,X=x");
-    row("Ctrl and Shift are held", "\" \"",
-        "Space= ,Ctrl+Shift+X=", "us;keydown Control_L keydown Shift_R;keyup Shift_R keyup Control_L");
-    row("Caps Lock is on", "\"pN\"", "P=p,Shift+N=N,X=X", "us;key Caps_Lock;key Caps_Lock");
-    row("Latin on Cyrillic", "\"N\"", "ERR,Ч=ч", "ru,us");
-    row("shortcut on Cyrillic", "", "Ctrl+S=,Ч=ч", "ru,us");
-    row("second layout", "\"N\" using {shift down}", "Shift+N=N,X=x", "ru,us;layout;layout");
-}
-
-void KeyboardTest::keystrokes()
-{
-    QFETCH(const QStringList, fingers);
-    QFETCH(const QString, what);
-    QFETCH(QString, keys);
-    KeyWitness& witness = what.isEmpty() ? *_player : _browser;
-    QVERIFY(takesKeyboard(witness));
-    const auto reset = qScopeGuard([&fingers] {
-        act(fingers.value(2));
-        run(u"setxkbmap -option '' -layout us"_s);
-    });
-    QCOMPARE(run(u"setxkbmap -option grp:sclk_toggle -layout "_s + fingers.constFirst()), QString());
-    QVERIFY(act(fingers.value(1)));
-
-    const bool isRefused = keys.startsWith(u"ERR,");
-    if (what.isEmpty()) {
-        QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
-    } else {
-        QCOMPARE(reply(keystroke(witness.processId(), what)).left(4), isRefused ? u"ERR:"_s : u"OK"_s);
-    }
-    QVERIFY(tap(x));
-    QTRY_COMPARE(witness.keys(), keys.remove(u"ERR,"_s));
-}
-
-void KeyboardTest::aHeldHotKeySwallowsNothing()
-{
-    QVERIFY(takesKeyboard(*_player));
-    xcb_connection_t* const server = X11Session::connection();
-    const auto grab = xcb_grab_key_checked(server, 0, X11Session::root(), XCB_MOD_MASK_CONTROL, x,
-                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    QVERIFY(xcb_request_check(server, grab) == nullptr);
-    const auto release = qScopeGuard([&] {
-        xcb_ungrab_key(server, x, X11Session::root(), XCB_MOD_MASK_CONTROL);
-        act(u"keyup 53 keyup Control_L"_s);
-    });
-    QVERIFY(act(u"keydown Control_L keydown 53"_s));
-    _interpreter.run(PlayerScripts::loveSpotify());
-    QTRY_COMPARE(_player->keys(), u"Ctrl+S="_s);
-}
-
-void KeyboardTest::loveReachesAWindowInTheBackground()
-{
-    QVERIFY(takesKeyboard(_browser));
-    QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
-    QCOMPARE(_interpreter.run(PlayerScripts::spotifyKeystroke(u" "_s, {})), ScriptOutcome());
-    QTRY_COMPARE(_player->keys(), u"Ctrl+S=,Space= "_s);
-    QVERIFY(hasKeyboard(_browser) && tap(x));
-    QTRY_COMPARE(_browser.keys(), u"X=x"_s);
-    QCOMPARE(_player->keys(), u"Ctrl+S=,Space= "_s);
-}
-
-void KeyboardTest::aWindowThatNeverGetsTheKeyboardGetsNoKeys()
-{
-    QFile processId(qEnvironmentVariable("PELLAR_DESKTOP_PID") + u"/windows"_s);
-    QVERIFY(processId.open(QFile::ReadOnly));
-    const pid_t windowManager = processId.readAll().trimmed().toInt();
-    QVERIFY(takesKeyboard(_browser));
-    {
-        const auto wakeUp = qScopeGuard([&] { kill(windowManager, SIGCONT); });
-        QCOMPARE(kill(windowManager, SIGSTOP), 0);
-        static int warnings = 0;
-        const auto handler = qInstallMessageHandler([](auto, const auto&, const QString& text) {
-            warnings += text.contains(u"did not get the keyboard") ? 1 : 0;
-        });
-        const auto restore = qScopeGuard([handler] { qInstallMessageHandler(handler); });
-        QCOMPARE(_interpreter.run(PlayerScripts::loveSpotify()), ScriptOutcome());
-        QTRY_COMPARE(warnings, 1);
-    }
-    // The window manager wakes up and does, too late, what it was asked for: there and back. Then it shows
-    // another window, and when that is gone the keyboard goes to the one that had it last.
-    {
-        KeyWitness last(u"Last"_s);
-        QVERIFY(hasKeyboard(last));
-    }
-    QVERIFY(hasKeyboard(_browser) && tap(x));
-    QTRY_COMPARE(_browser.keys() + _player->keys(), u"X=x"_s);
-}
-
-void KeyboardTest::oddWindows()
-{
-    const auto repair = qScopeGuard([this] { _player.emplace(spotify); });
-    const auto ask = [this](const QString& question) {
-        return reply(u"tell application \"System Events\" to get "_s + question);
-    };
-    const QString player = u"unix id of first process whose bundle identifier is \"com.spotify.client\""_s;
-    QCOMPARE(ask(player), QString::number(_player->processId()));
-    QVERIFY(takesKeyboard(*_player));
-    for (const auto& damage :
-         {u"-f _NET_WM_PID 8s -set _NET_WM_PID 12"_s, u"-remove _NET_WM_PID"_s,
-          u"-f WM_CLASS 8s -set WM_CLASS spotify"_s, u"-f WM_CLASS 32c -set WM_CLASS 7"_s}) {
-        QCOMPARE(run(u"xprop -id %1 "_s.arg(_player->window()) + damage), QString());
-        QCOMPARE(ask(player), QString());
-        QCOMPARE(ask(u"bundle identifier of first process whose frontmost is false"_s),
-                 u"org.mozilla.firefox"_s);
-    }
-    QVERIFY(reply(keystroke(1, u"\"N\""_s)).startsWith(u"ERR: "));
-}
-
-int main(int argc, char** argv)
-{
-    if (KeyWitness::isCalled(argc, argv)) {
-        return KeyWitness::run(argc, argv);
-    }
-    QGuiApplication application(argc, argv);
-    KeyboardTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(KeyboardTest)
 #include "keyboard_test.moc"

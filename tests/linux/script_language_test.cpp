@@ -2,7 +2,6 @@
 #include "linux/script/Lexer.h"
 #include "linux/script/ScriptObject.h"
 
-#include <QRandomGenerator>
 #include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -62,9 +61,17 @@ class ScriptLanguageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void outcomes_data();
-    void outcomes();
-    void wordSoup();
+    void outcomes_data(); // behind the tables, whose quotes would confuse moc
+
+    void outcomes()
+    {
+        QFETCH(const QString, source);
+        const ScriptOutcome outcome = _interpreter.run(source);
+        QVERIFY(!outcome.reply || !outcome.errorNumber);
+        QCOMPARE(outcome.errorMessage.isEmpty(), !outcome.errorNumber);
+        const QString failure = u"error %1"_s.arg(outcome.errorNumber.value_or(0));
+        QTEST(outcome.errorNumber ? failure : outcome.reply.value_or(u"none"_s), "expected");
+    }
 
 private:
     Interpreter _interpreter{[](const QString& name) { return name == u"music" ? makeMusic() : nullptr; }};
@@ -171,35 +178,6 @@ void ScriptLanguageTest::outcomes_data()
     }
     addRow(u'x' + many(u"'s x"_s).chopped(1), u"error -2706"_s);
     addRow(many(u"1\n"_s) + u"\n\n\n"_s, u"error -108"_s);
-}
-
-void ScriptLanguageTest::outcomes()
-{
-    QFETCH(const QString, source);
-    const ScriptOutcome outcome = _interpreter.run(source);
-    QVERIFY(!outcome.reply || !outcome.errorNumber);
-    QCOMPARE(outcome.errorMessage.isEmpty(), !outcome.errorNumber);
-    const QString failure = u"error %1"_s.arg(outcome.errorNumber.value_or(0));
-    QTEST(outcome.errorNumber ? failure : outcome.reply.value_or(u"none"_s), "expected");
-}
-
-/// Words of the language in any order from a fixed seed: whatever comes out, it comes out.
-void ScriptLanguageTest::wordSoup()
-{
-    const QStringList words =
-        QString::fromUtf8(rules).remove(u'→').remove(u'|').replace(u';', u" \n"_s).split(u' ');
-    QRandomGenerator random(20260131);
-    int succeeded = 0;
-    for (int round = 0; round < 20'000; ++round) {
-        QString source;
-        for (int left = random.bounded(1, 40); left > 0; --left) {
-            source += words.at(random.bounded(words.size())) + u' ';
-        }
-        const ScriptOutcome outcome = _interpreter.run(source);
-        QVERIFY2(!outcome.reply || !outcome.errorNumber, qPrintable(source));
-        succeeded += outcome.errorNumber ? 0 : 1;
-    }
-    QVERIFY(succeeded > 0); // else the soup never got as far as the evaluator
 }
 
 QTEST_GUILESS_MAIN(ScriptLanguageTest)

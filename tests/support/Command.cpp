@@ -1,27 +1,22 @@
 #include "support/Command.h"
 
-#include <QDebug>
-#include <QProcess>
+#include "support/Program.h"
+
+#include <QtTest>
 
 QString output(const QString& program, const QStringList& arguments, int limit)
 {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(limit)) {
+    Program process(program, arguments);
+    if (!QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, limit)) {
         qWarning().noquote() << program << arguments.join(u' ') << "does not end";
-        process.kill();
-        process.waitForFinished();
         return QStringLiteral("?");
     }
-    if (process.exitCode() != 0) {
-        return QStringLiteral("?");
-    }
-    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+    const bool isGood = process.error() == QProcess::UnknownError && process.exitCode() == 0;
+    return isGood ? QString::fromUtf8(process.readAllStandardOutput()).trimmed() : QStringLiteral("?");
 }
 
 QString run(const QString& commandLine)
 {
-    QStringList words = QProcess::splitCommand(commandLine);
-    const QString program = words.takeFirst();
-    return output(program, words);
+    const QStringList words = QProcess::splitCommand(commandLine);
+    return output(words.constFirst(), words.mid(1));
 }

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QProcess>
+
+/// Another program, ended with its owner.
+class Program : public QProcess
+{
+public:
+    explicit Program(const QString& name, const QStringList& arguments = {}) { start(name, arguments); }
+    ~Program() override
+    {
+        kill();
+        waitForFinished();
+    }
+};
