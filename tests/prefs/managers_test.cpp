@@ -1,11 +1,17 @@
+#include "prefs/AlbumArtTint.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
+#include "prefs/PowerModeManager.h"
+#include "prefs/ThemeManager.h"
 #include "prefs/WidgetManager.h"
+#include "support/FakePlatform.h"
 #include "support/MemoryDefaults.h"
 
+#include <QJsonDocument>
 #include <QMetaProperty>
 #include <QTest>
+#include <QVector3D>
 
 using namespace Qt::StringLiterals;
 
@@ -44,6 +50,28 @@ void checkFlags(const QString& prefix, const QString& on, const QString& off)
     QCOMPARE(written<Manager>(defaults, true), fallbacks);
     defaults.values = odd;
     QCOMPARE(written<Manager>(defaults, false), fallbacks);
+}
+
+const QString modeKey = u"com.orvalen.pellar.power.manualMode"_s;
+const QString settingsKey = u"com.orvalen.pellar.power.settings.v1"_s;
+
+QByteArray entry(const char* id, const char* enabled, const char* rate, const char* refresh)
+{
+    return QStringLiteral(R"({"%1":{"visualizerEnabled":%2,"visualizerFPS":%3,"driftRefreshSeconds":%4}})")
+        .arg(QLatin1String(id), QLatin1String(enabled), QLatin1String(rate), QLatin1String(refresh))
+        .toLatin1();
+}
+
+QVariantMap parsed(const QByteArray& json)
+{
+    return QJsonDocument::fromJson(json).toVariant().toMap();
+}
+
+QImage filled(const QColor& color, QSize size = {3, 2}, QImage::Format format = QImage::Format_RGB32)
+{
+    QImage image(size, format);
+    image.fill(color);
+    return image;
 }
 
 } // namespace
@@ -87,6 +115,114 @@ private Q_SLOTS:
         defaults.setObject(u"pellar.menu.style"_s, u"Liquid Glass"_s);
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read"_s));
         QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::classic);
+    }
+
+    void storedSettings()
+    {
+        using Settings = PowerModeSettings;
+        FakePower power;
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        const std::vector<std::pair<QVariant, std::optional<Settings>>> rows = {
+            // what is read for the normal mode; none: it cannot be read
+            {{}, Settings{true, 15, 10}},
+            {entry("normal", "false", "-24", "2147483647"), Settings{false, -24, INT_MAX}},
+            {entry("turbo", "true", "120", "1"), Settings{true, 15, 10}},
+            {u"{}"_s, {}},
+            {entry("normal", "true", "24", "10").chopped(1), {}},
+            {entry("normal", "1", "24", "10"), {}},
+            {entry("normal", "true", "15.5", "10"), {}},
+            {entry("normal", "true", "24", "2147483648"), {}},
+            {QByteArray(R"({"turbo":{"visualizerEnabled":true,"visualizerFPS":24}})"), {}}};
+        for (const auto& [stored, normal] : rows) {
+            if (!normal) {
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read"_s));
+            }
+            MemoryDefaults defaults;
+            defaults.values.insert(settingsKey, stored);
+            PowerModeManager manager(defaults, power);
+            QCOMPARE(manager.effectiveSettings(), normal.value_or(Settings{true, 15, 10}));
+            QCOMPARE(manager.settings(PowerMode::lowPower), (Settings{false, 0, 30}));
+            QCOMPARE(defaults.object(settingsKey), stored);
+
+            manager.updateSettings(PowerMode::powerUser, [](Settings& mode) { mode.visualizerFPS = 60; });
+            QVariantMap expected = normal ? parsed(stored.toByteArray()) : QVariantMap();
+            expected.insert(parsed(entry("powerUser", "true", "60", "5")));
+            const QVariantMap written = parsed(defaults.data(settingsKey).value());
+            for (auto mode = expected.begin(); mode != expected.end(); ++mode) {
+                QCOMPARE(written[mode.key()], mode.value());
+            }
+            manager.resetToDefaults(PowerMode::powerUser);
+            QCOMPARE(PowerModeManager(defaults, power).settings(PowerMode::powerUser),
+                     (Settings{true, 30, 5}));
+        }
+    }
+
+    void theSystemOverrules()
+    {
+        MemoryDefaults defaults;
+        FakePower power;
+        power.isLow = true;
+        PowerModeManager manager(defaults, power);
+        QProperty<bool> isCaptureAllowed([&] { return manager.audioCaptureAllowed(); });
+        manager.manualMode = PowerMode::powerUser;
+        QVERIFY(manager.effectiveMode() == PowerMode::lowPower && !isCaptureAllowed);
+        QCOMPARE(defaults.string(modeKey), std::optional(u"powerUser"_s));
+        QVERIFY(PowerModeManager(defaults, power).manualMode == PowerMode::powerUser);
+        manager.updateSettings(PowerMode::lowPower,
+                               [](PowerModeSettings& mode) { mode.visualizerEnabled = true; });
+        QVERIFY(isCaptureAllowed);
+        manager.resetToDefaults(PowerMode::lowPower);
+        QVERIFY(!isCaptureAllowed);
+        power.isLow = false;
+        Q_EMIT power.changed();
+        QVERIFY(isCaptureAllowed && manager.effectiveMode() == PowerMode::powerUser);
+    }
+
+    void averages()
+    {
+        QImage holed = filled(Qt::white, {3, 2}, QImage::Format_ARGB32);
+        holed.setPixelColor(0, 0, Qt::transparent);
+        QCOMPARE(averageColor(holed), std::optional(QColor(213, 213, 213)));
+        QImage striped = filled(Qt::red); // of a palette, with lines that are padded
+        striped.setPixelColor(1, 1, Qt::blue);
+        striped.convertTo(QImage::Format_Indexed8);
+        QCOMPARE(averageColor(striped), std::optional(QColor(213, 0, 43)));
+        const QColor bright(255, 254, 1); // sums beyond 32 bits
+        QCOMPARE(averageColor(filled(bright, {4200, 4200})), std::optional(bright));
+    }
+
+    void boosts()
+    {
+        const QList<std::pair<QColor, QVector3D>> cases = {
+            // to hue in degrees, saturation, brightness
+            {Qt::black, {0, 0.45F, 0.55F}},
+            {Qt::white, {0, 0.45F, 0.78F}},
+            {QColor::fromHsvF(0.5F, 0.5F, 0.6F), {180, 0.8F, 0.69F}},
+            {QColor::fromHsvF(0.75F, 0.9F, 0.3F), {270, 1.0F, 0.55F}},
+        };
+        for (const auto& [color, tint] : cases) {
+            const QColor boosted = boostedTint(color);
+            const QVector3D got(boosted.hsvHueF() * 360, boosted.hsvSaturationF(), boosted.valueF());
+            QVERIFY2((got - tint).length() < 0.02F, qPrintable(color.name() + u" to " + boosted.name()));
+        }
+    }
+
+    void followsModeAndArtwork()
+    {
+        const std::optional<QColor> greenTint = boostedTint(QColor(0, 100, 0));
+        MemoryDefaults defaults;
+        ThemeManager theme(defaults);
+        QVERIFY(!theme.tint());
+        theme.updateArtwork(filled(QColor(0, 100, 0)));
+        QTRY_COMPARE(theme.tint(), greenTint);
+        theme.mode = PellarTheme::midnight;
+        theme.updateArtwork(filled(Qt::blue));
+        QCOMPARE(theme.tint(), std::optional(QColor::fromRgbF(0, 0, 0)));
+        QCOMPARE(ThemeManager(defaults).tint(), theme.tint());
+        theme.mode = PellarTheme::albumArt;
+        QTRY_COMPARE(theme.tint(), std::optional(boostedTint(Qt::blue)));
+        theme.updateArtwork({});
+        QVERIFY(!theme.tint());
     }
 };
 
