@@ -20,11 +20,8 @@ class HttpTest : public QObject
 private Q_SLOTS:
     void encodesQueries()
     {
-        const QueryItems items = {{u"term"_s, u"A+B & Ü/?#=%41"_s}, {u"none"_s, QString()}};
-        const auto address = webAddress(u"http://h:1"_s, u"/p"_s, items);
-        QVERIFY(address);
-        QCOMPARE(address->toEncoded(),
-                 QByteArray("http://h:1/p?term=A%2BB%20%26%20%C3%9C%2F%3F%23%3D%2541&none="));
+        const auto address = webAddress(u"http://h:1"_s, u"/p"_s, {{u"a"_s, u"+ &Ü/?#=%41"_s}, {u"b"_s, {}}});
+        QVERIFY(address && address->toEncoded() == "http://h:1/p?a=%2B%20%26%C3%9C%2F%3F%23%3D%2541&b=");
         for (const char* service : {"", "h:1", "file://h", "http://", "http://a b", "https://h:port"}) {
             QVERIFY2(!webAddress(QString::fromLatin1(service), u"/p"_s), service);
         }
@@ -122,9 +119,8 @@ private Q_SLOTS:
               "http://a data:text/plain,x no no"}) {
             const QStringList words = QString::fromLatin1(row).split(u' '); // the last is for secrets
             for (const HttpRequest* const request : {&plain, &post, &token}) {
-                const QString isAllowed =
-                    request->mayFollow(QUrl(words[0]), QUrl(words[1])) ? u"yes"_s : u"no"_s;
-                QVERIFY2(isAllowed == words[request == &plain ? 2 : 3], row);
+                const bool isAllowed = request->mayFollow(QUrl(words[0]), QUrl(words[1]));
+                QVERIFY2(isAllowed == (words[request == &plain ? 2 : 3] == u"yes"), row);
             }
         }
     }

@@ -12,21 +12,14 @@ private Q_SLOTS:
     {
         // Enabled sources (Music 1, Spotify 2, system audio 4), what played before, Music, Spotify, sound,
         // and what is shown.
-        for (const QLatin1String row : {
-                 "3 - paused playing quiet spotify"_L1,
-                 "3 - playing playing quiet appleMusic"_L1,
-                 "3 spotify playing playing quiet spotify"_L1,
-                 "3 spotify playing paused quiet appleMusic"_L1,
-                 "3 - paused paused quiet appleMusic"_L1,
-                 "3 - stopped paused quiet spotify"_L1,
-                 "7 appleMusic stopped stopped quiet none"_L1,
-                 "7 - error off quiet none"_L1,
-                 "2 - playing paused quiet spotify"_L1,
-                 "0 - playing playing quiet none"_L1,
-                 "7 - paused paused loud systemAudio"_L1,
-                 "7 - paused playing loud spotify"_L1,
-                 "3 - paused off loud appleMusic"_L1,
-             }) {
+        for (const QLatin1String row :
+             {"3 - paused playing quiet spotify"_L1, "3 - playing playing quiet appleMusic"_L1,
+              "3 spotify playing playing quiet spotify"_L1, "3 spotify playing paused quiet appleMusic"_L1,
+              "3 - paused paused quiet appleMusic"_L1, "3 - stopped paused quiet spotify"_L1,
+              "7 appleMusic stopped stopped quiet none"_L1, "7 - error off quiet none"_L1,
+              "2 - playing paused quiet spotify"_L1, "0 - playing playing quiet none"_L1,
+              "7 - paused paused loud systemAudio"_L1, "7 - paused playing loud spotify"_L1,
+              "3 - paused off loud appleMusic"_L1}) {
             const QStringList words = QString(row).split(u' ');
             const int sources = words[0].toInt();
             EngineFixture engine(sources, words[1] == u"appleMusic" ? u"playing"_s : u"off"_s,
