@@ -17,14 +17,13 @@ constexpr int systemAudioToo = 7;
 struct Supervised : EngineFixture {
     explicit Supervised(int sources) : EngineFixture(sources)
     {
-        defaults.setObject(QStringLiteral("com.orvalen.pellar.audio.live_visualizer_enabled"), true);
+        defaults.setObject(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s, true);
         start();
-        devices = std::make_unique<AudioDeviceManager>(desktop.audioHardware);
         supervision = std::make_unique<AudioCaptureSupervision>(
             AudioCaptureSupervision::Dependencies{.platform = desktop.ports,
                                                   .service = *service,
                                                   .sources = *manager,
-                                                  .devices = *devices,
+                                                  .devices = devices,
                                                   .power = *power,
                                                   .visibility = visibility,
                                                   .bridge = *bridge});
@@ -52,7 +51,7 @@ struct Supervised : EngineFixture {
     }
 
     PillVisibilityManager visibility{defaults};
-    std::unique_ptr<AudioDeviceManager> devices;
+    AudioDeviceManager devices{desktop.audioHardware};
     std::unique_ptr<AudioCaptureSupervision> supervision;
 };
 
@@ -63,103 +62,98 @@ class AudioSupervisionTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void followsUse();
-    void listensWhileSystemAudioIsFollowed();
-    void isSwitchedInTheMenu();
-    void triesAgainWhileWanted();
-};
-
-void AudioSupervisionTest::followsUse()
-{
-    Supervised engine(playersOnly);
-    QVERIFY(!engine.isCapturing());
-    engine.play(QStringLiteral("playing"));
-    QVERIFY(engine.isCapturing());
-    QCOMPARE(engine.capture->pace, 15);
-    engine.power->updateSettings(PowerMode::normal, [](auto& settings) { settings.visualizerFPS = 30; });
-    QCOMPARE(engine.capture->pace, 30);
-    const QList<std::function<void(bool)>> switches = {
-        [&](bool isOn) { engine.power->manualMode = isOn ? PowerMode::normal : PowerMode::lowPower; },
-        [&](bool isOn) { engine.visibility.showVisualizer = isOn; },
-        [&](bool isOn) { engine.play(isOn ? QStringLiteral("playing") : QStringLiteral("paused")); },
-        [&](bool isOn) {
-            engine.desktop.power.isLow = !isOn;
-            Q_EMIT engine.desktop.power.changed();
-        }};
-    for (const auto& set : switches) {
-        set(false);
+    void followsUse()
+    {
+        Supervised engine(playersOnly);
         QVERIFY(!engine.isCapturing());
-        set(true);
+        engine.play(u"playing"_s);
         QVERIFY(engine.isCapturing());
-    }
-}
-
-/// Through silences and keys, and whatever becomes of the clock on the wall.
-void AudioSupervisionTest::listensWhileSystemAudioIsFollowed()
-{
-    Supervised engine(systemAudioToo);
-    engine.hearFor(2, 0.5F);
-    QCOMPARE(engine.service->activePlayer(), Player::systemAudio);
-    engine.service->togglePlayPause();
-    QCOMPARE(engine.keys.size(), 1);
-    engine.desktop.runLoop.setDateForward(-3600);
-    engine.hearFor(60, 0);
-    QCOMPARE(engine.service->activePlayer(), Player::none);
-    QVERIFY(engine.isCapturing());
-    engine.hearFor(2, 0.5F);
-    QVERIFY(engine.service->activePlayer() == Player::systemAudio && engine.service->isPlaying());
-    engine.manager->toggle(AudioSource::systemAudio);
-    QVERIFY(!engine.isCapturing());
-}
-
-void AudioSupervisionTest::isSwitchedInTheMenu()
-{
-    Supervised engine(systemAudioToo);
-    MenuVisibilityManager menuVisibility(engine.defaults);
-    WidgetManager widget(engine.defaults);
-    const ContextMenu menu({.service = *engine.service,
-                            .pasteboard = engine.desktop.pasteboard,
-                            .audioDevices = *engine.devices,
-                            .audioSources = *engine.manager,
-                            .audio = *engine.bridge,
-                            .power = *engine.power,
-                            .recentlyPlayed = *engine.recentlyPlayed,
-                            .visibility = menuVisibility,
-                            .widget = widget,
-                            .workspace = engine.desktop.workspace});
-    const auto row = [&menu] {
-        for (const PellarMenuItem& item : menu.items()) {
-            if (item.title == QStringLiteral("Audio Sources")) {
-                return item.items.back();
-            }
+        QCOMPARE(engine.capture->pace, 15);
+        engine.power->updateSettings(PowerMode::normal, [](auto& settings) { settings.visualizerFPS = 30; });
+        QCOMPARE(engine.capture->pace, 30);
+        const QList<std::function<void(bool)>> switches = {
+            [&](bool isOn) { engine.power->manualMode = isOn ? PowerMode::normal : PowerMode::lowPower; },
+            [&](bool isOn) { engine.visibility.showVisualizer = isOn; },
+            [&](bool isOn) { engine.play(isOn ? u"playing"_s : u"paused"_s); },
+            [&](bool isOn) {
+                engine.desktop.power.isLow = !isOn;
+                Q_EMIT engine.desktop.power.changed();
+            }};
+        for (const auto& set : switches) {
+            set(false);
+            QVERIFY(!engine.isCapturing());
+            set(true);
+            QVERIFY(engine.isCapturing());
         }
-        return PellarMenuItem();
-    };
-    for (const bool isOn : {true, false, true}) {
-        QCOMPARE(row().title, QStringLiteral("Live Visualizer"));
-        QCOMPARE(row().isOn, isOn);
-        QCOMPARE(engine.isCapturing(), isOn);
-        row().choose();
     }
-    engine.manager->toggle(AudioSource::systemAudio);
-    row().choose();
-    QVERIFY(row().isOn && !engine.isCapturing()); // for nothing plays
-}
 
-void AudioSupervisionTest::triesAgainWhileWanted()
-{
-    Supervised engine(playersOnly);
-    engine.play(QStringLiteral("playing"));
-    QVERIFY(engine.isCapturing());
-    const int starts = engine.capture->starts;
-    engine.desktop.runLoop.advance(61);
-    QCOMPARE(engine.capture->starts, starts + 2);
-    Q_EMIT engine.devices->devicesChanged();
-    QCOMPARE(engine.capture->starts, starts + 3);
-    engine.play(QStringLiteral("paused"));
-    engine.desktop.runLoop.advance(61);
-    QCOMPARE(engine.capture->starts, starts + 3);
-}
+    /// Through silences and keys, and whatever becomes of the clock on the wall.
+    void listensWhileSystemAudioIsFollowed()
+    {
+        Supervised engine(systemAudioToo);
+        engine.hearFor(2, 0.5F);
+        QCOMPARE(engine.service->activePlayer(), Player::systemAudio);
+        engine.service->togglePlayPause();
+        QCOMPARE(engine.keys.size(), 1);
+        engine.desktop.runLoop.setDateForward(-3600);
+        engine.hearFor(60, 0);
+        QCOMPARE(engine.service->activePlayer(), Player::none);
+        QVERIFY(engine.isCapturing());
+        engine.hearFor(2, 0.5F);
+        QVERIFY(engine.service->activePlayer() == Player::systemAudio && engine.service->isPlaying());
+        engine.manager->toggle(AudioSource::systemAudio);
+        QVERIFY(!engine.isCapturing());
+    }
+
+    void isSwitchedInTheMenu()
+    {
+        Supervised engine(systemAudioToo);
+        MenuVisibilityManager menuVisibility(engine.defaults);
+        WidgetManager widget(engine.defaults);
+        const ContextMenu menu({.service = *engine.service,
+                                .pasteboard = engine.desktop.pasteboard,
+                                .audioDevices = engine.devices,
+                                .audioSources = *engine.manager,
+                                .audio = *engine.bridge,
+                                .power = *engine.power,
+                                .recentlyPlayed = *engine.recentlyPlayed,
+                                .visibility = menuVisibility,
+                                .widget = widget,
+                                .workspace = engine.desktop.workspace});
+        const auto row = [&menu] {
+            for (const PellarMenuItem& item : menu.items()) {
+                if (item.title == u"Audio Sources") {
+                    return item.items.back();
+                }
+            }
+            return PellarMenuItem();
+        };
+        for (const bool isOn : {true, false, true}) {
+            QCOMPARE(row().title, u"Live Visualizer"_s);
+            QCOMPARE(row().isOn, isOn);
+            QCOMPARE(engine.isCapturing(), isOn);
+            row().choose();
+        }
+        engine.manager->toggle(AudioSource::systemAudio);
+        row().choose();
+        QVERIFY(row().isOn && !engine.isCapturing()); // for nothing plays
+    }
+
+    void triesAgainWhileWanted()
+    {
+        Supervised engine(playersOnly);
+        engine.play(u"playing"_s);
+        QVERIFY(engine.isCapturing());
+        const int starts = engine.capture->starts;
+        engine.desktop.runLoop.advance(61);
+        QCOMPARE(engine.capture->starts, starts + 2);
+        Q_EMIT engine.devices.devicesChanged();
+        QCOMPARE(engine.capture->starts, starts + 3);
+        engine.play(u"paused"_s);
+        engine.desktop.runLoop.advance(61);
+        QCOMPARE(engine.capture->starts, starts + 3);
+    }
+};
 
 QTEST_GUILESS_MAIN(AudioSupervisionTest)
 #include "audio_supervision_test.moc"

@@ -12,8 +12,8 @@ namespace {
 struct Window : PillFixture {
     Window()
     {
-        view.setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(pill.get())}});
-        view.setSource(QUrl(QStringLiteral("qrc:/Pellar/Pill/MenuBarPlayerView.qml")));
+        view.setInitialProperties({{u"pill"_s, QVariant::fromValue(pill.get())}});
+        view.setSource(QUrl(u"qrc:/Pellar/Pill/MenuBarPlayerView.qml"_s));
         item.bindableLength().setValue(pill->layout().size.width());
         item.bindableCorners().setValue({pill->layout().cornerRadius, pill->colors().background});
         item.setView(&view);
@@ -27,26 +27,17 @@ struct Window : PillFixture {
     }
 
     StatusHostingView view;
-    StatusItem item{engine.desktop.statusBar, engine.defaults, QStringLiteral("PellarPlayer")};
+    StatusItem item{engine.desktop.statusBar, engine.defaults, u"PellarPlayer"_s};
 };
 
-/// How many pixels wide the parts of a row are that have another colour than its first pixel.
-QList<int> widths(const QImage& image, QRect row)
+/// An "x" for each pixel of a row that has another colour than its first one, apart where they are.
+QStringList runs(const QImage& image, QRect row)
 {
-    QList<int> runs;
-    const QRgb ground = image.pixel(row.topLeft());
-    QRgb last = ground;
+    QString pixels;
     for (int x = row.left(); x <= row.right(); ++x) {
-        const QRgb now = image.pixel(x, row.top());
-        if (now != ground && last == ground) {
-            runs.append(0);
-        }
-        if (now != ground) {
-            ++runs.last();
-        }
-        last = now;
+        pixels += image.pixel(x, row.top()) == image.pixel(row.topLeft()) ? u' ' : u'x';
     }
-    return runs;
+    return pixels.split(u' ', Qt::SkipEmptyParts);
 }
 
 } // namespace
@@ -57,63 +48,60 @@ class PillWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void isPaintedWhole();
-    void followsTheCompositor();
-    void forgetsThePressBelowAMenu();
-};
+    void isPaintedWhole()
+    {
+        Window window;
+        QVERIFY(QTest::qWaitForWindowExposed(&window.view));
+        const double scale = window.view.devicePixelRatio();
+        const QSize pill(qRound(185 * scale), qRound(28 * scale));
+        const QImage image = window.view.grabWindow();
+        const QPoint middle(pill.width() / 2, pill.height() / 2);
+        const QColor border = image.pixelColor(middle.x(), 0);
+        QVERIFY(border != image.pixelColor(middle.x(), qCeil(2 * scale)));
+        QCOMPARE(image.pixelColor(middle.x(), pill.height() - 1), border);
+        QCOMPARE(image.pixelColor(0, middle.y()), border);
+        QCOMPARE(image.pixelColor(pill.width() - 1, middle.y()), border);
 
-void PillWindowTest::isPaintedWhole()
-{
-    Window window;
-    QVERIFY(QTest::qWaitForWindowExposed(&window.view));
-    const double scale = window.view.devicePixelRatio();
-    const QSize pill(qRound(185 * scale), qRound(28 * scale));
-    const QImage image = window.view.grabWindow();
-    const QPoint middle(pill.width() / 2, pill.height() / 2);
-    const QColor border = image.pixelColor(middle.x(), 0);
-    QVERIFY(border != image.pixelColor(middle.x(), qCeil(2 * scale)));
-    QCOMPARE(image.pixelColor(middle.x(), pill.height() - 1), border);
-    QCOMPARE(image.pixelColor(0, middle.y()), border);
-    QCOMPARE(image.pixelColor(pill.width() - 1, middle.y()), border);
+        const QRectF meter = window.pill->layout().visualizer;
+        const QRect foot(
+            QPoint(qRound(meter.left() * scale) - 2, qRound(meter.bottom() * scale) - qCeil(scale) - 1),
+            QSize(qRound(meter.width() * scale) + 4, 1));
+        QCOMPARE(runs(image, foot), QStringList(4, QString(qRound(2 * scale), u'x')));
 
-    const QRectF meter = window.pill->layout().visualizer;
-    const QRect foot(
-        QPoint(qRound(meter.left() * scale) - 2, qRound(meter.bottom() * scale) - qCeil(scale) - 1),
-        QSize(qRound(meter.width() * scale) + 4, 1));
-    QCOMPARE(widths(image, foot), QList<int>(4, std::max(1, qRound(2 * scale))));
-
-    QTest::mouseClick(&window.view, Qt::LeftButton, {}, window.pill->layout().playButton.center().toPoint());
-    QVERIFY(window.engine.desktop.scripts.take().contains(PlayerScripts::playPause(Player::appleMusic)));
-}
-
-void PillWindowTest::followsTheCompositor()
-{
-    Window window;
-    QVERIFY(QTest::qWaitForWindowExposed(&window.view));
-    for (int times = 0; times < 2; ++times) {
-        QVERIFY(window.view.mask().isEmpty() && window.view.color().alpha() == 0);
-        window.composite(false);
-        QCOMPARE(window.view.mask().boundingRect(), QRect(0, 0, 185, 28));
-        QVERIFY(!window.view.mask().contains(QPoint(1, 1)) && window.view.mask().contains(QPoint(4, 4)));
-        QCOMPARE(window.view.grabWindow().pixelColor(0, 0).rgb(), window.pill->colors().background.rgb());
-        window.composite(true);
+        QTest::mouseClick(&window.view, Qt::LeftButton, {},
+                          window.pill->layout().playButton.center().toPoint());
+        QVERIFY(window.engine.desktop.scripts.take().contains(PlayerScripts::playPause(Player::appleMusic)));
     }
-}
 
-void PillWindowTest::forgetsThePressBelowAMenu()
-{
-    Window window;
-    QVERIFY(QTest::qWaitForWindowExposed(&window.view));
-    window.view.rightClickHandler = [](const QMouseEvent&) {};
-    const QPoint line = window.pill->layout().progress.center().toPoint();
-    QTest::mousePress(&window.view, Qt::LeftButton, {}, line);
-    QVERIFY(window.pill->isSeeking());
-    QTest::mousePress(&window.view, Qt::RightButton, {}, line);
-    QTest::mouseMove(&window.view, line + QPoint(30, 0));
-    QVERIFY(!window.pill->isSeeking());
-    QTest::mouseRelease(&window.view, Qt::LeftButton, {}, line + QPoint(30, 0));
-    QCOMPARE(window.engine.desktop.scripts.take(), QStringList());
-}
+    void followsTheCompositor()
+    {
+        Window window;
+        QVERIFY(QTest::qWaitForWindowExposed(&window.view));
+        for (int times = 0; times < 2; ++times) {
+            QVERIFY(window.view.mask().isEmpty() && window.view.color().alpha() == 0);
+            window.composite(false);
+            QCOMPARE(window.view.mask().boundingRect(), QRect(0, 0, 185, 28));
+            QVERIFY(!window.view.mask().contains(QPoint(1, 1)) && window.view.mask().contains(QPoint(4, 4)));
+            QCOMPARE(window.view.grabWindow().pixelColor(0, 0).rgb(), window.pill->colors().background.rgb());
+            window.composite(true);
+        }
+    }
+
+    void forgetsThePressBelowAMenu()
+    {
+        Window window;
+        QVERIFY(QTest::qWaitForWindowExposed(&window.view));
+        window.view.rightClickHandler = [](const QMouseEvent&) {};
+        const QPoint line = window.pill->layout().progress.center().toPoint();
+        QTest::mousePress(&window.view, Qt::LeftButton, {}, line);
+        QVERIFY(window.pill->isSeeking());
+        QTest::mousePress(&window.view, Qt::RightButton, {}, line);
+        QTest::mouseMove(&window.view, line + QPoint(30, 0));
+        QVERIFY(!window.pill->isSeeking());
+        QTest::mouseRelease(&window.view, Qt::LeftButton, {}, line + QPoint(30, 0));
+        QCOMPARE(window.engine.desktop.scripts.take(), QStringList());
+    }
+};
 
 int main(int argc, char** argv)
 {
@@ -124,7 +112,7 @@ int main(int argc, char** argv)
         qputenv("QT_SCALE_FACTOR", QByteArray::number(percent / 100.0));
         QApplication application(argc, argv);
         PillWindowTest test;
-        test.setObjectName(QStringLiteral("PillWindowTest, %1 %").arg(percent));
+        test.setObjectName(u"PillWindowTest, %1 %"_s.arg(percent));
         failed += QTest::qExec(&test, argc, argv);
     }
     return failed;

@@ -1,19 +1,24 @@
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "audio/MediaKeyTarget.h"
 #include "audio/MediaKeys.h"
+#include "audio/PlayerChoice.h"
 #include "base/NotificationCenter.h"
 #include "support/FakeCapture.h"
 #include "support/FakePlatform.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
 
+#include <QRegularExpression>
 #include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
 
 using Key = MediaKeys::Key;
 
 namespace {
 
-const QString sourcesKey = QStringLiteral("pellar.audio.sources");
+const QString sourcesKey = u"pellar.audio.sources"_s;
 
 struct Sources {
     explicit Sources(const QVariant& stored = {})
@@ -27,209 +32,245 @@ struct Sources {
     AudioSourceManager manager;
 };
 
+/// Players by their names and then "M" or "S": takes that role, "?": silent, ">": playing since, "<": last
+/// played.
+QList<MediaPlayer> players(const char* texts)
+{
+    static const QRegularExpression form(u"([a-zA-Z0-9._-]*[a-z0-9._-])([MS]?)([?]?)(?:([<>])([0-9]+))?"_s);
+    QList<MediaPlayer> players;
+    for (const auto& match : form.globalMatch(QString::fromLatin1(texts))) {
+        MediaPlayer player{.id = match.captured(1), .names = {match.captured(1)}};
+        player.isReachable = match.captured(3).isEmpty();
+        player.isPlaying = match.captured(4) == u'>';
+        (player.isPlaying ? player.playingSince : player.lastPlayed) =
+            match.captured(4).isEmpty() ? Uptime::distantPast() : Uptime{match.captured(5).toDouble()};
+        if (!match.captured(2).isEmpty()) {
+            player.roles = {match.captured(2) == u'M' ? PlayerRole::music : PlayerRole::spotify};
+        }
+        players.append(player);
+    }
+    return players;
+}
+
 } // namespace
 
-/// Which sound is followed, and how sound of no known player is controlled.
+/// Which sound and which players are followed and commanded.
 class AudioSourcesTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void toggle_data();
-    void toggle();
-    void assignmentsAreStoredThenTold();
-    void bridgeFollowsItsSwitch();
-    void keyTakesOneWay_data();
-    void keyTakesOneWay();
-    void deafPageIsCommanded_data();
-    void deafPageIsCommanded();
+    void toggle()
+    {
+        const std::vector<std::tuple<QVariant, int, int>> rows = {// stored, toggled, after; unknown bits stay
+                                                                  {{}, 1, 2},
+                                                                  {qlonglong{1} << 32, 4, 7},
+                                                                  {u"4"_s, 3, 0},
+                                                                  {qlonglong{1}, 3, 3},
+                                                                  {qlonglong{9}, 1, 8}};
+        for (const auto& [stored, toggled, after] : rows) {
+            Sources sources(stored);
+            QVERIFY(!sources.bridge.isEnabled()); // reading is no assignment
+            sources.manager.toggle(AudioSources::fromInt(toggled));
+            QCOMPARE(sources.manager.enabledSources().toInt(), after);
+            QCOMPARE(sources.defaults.integer(sourcesKey), std::optional(qlonglong{after}));
+        }
+    }
+
+    void assignmentsAreStoredThenTold()
+    {
+        Sources sources;
+        int posts = 0;
+        bool wasReady = false;
+        sources.notifications.observe(
+            u"com.orvalen.pellar.audioSourceChanged"_s, &sources.manager, [&](const QVariantMap&) {
+                ++posts;
+                wasReady = sources.defaults.integer(sourcesKey) == 7 &&
+                           sources.manager.includesSystemAudio() && sources.bridge.isEnabled();
+            });
+        sources.manager.toggle(AudioSource::systemAudio);
+        QVERIFY(posts == 1 && wasReady && sources.bridge.hasUserDecided());
+        sources.manager.setEnabledSources(AudioSource::spotify);
+        QCOMPARE(posts, 2);
+        QVERIFY(sources.bridge.isEnabled()); // the source does not switch it off again
+    }
+
+    void bridgeFollowsItsSwitch()
+    {
+        ManualRunLoop runLoop;
+        MemoryDefaults defaults;
+        auto* const capture = new FakeCapture;
+        AudioBridge bridge(runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
+        bridge.start();
+        QVERIFY(!capture->isRunning && !bridge.isEnabled() && !bridge.hasUserDecided());
+        bridge.setEnabled(true);
+        QVERIFY(capture->isRunning);
+        Q_EMIT capture->liveChanged(true);
+        Q_EMIT capture->bandsPublished({1, 1, 1, 1});
+        QVERIFY(bridge.isLive() && bridge.bands()[3] == 1);
+
+        bridge.setEnabled(false);
+        runLoop.settle();
+        QVERIFY(!capture->isRunning && !bridge.isLive());
+        QCOMPARE(bridge.bands(), (QList<float>{0, 0, 0, 0}));
+        defaults.values.clear();
+        bridge.setEnabled(false); // an equal value is a decision, too
+        QVERIFY(!AudioBridge(runLoop, defaults, nullptr).isEnabled() && bridge.hasUserDecided());
+    }
+
+    void keyTakesOneWay()
+    {
+        const QString script = u"tell application \"System Events\"\n"
+                               "    try\n"
+                               "        set p to first process whose unix id is 4711\n"
+                               "        tell p to keystroke %1\n"
+                               "        return \"OK\"\n"
+                               "    on error errMsg\n"
+                               "        return \"ERR: \" & errMsg\n"
+                               "    end try\n"
+                               "end tell"_s;
+        const QMap<Key, QString> scripts = {{Key::playPause, script.arg(u"\" \"")},
+                                            {Key::next, script.arg(u"\"N\" using {shift down}")},
+                                            {Key::previous, script.arg(u"\"P\" using {shift down}")}};
+        const QString browser = u"com.apple.Safari"_s;
+        const QString music = u"com.apple.Music"_s;
+        const std::vector<std::tuple<QString, QString, bool, bool, QString>> rows = {
+            // in front, the browser's reply, whether the key is grabbed and a player there, the ways taken
+            {browser, u"OK"_s, false, true, u"type"_s}, {browser, u"ERR: gone"_s, true, true, u"type post"_s},
+            {browser, {}, false, true, u"type send"_s}, // not permitted
+            {music, u"OK"_s, true, true, u"post"_s},    {{}, u"OK"_s, false, true, u"send"_s},
+            {{}, u"OK"_s, false, false, u"post"_s}};
+        const LogFile log;
+        for (const auto& [front, reply, isGrabbed, isPlayer, expected] : rows) {
+            FakePlatform desktop;
+            desktop.workspace.front = RunningApplication{.processId = 4711, .bundleId = front};
+            desktop.eventTaps.isGrabbed = isGrabbed;
+            if (isPlayer) {
+                desktop.mediaPlayers.players = {{.id = u":1.7"_s, .isPlaying = true}};
+            }
+            for (const Key key : scripts.keys()) {
+                desktop.scripts.outcomes[scripts[key]].reply = reply;
+                MediaKeys(desktop.ports).send(key);
+                QStringList way;
+                for (const QString& typed : desktop.scripts.take()) {
+                    way << (typed == scripts[key] ? u"type"_s : typed);
+                }
+                for (const auto& sent : std::exchange(desktop.mediaPlayers.sent, {})) {
+                    way << (sent.first == u":1.7" ? u"send"_s : sent.first);
+                }
+                using Tap = EventTaps::Tap;
+                const int code = static_cast<int>(key) << 16;
+                const SystemDefinedEvent down{.modifierFlags = 0xA00, .data1 = code | 0xA00, .data2 = -1};
+                const SystemDefinedEvent up{.modifierFlags = 0xB00, .data1 = code | 0xB00, .data2 = -1};
+                const auto posted = std::exchange(desktop.eventTaps.posted, {});
+                const decltype(posted) press = {
+                    {down, Tap::hid}, {down, Tap::session}, {up, Tap::hid}, {up, Tap::session}};
+                if (!posted.isEmpty()) {
+                    QVERIFY(posted == press);
+                    way << u"post"_s;
+                }
+                QCOMPARE(way.join(u' '), expected);
+            }
+        }
+    }
+
+    void deafPageIsCommanded()
+    {
+        const std::vector<std::pair<QString, int>> rows = {
+            // space or shift-N; p, r: the page pauses, resumes; digits: tenths of a second; and the commands
+            {u" 1p9 1r99"_s, 0},                       // it reacts
+            {u" 8"_s, 0},         {u" 99"_s, 1},       // it has had its second
+            {u" 99p9 99r9"_s, 2}, {u" 3 99"_s, 0},     // undone
+            {u" 3 3 99"_s, 1},    {u" 3p1 3r99"_s, 0}, // slow, pressed again
+            {u"N99"_s, 0},                             // shows no effect
+            {u" 3q99"_s, 0},                           // the browser quits
+            {u"e 99"_s, 0}};                           // sounds elsewhere
+        const LogFile log;
+        for (const auto& [events, commands] : rows) {
+            FakePlatform desktop;
+            desktop.workspace.front =
+                RunningApplication{.processId = 4711, .bundleId = u"org.mozilla.firefox"_s};
+            desktop.scripts.otherwise.reply = u"OK"_s;
+            QList<MediaPlayer>& players = desktop.mediaPlayers.players;
+            players = {{.id = u":1.7"_s, .isPlaying = true, .lastPlayed = {1}, .processId = 4711}};
+            MediaKeys keys(desktop.ports);
+            for (const QChar event : events) {
+                if (event == u' ' || event == u'N') {
+                    keys.send(event == u' ' ? Key::playPause : Key::next);
+                } else if (event == u'p' || event == u'r') {
+                    players[0].isPlaying = event == u'r';
+                } else if (event == u'q') {
+                    players.clear();
+                } else if (event == u'e') {
+                    players[0].processId = std::nullopt;
+                } else {
+                    desktop.runLoop.advance(event.digitValue() * 0.1);
+                }
+            }
+            QVERIFY2(desktop.mediaPlayers.sent.size() == commands, qPrintable(events));
+            QVERIFY(desktop.eventTaps.posted.isEmpty());
+        }
+    }
+
+    void castsRoles()
+    {
+        struct Row {
+            const char* name;
+            const char* there;
+            const char* preferred;
+            int music = -1; ///< which of them, or -1
+            int spotify = -1;
+        };
+        for (const auto& [name, there, preferred, music, spotify] :
+             {Row{"nobody", "", ""},
+              {"never played", "mpv", "", 0},
+              {"last to play", "mpv<5 rhythmbox<9 vlc<7", "", 1},
+              {"playing before last to play", "mpv>3 rhythmbox<9", "", 0},
+              {"latest to start", "mpv>3 vlc>8 rhythmbox>5", "", 1},
+              {"instances", "vlc.instance123<1 mpv.instance-42<2", "", 1},
+              {"browsers", "firefox.instance_1_22>9 chromium.instance7>8 org.gnome.Epiphany.instance7>9", ""},
+              {"proxies, a phone", "playerctld>9 plasma-browser-integration>9 kdeconnect.mpris_000001>9", ""},
+              {"both roles", "spotify>9 mpv<1", "", 1, 0},
+              {"the first of equals", "mpv<5 vlc<5", "", 0},
+              {"unless another has the role", "mpv<5 vlcM<5", "", 1},
+              {"one that answers before one that does not", "mpv?>9 vlc<1", "", 1},
+              {"two Spotify clients", "spotify<1 spotifyd.instance5>2", "", -1, 1},
+              {"the user's choice", "mpv>9 rhythmbox<1", "rhythmbox", 1},
+              {"an instance of it", "mpv>9 vlc.instance77", "vlc", 1},
+              {"the choice does not run", "mpv>9 vlc2>9", "vlc"}}) {
+            MemoryDefaults defaults;
+            defaults.setObject(u"pellar.linux.musicPlayer"_s, QString::fromLatin1(preferred));
+            const PlayerChoice choice(defaults);
+            const auto cast = [&](PlayerRole role) {
+                return static_cast<int>(choice.choose(role, players(there)).value_or(-1));
+            };
+            QVERIFY2(cast(PlayerRole::music) == music && cast(PlayerRole::spotify) == spotify, name);
+        }
+    }
+
+    void addressesMediaKeys()
+    {
+        using Row =
+            std::array<const char*, 4>; // what it is about, who is there, who was addressed, who is now
+        for (const auto& [name, there, addressed, expected] :
+             {Row{"nobody", "", "", ""},
+              {"what sounds", "chromium>5 mpvM<9", "", "chromium"},
+              {"the latest to start", "chromium>5 firefox>7", "", "firefox"},
+              {"it has obeyed and is paused", "chromium<5 firefox<7", "chromium", "chromium"},
+              {"what sounds before what was addressed", "chromium<5 firefox>7", "chromium", "firefox"},
+              {"nobody was addressed", "chromium<5 firefox<7", "", "firefox"},
+              {"no proxy, no phone", "playerctld>9 kdeconnect.mpris_000001>9 chromium>5 mpvM<3", "",
+               "chromium"},
+              {"players in a role rest", "mpvM<9 spotifyS<9", "", ""},
+              {"one in a role that was addressed", "mpvM<9", "mpv", "mpv"},
+              {"one that never played", "chromium", "", ""},
+              {"one that does not answer", "chromium?>9", "", ""}}) {
+            const auto candidates = players(there);
+            const MediaPlayer* const target = mediaKeyTarget(candidates, QString::fromLatin1(addressed));
+            QVERIFY2((target != nullptr ? target->id : QString()) == QLatin1String(expected), name);
+        }
+    }
 };
-
-void AudioSourcesTest::toggle_data()
-{
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<int>("toggled");
-    QTest::addColumn<int>("after");
-    QTest::newRow("absent") << QVariant() << 1 << 2;
-    QTest::newRow("beyond int") << QVariant(qlonglong{1} << 32) << 4 << 7;
-    QTest::newRow("text") << QVariant(QStringLiteral("4")) << 3 << 0;
-    QTest::newRow("one of two missing") << QVariant(qlonglong{1}) << 3 << 3;
-    QTest::newRow("unknown bits stay") << QVariant(qlonglong{9}) << 1 << 8;
-}
-
-void AudioSourcesTest::toggle()
-{
-    QFETCH(const QVariant, stored);
-    QFETCH(const int, toggled);
-    QFETCH(const int, after);
-    Sources sources(stored);
-    QVERIFY(!sources.bridge.isEnabled()); // reading is no assignment
-    sources.manager.toggle(AudioSources::fromInt(toggled));
-    QCOMPARE(sources.manager.enabledSources().toInt(), after);
-    QCOMPARE(sources.defaults.integer(sourcesKey), std::optional(qlonglong{after}));
-}
-
-void AudioSourcesTest::assignmentsAreStoredThenTold()
-{
-    Sources sources;
-    int posts = 0;
-    bool wasReady = false;
-    sources.notifications.observe(
-        QStringLiteral("com.orvalen.pellar.audioSourceChanged"), &sources.manager, [&](const QVariantMap&) {
-            ++posts;
-            wasReady = sources.defaults.integer(sourcesKey) == 7 && sources.manager.includesSystemAudio() &&
-                       sources.bridge.isEnabled();
-        });
-    sources.manager.toggle(AudioSource::systemAudio);
-    QVERIFY(posts == 1 && wasReady && sources.bridge.hasUserDecided());
-    sources.manager.setEnabledSources(AudioSource::spotify);
-    QCOMPARE(posts, 2);
-    QVERIFY(sources.bridge.isEnabled()); // the source does not switch it off again
-}
-
-void AudioSourcesTest::bridgeFollowsItsSwitch()
-{
-    ManualRunLoop runLoop;
-    MemoryDefaults defaults;
-    auto* const capture = new FakeCapture;
-    AudioBridge bridge(runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
-    QVERIFY(!bridge.isEnabled() && !bridge.hasUserDecided());
-    bridge.start();
-    QVERIFY(!capture->isRunning);
-
-    bridge.setEnabled(true);
-    QVERIFY(capture->isRunning);
-    Q_EMIT capture->liveChanged(true);
-    Q_EMIT capture->bandsPublished({1, 1, 1, 1});
-    QVERIFY(bridge.isLive() && bridge.bands()[3] == 1);
-
-    bridge.setEnabled(false);
-    runLoop.settle();
-    QVERIFY(!capture->isRunning && !bridge.isLive());
-    QCOMPARE(bridge.bands(), (QList<float>{0, 0, 0, 0}));
-    defaults.values.clear();
-    bridge.setEnabled(false); // an equal value is a decision, too
-    QVERIFY(!AudioBridge(runLoop, defaults, nullptr).isEnabled() && bridge.hasUserDecided());
-}
-
-void AudioSourcesTest::keyTakesOneWay_data()
-{
-    QTest::addColumn<QString>("front");
-    QTest::addColumn<QString>("reply"); // of the browser
-    QTest::addColumn<bool>("isGrabbed");
-    QTest::addColumn<bool>("isPlayer");
-    QTest::addColumn<QString>("way");
-
-    const QString browser = QStringLiteral("com.apple.Safari");
-    const QString music = QStringLiteral("com.apple.Music");
-    const QString done = QStringLiteral("OK");
-    QTest::newRow("browser") << browser << done << false << true << "type";
-    QTest::newRow("page is gone") << browser << "ERR: gone" << true << true << "type post";
-    QTest::newRow("not permitted") << browser << QString() << false << true << "type send";
-    QTest::newRow("no browser, grabbed") << music << done << true << true << "post";
-    QTest::newRow("nothing in front, not grabbed") << QString() << done << false << true << "send";
-    QTest::newRow("nobody there") << QString() << done << false << false << "post";
-}
-
-void AudioSourcesTest::keyTakesOneWay()
-{
-    QFETCH(QString, front);
-    QFETCH(QString, reply);
-    QFETCH(bool, isGrabbed);
-    QFETCH(bool, isPlayer);
-    const LogFile log;
-    FakePlatform desktop;
-    desktop.workspace.front = RunningApplication{.processId = 4711, .bundleId = front};
-    const auto script = [](const char* keystroke) {
-        return QStringLiteral("tell application \"System Events\"\n"
-                              "    try\n"
-                              "        set p to first process whose unix id is 4711\n"
-                              "        tell p to keystroke %1\n"
-                              "        return \"OK\"\n"
-                              "    on error errMsg\n"
-                              "        return \"ERR: \" & errMsg\n"
-                              "    end try\n"
-                              "end tell")
-            .arg(QString::fromUtf8(keystroke));
-    };
-    const QMap<Key, QString> scripts = {{Key::playPause, script(R"(" ")")},
-                                        {Key::next, script(R"("N" using {shift down})")},
-                                        {Key::previous, script(R"("P" using {shift down})")}};
-    desktop.eventTaps.isGrabbed = isGrabbed;
-    if (isPlayer) {
-        desktop.mediaPlayers.players = {{.id = QStringLiteral(":1.7"), .isPlaying = true}};
-    }
-    for (const Key key : scripts.keys()) {
-        desktop.scripts.outcomes[scripts[key]].reply = reply;
-        MediaKeys(desktop.ports).send(key);
-        QStringList way;
-        for (const QString& typed : desktop.scripts.take()) {
-            QCOMPARE(typed, scripts[key]);
-            way << QStringLiteral("type");
-        }
-        for (const auto& sent : std::exchange(desktop.mediaPlayers.sent, {})) {
-            QCOMPARE(sent.first, QStringLiteral(":1.7"));
-            way << QStringLiteral("send");
-        }
-        using Tap = EventTaps::Tap;
-        const int code = static_cast<int>(key) << 16;
-        const SystemDefinedEvent down{.modifierFlags = 0xA00, .data1 = code | 0xA00, .data2 = -1};
-        const SystemDefinedEvent up{.modifierFlags = 0xB00, .data1 = code | 0xB00, .data2 = -1};
-        const auto posted = std::exchange(desktop.eventTaps.posted, {});
-        if (!posted.isEmpty()) {
-            QVERIFY(posted ==
-                    (decltype(posted){
-                        {down, Tap::hid}, {down, Tap::session}, {up, Tap::hid}, {up, Tap::session}}));
-            way << QStringLiteral("post");
-        }
-        QTEST(way.join(u' '), "way");
-    }
-}
-
-void AudioSourcesTest::deafPageIsCommanded_data()
-{
-    QTest::addColumn<QString>("events"); // space or shift-N; p, r: the page pauses, resumes; digits: tenths
-    QTest::addColumn<int>("commands");
-
-    QTest::newRow("page reacts") << " 1p9 1r99" << 0;
-    QTest::newRow("page is deaf") << " 8" << 0;
-    QTest::newRow("and has had its second") << " 99" << 1;
-    QTest::newRow("is told both ways") << " 99p9 99r9" << 2;
-    QTest::newRow("undone") << " 3 99" << 0;
-    QTest::newRow("three times") << " 3 3 99" << 1;
-    QTest::newRow("slow page, pressed again") << " 3p1 3r99" << 0;
-    QTest::newRow("next shows no effect") << "N99" << 0;
-    QTest::newRow("browser quits") << " 3q99" << 0;
-    QTest::newRow("sounds elsewhere") << "e 99" << 0;
-}
-
-void AudioSourcesTest::deafPageIsCommanded()
-{
-    QFETCH(QString, events);
-    const LogFile log;
-    FakePlatform desktop;
-    desktop.workspace.front =
-        RunningApplication{.processId = 4711, .bundleId = QStringLiteral("org.mozilla.firefox")};
-    desktop.scripts.otherwise.reply = QStringLiteral("OK");
-    QList<MediaPlayer>& players = desktop.mediaPlayers.players;
-    players = {{.id = QStringLiteral(":1.7"), .isPlaying = true, .lastPlayed = {1}, .processId = 4711}};
-    MediaKeys keys(desktop.ports);
-    for (const QChar event : events) {
-        if (event == u' ' || event == u'N') {
-            keys.send(event == u' ' ? Key::playPause : Key::next);
-        } else if (event == u'p' || event == u'r') {
-            players[0].isPlaying = event == u'r';
-        } else if (event == u'q') {
-            players.clear();
-        } else if (event == u'e') {
-            players[0].processId = std::nullopt;
-        } else {
-            desktop.runLoop.advance(event.digitValue() * 0.1);
-        }
-    }
-    QTEST(static_cast<int>(desktop.mediaPlayers.sent.size()), "commands");
-    QVERIFY(desktop.eventTaps.posted.isEmpty());
-}
 
 QTEST_GUILESS_MAIN(AudioSourcesTest)
 #include "audio_sources_test.moc"

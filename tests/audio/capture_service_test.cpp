@@ -11,6 +11,8 @@
 #include <memory>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// A clock that the sampler's thread may read, which it does once a frame, while the test moves it.
@@ -36,9 +38,9 @@ struct Fixture {
     AudioCaptureService service{hardware, clock};
 };
 
-const QString own = QStringLiteral("com.orvalen.pellar");
-const QString setUp = QStringLiteral("tap device proc start");
-const QString tornDown = QStringLiteral("stop -proc -device -tap");
+const QString own = u"com.orvalen.pellar"_s;
+const QString setUp = u"tap device proc start"_s;
+const QString tornDown = u"stop -proc -device -tap"_s;
 const QList<float> silence = {0, 0, 0, 0};
 
 /// 2105 Hz at 44.1 kHz, in the third band.
@@ -58,184 +60,156 @@ class CaptureServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void asksForPermission();
-    void forgetsRequestWhenStopped();
-    void leavesItselfOut();
-    void failsAndRecovers();
-    void publishesSound();
-    void makesFramesTogether();
-    void stopsInSilence();
-    void restsWhileNothingSounds();
-};
-
-void CaptureServiceTest::asksForPermission()
-{
-    for (const int status : {0, 1, 2, 3, 7}) { // the last is the system's own
-        Fixture f;
-        f.hardware.authorization = status;
-        std::thread([&] { f.service.start(); }).join(); // from any thread
-        QCoreApplication::processEvents();
-        QCOMPARE(f.service.isRunning(), status == AudioHardware::authorized);
-        QCOMPARE(f.hardware.request != nullptr, status == AudioHardware::notDetermined);
-        for (const bool isGranted : {false, true}) {
-            if (f.hardware.request) {
-                std::thread([&] { f.hardware.request(isGranted); }).join();
-                QCoreApplication::processEvents();
-                QCOMPARE(f.service.isRunning(), isGranted);
+    void asksForPermission()
+    {
+        for (const int status : {0, 1, 2, 3, 7}) { // the last is the system's own
+            Fixture f;
+            f.hardware.authorization = status;
+            std::thread([&] { f.service.start(); }).join(); // from any thread
+            QCoreApplication::processEvents();
+            QCOMPARE(f.service.isRunning(), status == AudioHardware::authorized);
+            QCOMPARE(f.hardware.request != nullptr, status == AudioHardware::notDetermined);
+            for (const bool isGranted : {false, true}) {
+                if (f.hardware.request) {
+                    std::thread([&] { f.hardware.request(isGranted); }).join();
+                    QCoreApplication::processEvents();
+                    QCOMPARE(f.service.isRunning(), isGranted);
+                }
             }
         }
     }
-}
 
-void CaptureServiceTest::forgetsRequestWhenStopped()
-{
-    Fixture f;
-    f.hardware.authorization = AudioHardware::notDetermined;
-    f.service.start();
-    f.service.stop();
-    f.hardware.request(true);
-    QCoreApplication::processEvents();
-    QVERIFY(!f.service.isRunning());
-    auto gone = std::make_unique<AudioCaptureService>(f.hardware, f.clock);
-    gone->start();
-    gone.reset();
-    f.hardware.request(true); // nobody is there to begin
-    QCoreApplication::processEvents();
-    QCOMPARE(f.hardware.takeCalls(), QString());
-}
-
-void CaptureServiceTest::leavesItselfOut()
-{
-    Fixture f;
-    f.hardware.processes = {{3, own}, {5, std::nullopt}};
-    f.hardware.rate = std::nullopt;
-    const auto startWith = [&f](AudioObjectId process, const QString& name) {
-        f.hardware.processes.insert(process, name);
-        f.service.start();
-        return f.hardware.takeCalls();
-    };
-    QCOMPARE(startWith(4, QStringLiteral("org.example.player")), setUp);
-    QCOMPARE(f.hardware.tap.excludedProcesses, QList<AudioObjectId>({3}));
-    QCOMPARE(f.hardware.tap.muteBehavior, 0);
-    const auto taps = f.hardware.aggregate.value(QStringLiteral("taps")).toList();
-    QCOMPARE(taps.value(0).toMap().value(QStringLiteral("uid")).toString(), *f.hardware.uid);
-    QCOMPARE(f.service.sampleRate(), 48000.0F); // as long as the device does not know its own
-
-    f.hardware.authorization = AudioHardware::denied; // not asked again while it runs
-    QCOMPARE(startWith(6, QStringLiteral("org.example.other")), QString());
-    QCOMPARE(startWith(7, own + QStringLiteral(".signin")), tornDown + u' ' + setUp);
-    QCOMPARE(f.hardware.tap.excludedProcesses, QList<AudioObjectId>({3, 7}));
-}
-
-void CaptureServiceTest::failsAndRecovers()
-{
-    const QMap<QString, QString> callsOfFailing = {
-        {QStringLiteral("tap"), QStringLiteral("tap")},
-        {QStringLiteral("start"), QStringLiteral("tap device proc start -device -tap")}};
-    for (auto failing = callsOfFailing.begin(); failing != callsOfFailing.end(); ++failing) {
+    void forgetsRequestWhenStopped()
+    {
         Fixture f;
-        f.hardware.failing = failing.key();
+        f.hardware.authorization = AudioHardware::notDetermined;
         f.service.start();
-        QCOMPARE(f.hardware.takeCalls(), failing.value());
+        f.service.stop();
+        f.hardware.request(true);
+        QCoreApplication::processEvents();
         QVERIFY(!f.service.isRunning());
-        f.hardware.failing.clear();
+        auto gone = std::make_unique<AudioCaptureService>(f.hardware, f.clock);
+        gone->start();
+        gone.reset();
+        f.hardware.request(true); // nobody is there to begin
+        QCoreApplication::processEvents();
+        QCOMPARE(f.hardware.takeCalls(), QString());
+    }
+
+    void leavesItselfOut()
+    {
+        Fixture f;
+        f.hardware.processes = {{3, own}, {5, std::nullopt}};
+        f.hardware.rate = std::nullopt;
+        const auto startWith = [&f](AudioObjectId process, const QString& name) {
+            f.hardware.processes.insert(process, name);
+            f.service.start();
+            return f.hardware.takeCalls();
+        };
+        QCOMPARE(startWith(4, u"org.example.player"_s), setUp);
+        QCOMPARE(f.hardware.tap.excludedProcesses, QList<AudioObjectId>({3}));
+        QCOMPARE(f.hardware.tap.muteBehavior, 0);
+        const auto taps = f.hardware.aggregate.value(u"taps"_s).toList();
+        QCOMPARE(taps.value(0).toMap().value(u"uid"_s).toString(), *f.hardware.uid);
+        QCOMPARE(f.service.sampleRate(), 48000.0F); // as long as the device does not know its own
+
+        f.hardware.authorization = AudioHardware::denied; // not asked again while it runs
+        QCOMPARE(startWith(6, u"org.example.other"_s), QString());
+        QCOMPARE(startWith(7, own + u".signin"_s), tornDown + u' ' + setUp);
+        QCOMPARE(f.hardware.tap.excludedProcesses, QList<AudioObjectId>({3, 7}));
+    }
+
+    void failsAndRecovers()
+    {
+        for (const auto& [failing, calls] :
+             {std::pair(u"tap"_s, u"tap"_s), {u"start"_s, u"tap device proc start -device -tap"_s}}) {
+            Fixture f;
+            f.hardware.failing = failing;
+            f.service.start();
+            QCOMPARE(f.hardware.takeCalls(), calls);
+            QVERIFY(!f.service.isRunning());
+            f.hardware.failing.clear();
+            f.service.start();
+            QCOMPARE(f.hardware.takeCalls(), setUp);
+            QVERIFY(f.service.isRunning());
+        }
+    }
+
+    void publishesSound()
+    {
+        Fixture f;
         f.service.start();
-        QCOMPARE(f.hardware.takeCalls(), setUp);
-        QVERIFY(f.service.isRunning());
+        QSignalSpy lives(&f.service, &AudioCapture::liveChanged);
+        QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
+        QTRY_VERIFY(frames.size() > 1);
+        QVERIFY(!f.service.isLive() && f.service.bands() == silence);
+
+        f.hardware.play(tone(1024), 1);
+        QTRY_VERIFY(f.service.bands()[2] > 0.9F);
+        QVERIFY(f.service.isLive());
+        QCOMPARE(f.service.bands()[0] + f.service.bands()[3], 0.0F);
+        f.hardware.deviceChanged({.isSounding = true, .sampleRate = 192'000}); // the same samples, higher
+        QTRY_VERIFY(f.service.bands()[3] > 0.9F && f.service.bands()[2] < 0.1F);
+
+        f.hardware.play(QList<float>(1024), 1);
+        frames.clear();
+        QTRY_VERIFY(frames.size() > 2);
+        f.clock.seconds = f.clock.seconds + 1.9;
+        frames.clear();
+        QTRY_VERIFY(frames.size() > 2);
+        QVERIFY(f.service.isLive());
+        f.clock.seconds = f.clock.seconds + 0.1;
+        QTRY_VERIFY(!f.service.isLive());
+        QCOMPARE(lives.size(), 2);
     }
-}
 
-void CaptureServiceTest::publishesSound()
-{
-    Fixture f;
-    f.service.start();
-    QSignalSpy lives(&f.service, &AudioCapture::liveChanged);
-    QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
-    QTRY_VERIFY(frames.size() > 1);
-    QVERIFY(!f.service.isLive() && f.service.bands() == silence);
-
-    f.hardware.play(tone(1024), 1);
-    QTRY_VERIFY(f.service.bands()[2] > 0.9F);
-    QVERIFY(f.service.isLive());
-    QCOMPARE(f.service.bands()[0] + f.service.bands()[3], 0.0F);
-    f.hardware.deviceChanged({.isSounding = true, .sampleRate = 192'000}); // the same samples, higher
-    QTRY_VERIFY(f.service.bands()[3] > 0.9F && f.service.bands()[2] < 0.1F);
-
-    f.hardware.play(QList<float>(1024), 1);
-    frames.clear();
-    QTRY_VERIFY(frames.size() > 2);
-    f.clock.seconds = f.clock.seconds + 1.9;
-    frames.clear();
-    QTRY_VERIFY(frames.size() > 2);
-    QVERIFY(f.service.isLive());
-    f.clock.seconds = f.clock.seconds + 0.1;
-    QTRY_VERIFY(!f.service.isLive());
-    QCOMPARE(lives.size(), 2);
-}
-
-/// Who looks 15 times a second is given two frames at once, each of its own time.
-void CaptureServiceTest::makesFramesTogether()
-{
-    Fixture f;
-    f.service.start();
-    f.hardware.play(tone(4096), 1);
-    f.hardware.play(QList<float>(1200),
-                    1); // the newest frame is silent, the one before it, 1470 back, is not
-    QList<float> levels;
-    connect(&f.service, &AudioCapture::bandsPublished, this,
-            [&levels](const QList<float>& bands) { levels << bands[2]; });
-    QTRY_VERIFY(levels.size() > 3);
-    QCOMPARE(*std::max_element(levels.begin(), levels.end()), 0.0F);
-    f.service.setPace(15);
-    levels.clear();
-    QTRY_VERIFY((f.service.catchUp(), levels.size() >= 8));
-    const qsizetype first = levels.lastIndexOf(0.0F) + 1; // of a sampler at the former pace, the last ones
-    for (qsizetype i = first; i + 2 < levels.size(); i += 2) {
-        QVERIFY(levels[i] > levels[i + 1] && levels[i + 1] < levels[i + 2]);
+    /// Who looks 15 times a second is given two frames at once, each of its own time.
+    void makesFramesTogether()
+    {
+        Fixture f;
+        f.service.start();
+        f.hardware.play(tone(4096), 1);
+        f.hardware.play(QList<float>(1200), 1); // the newest frame is silent, the one 1470 back is not
+        QList<float> levels;
+        connect(&f.service, &AudioCapture::bandsPublished, this,
+                [&levels](const QList<float>& bands) { levels << bands[2]; });
+        QTRY_VERIFY(levels.size() > 3);
+        QCOMPARE(*std::max_element(levels.begin(), levels.end()), 0.0F);
+        f.service.setPace(15);
+        levels.clear();
+        QTRY_VERIFY((f.service.catchUp(), levels.size() >= 8));
+        const qsizetype first =
+            levels.lastIndexOf(0.0F) + 1; // of a sampler at the former pace, the last ones
+        for (qsizetype i = first; i + 2 < levels.size(); i += 2) {
+            QVERIFY(levels[i] > levels[i + 1] && levels[i + 1] < levels[i + 2]);
+        }
+        f.service.setPace(30);
+        QTRY_VERIFY(f.service.bands()[2] < 0.01F);
     }
-    f.service.setPace(30);
-    QTRY_VERIFY(f.service.bands()[2] < 0.01F);
-}
 
-void CaptureServiceTest::stopsInSilence()
-{
-    Fixture f;
-    f.service.start();
-    f.hardware.play(tone(2048), 1);
-    QTRY_VERIFY(f.service.isLive());
-    f.hardware.takeCalls();
-    const int seen = f.clock.questions;
-    while (f.clock.questions < seen + 3) {
-        std::this_thread::yield(); // until frames wait for this thread
+    void stopsInSilence()
+    {
+        Fixture f;
+        f.service.start();
+        f.hardware.play(tone(2048), 1);
+        QTRY_VERIFY(f.service.isLive());
+        f.hardware.takeCalls();
+        const int seen = f.clock.questions;
+        while (f.clock.questions < seen + 3) {
+            std::this_thread::yield(); // until frames wait for this thread
+        }
+        QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
+        f.service.stop();
+        QCOMPARE(f.hardware.takeCalls(), tornDown);
+        QVERIFY(!f.service.isRunning());
+        QTRY_COMPARE(frames.size(), 1); // the silence, which came behind what was waiting
+        QVERIFY(!f.service.isLive() && f.service.bands() == silence);
+        f.service.stop();
+        QCOMPARE(f.hardware.takeCalls(), QString());
+        f.service.start();
+        QTRY_VERIFY(f.service.isLive());
     }
-    QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
-    f.service.stop();
-    QCOMPARE(f.hardware.takeCalls(), tornDown);
-    QVERIFY(!f.service.isRunning());
-    QTRY_COMPARE(frames.size(), 1); // the silence, which came behind what was waiting
-    QVERIFY(!f.service.isLive() && f.service.bands() == silence);
-    f.service.stop();
-    QCOMPARE(f.hardware.takeCalls(), QString());
-    f.service.start();
-    QTRY_VERIFY(f.service.isLive());
-}
-
-void CaptureServiceTest::restsWhileNothingSounds()
-{
-    Fixture f;
-    f.service.start();
-    const auto tell = f.hardware.deviceChanged;
-    QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
-    QTRY_VERIFY(frames.size() > 1);
-    tell({.isSounding = false, .sampleRate = std::nullopt});
-    QTRY_VERIFY((frames.clear(), !frames.wait(100)));
-    tell({.isSounding = true, .sampleRate = std::nullopt});
-    QTRY_VERIFY(frames.size() > 1);
-    f.service.stop();
-    QTRY_VERIFY((frames.clear(), !frames.wait(100)));
-    tell({.isSounding = true, .sampleRate = std::nullopt}); // of a device that is gone
-    QVERIFY(!frames.wait(100));
-}
+};
 
 QTEST_GUILESS_MAIN(CaptureServiceTest)
 #include "capture_service_test.moc"

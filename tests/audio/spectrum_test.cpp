@@ -1,6 +1,12 @@
+#include "audio/AudioBridge.h"
 #include "audio/SampleRing.h"
 #include "audio/SpectrumAnalyzer.h"
+#include "audio/VisualizerModel.h"
 #include "platform/AudioHardware.h"
+#include "prefs/PowerModeManager.h"
+#include "support/FakeCapture.h"
+#include "support/FakePlatform.h"
+#include "support/MemoryDefaults.h"
 
 #include <QTest>
 
@@ -13,6 +19,8 @@
 #include <numeric>
 #include <semaphore>
 #include <thread>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -39,223 +47,282 @@ SpectrumAnalyzer::Frame hear(SpectrumAnalyzer& analyzer, const Samples& samples,
     return frame;
 }
 
+/// A meter on a desktop of fakes.
+struct Meter {
+    FakePlatform desktop;
+    MemoryDefaults defaults;
+    FakeCapture* capture = new FakeCapture;
+    AudioBridge audio{desktop.runLoop, defaults, std::unique_ptr<AudioCapture>(capture)};
+    PowerModeManager power{defaults, desktop.power};
+    VisualizerModel model{desktop.runLoop, audio, power};
+};
+
 } // namespace
 
-/// From what is captured to the levels of the bands.
+/// From what is captured to the bars of the meter.
 class SpectrumTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void foldsToMono_data();
-    void foldsToMono();
-    void keepsTheNewest();
-    void writerDoesNotWait();
-    void windowHasUnitEnergy();
-    void hearsToneInItsBand_data();
-    void hearsToneInItsBand();
-    void risesAndFalls();
-    void followsPeak();
-    void gates();
-    void silencesBadInput();
-};
-
-void SpectrumTest::foldsToMono_data()
-{
-    QTest::addColumn<QList<float>>("input");
-    QTest::addColumn<quint32>("channels");
-    QTest::addColumn<int>("cutBytes");
-    QTest::addColumn<QList<float>>("mono");
-
-    using Floats = QList<float>;
-    QTest::newRow("mono") << Floats{1, 2, 3} << 1U << 0 << Floats{1, 2, 3};
-    QTest::newRow("odd stereo") << Floats{1, 3, -5, 5, 9} << 2U << 0 << Floats{2, 0};
-    QTest::newRow("four: neighbours") << Floats{1, 3, 5, 7} << 4U << 0 << Floats{2, 6};
-    QTest::newRow("broken last sample") << Floats{1, 2} << 1U << 3 << Floats{1};
-    QTest::newRow("null") << Floats{} << 2U << 0 << Floats{};
-}
-
-void SpectrumTest::foldsToMono()
-{
-    QFETCH(QList<float>, input);
-    QFETCH(quint32, channels);
-    QFETCH(int, cutBytes);
-    QFETCH(QList<float>, mono);
-    SampleRing ring;
-    const AudioBuffer buffer{.channels = channels,
-                             .byteSize = static_cast<quint32>(input.size() * sizeof(float) - cutBytes),
-                             .data = input.isEmpty() ? nullptr : input.constData()};
-    ring.write({.count = 0, .buffers = &buffer});
-    ring.write({.count = 1, .buffers = nullptr});
-    ring.write({.count = 1, .buffers = &buffer});
-    Samples newest;
-    ring.copyNewest(newest);
-    QCOMPARE(QList<float>(newest.end() - mono.size(), newest.end()), mono);
-    QCOMPARE(*(newest.end() - mono.size() - 1), 0.0F); // and no more than those
-}
-
-void SpectrumTest::keepsTheNewest()
-{
-    SampleRing ring;
-    QList<float> samples(1500);
-    std::iota(samples.begin(), samples.end(), 0.0F);
-    const AudioBuffer buffer{.channels = 1, .byteSize = 1500 * sizeof(float), .data = samples.constData()};
-    Samples copied;
-    for (int round = 0; round < 12; ++round) { // ends at 1500, 3000, … 7500, 808, 2308…
-        ring.write({.count = 1, .buffers = &buffer});
-        ring.copyNewest(copied);
-        QCOMPARE(QList<float>(copied.begin(), copied.end()), samples.mid(476));
-        ring.copyNewest(copied, 400);
-        QCOMPARE(QList<float>(copied.begin(), copied.end()), samples.mid(76, 1024));
-    }
-    ring.copyNewest(copied, 1'000'000);
-    QCOMPARE(copied.front(), static_cast<float>(12 * 1500 - SampleRing::capacity - 6 * 1500));
-}
-
-/// A reader that is held up, as by a busier thread on its processor, does not hold up the real-time thread.
-void SpectrumTest::writerDoesNotWait()
-{
-    static std::binary_semaphore isHeld(0);
-    static std::binary_semaphore goesOn(0);
-    std::signal(SIGUSR1, [](int) {
-        isHeld.release();
-        goesOn.acquire();
-    });
-    SampleRing ring;
-    std::atomic<bool> isOver = false;
-    std::atomic<int> reads = 0;
-    std::thread reader([&] {
-        Samples newest;
-        while (!isOver) {
+    void foldsToMono()
+    {
+        using Floats = QList<float>;
+        const std::vector<std::tuple<Floats, quint32, int, Floats>> rows = {
+            // samples, channels, bytes that the last sample lacks, mono
+            {{1, 2, 3}, 1, 0, {1, 2, 3}},
+            {{1, 3, -5, 5, 9}, 2, 0, {2, 0}},
+            {{1, 3, 5, 7}, 4, 0, {2, 6}}, // neighbours
+            {{1, 2}, 1, 3, {1}},
+            {{}, 2, 0, {}}};
+        for (const auto& [input, channels, cutBytes, mono] : rows) {
+            SampleRing ring;
+            const AudioBuffer buffer{.channels = channels,
+                                     .byteSize =
+                                         static_cast<quint32>(input.size() * sizeof(float) - cutBytes),
+                                     .data = input.isEmpty() ? nullptr : input.constData()};
+            ring.write({.count = 0, .buffers = &buffer});
+            ring.write({.count = 1, .buffers = nullptr});
+            ring.write({.count = 1, .buffers = &buffer});
+            Samples newest;
             ring.copyNewest(newest);
-            ++reads;
-        }
-    });
-    const float sample = 1;
-    const AudioBuffer buffer{.channels = 1, .byteSize = sizeof(float), .data = &sample};
-    bool isWritten = true;
-    constexpr int times = 30; // the reader hardly does anything but read under its lock
-    for (int i = 0; i < times && isWritten; ++i) {
-        for (const int seen = reads; reads < seen + 100;) {
-            std::this_thread::yield();
-        }
-        pthread_kill(reader.native_handle(), SIGUSR1);
-        isHeld.acquire();
-        auto written = std::async(std::launch::async, [&] { ring.write({.count = 1, .buffers = &buffer}); });
-        isWritten = written.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
-        goesOn.release();
-    }
-    isOver = true;
-    reader.join();
-    QVERIFY(isWritten);
-}
-
-/// The RMS of a steady signal is the same through the window as without it.
-void SpectrumTest::windowHasUnitEnergy()
-{
-    SpectrumAnalyzer analyzer;
-    QVERIFY(std::abs(analyzer.analyze(tone(1500, 0.5), 48000).rms - 0.5F / std::sqrt(2.0F)) < 1e-4F);
-    const Samples window = SpectrumAnalyzer::normalizedHannWindow();
-    QVERIFY(window[0] == 0 && window[1] == window[1023]); // of the period, not of the frame
-}
-
-void SpectrumTest::hearsToneInItsBand_data()
-{
-    QTest::addColumn<double>("frequency");
-    QTest::addColumn<float>("rate");
-    QTest::addColumn<QString>("expected"); // a digit a band: 1 full, 0 nothing, - anything
-
-    QTest::newRow("bass") << 100.0 << 48000.0F << "1000";
-    QTest::newRow("2 kHz") << 2000.0 << 48000.0F << "0010";
-    QTest::newRow("8 kHz") << 8000.0 << 48000.0F << "0001";
-    QTest::newRow("shared edge bin") << 1000.0 << 48000.0F << "0110"; // bin 21.3: both
-    QTest::newRow("above the bands") << 15000.0 << 48000.0F << "0000";
-    QTest::newRow("192 kHz: no bin for the bass") << 200.0 << 192000.0F << "01--";
-    QTest::newRow("16 kHz: top band cut at 8 kHz") << 6000.0 << 16000.0F << "0001";
-    QTest::newRow("6 kHz: top band above the spectrum") << 1500.0 << 6000.0F << "0010";
-}
-
-void SpectrumTest::hearsToneInItsBand()
-{
-    QFETCH(double, frequency);
-    QFETCH(float, rate);
-    QFETCH(QString, expected);
-    SpectrumAnalyzer analyzer;
-    const Levels levels = hear(analyzer, tone(frequency, 0.5, rate), rate, 60).bands;
-    for (int band = 0; band < SpectrumAnalyzer::bandCount; ++band) {
-        const QString text = QStringLiteral("band %1 is at %2").arg(band).arg(levels[band]);
-        if (expected[band] == u'1') {
-            QVERIFY2(levels[band] > 0.95F, qPrintable(text));
-        } else if (expected[band] == u'0') {
-            QVERIFY2(levels[band] < 0.05F, qPrintable(text));
+            QCOMPARE(Floats(newest.end() - mono.size(), newest.end()), mono);
+            QCOMPARE(*(newest.end() - mono.size() - 1), 0.0F); // and no more than those
         }
     }
-}
 
-void SpectrumTest::risesAndFalls()
-{
-    SpectrumAnalyzer analyzer;
-    float expected = 0;
-    for (int frame = 0; frame < 20; ++frame) {
-        expected += (1 - expected) * 0.3F;
-        QVERIFY(std::abs(analyzer.analyze(tone(2000, 1), 48000).bands[2] - expected) < 1e-4F);
+    void keepsTheNewest()
+    {
+        SampleRing ring;
+        QList<float> samples(1500);
+        std::iota(samples.begin(), samples.end(), 0.0F);
+        const AudioBuffer buffer{
+            .channels = 1, .byteSize = 1500 * sizeof(float), .data = samples.constData()};
+        Samples copied;
+        for (int round = 0; round < 12; ++round) { // ends at 1500, 3000, … 7500, 808, 2308…
+            ring.write({.count = 1, .buffers = &buffer});
+            ring.copyNewest(copied);
+            QCOMPARE(QList<float>(copied.begin(), copied.end()), samples.mid(476));
+            ring.copyNewest(copied, 400);
+            QCOMPARE(QList<float>(copied.begin(), copied.end()), samples.mid(76, 1024));
+        }
+        ring.copyNewest(copied, 1'000'000);
+        QCOMPARE(copied.front(), static_cast<float>(12 * 1500 - SampleRing::capacity - 6 * 1500));
     }
-    QVERIFY(expected > 0.99F);
-    for (int frame = 0; frame < 20; ++frame) {
-        expected *= 1 - 0.12F;
-        const SpectrumAnalyzer::Frame heard = analyzer.analyze(silent, 48000);
-        QVERIFY(std::abs(heard.bands[2] - expected) < 1e-4F);
-        QCOMPARE(heard.rms, 0.0F);
+
+    /// A reader that is held up, as by a busier thread on its processor, does not hold up the real-time
+    /// thread.
+    void writerDoesNotWait()
+    {
+        static std::binary_semaphore isHeld(0);
+        static std::binary_semaphore goesOn(0);
+        std::signal(SIGUSR1, [](int) {
+            isHeld.release();
+            goesOn.acquire();
+        });
+        SampleRing ring;
+        std::atomic<bool> isOver = false;
+        std::atomic<int> reads = 0;
+        std::thread reader([&] {
+            Samples newest;
+            while (!isOver) {
+                ring.copyNewest(newest);
+                ++reads;
+            }
+        });
+        const float sample = 1;
+        const AudioBuffer buffer{.channels = 1, .byteSize = sizeof(float), .data = &sample};
+        bool isWritten = true;
+        constexpr int times = 30; // the reader hardly does anything but read under its lock
+        for (int i = 0; i < times && isWritten; ++i) {
+            for (const int seen = reads; reads < seen + 100;) {
+                std::this_thread::yield();
+            }
+            pthread_kill(reader.native_handle(), SIGUSR1);
+            isHeld.acquire();
+            auto written =
+                std::async(std::launch::async, [&] { ring.write({.count = 1, .buffers = &buffer}); });
+            isWritten = written.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
+            goesOn.release();
+        }
+        isOver = true;
+        reader.join();
+        QVERIFY(isWritten);
     }
-}
 
-void SpectrumTest::followsPeak()
-{
-    SpectrumAnalyzer analyzer;
-    hear(analyzer, tone(2000, 1), 48000, 1);
-    const float loud = analyzer.peaks()[2];
-    // The squares of the band's 65 bins add up to (2 / 512)² · N · N / 4, the positive half of the energy.
-    QVERIFY(std::abs(loud - 2 / std::sqrt(65.0F)) < 1e-3F);
-    hear(analyzer, silent, 48000, 1);
-    QVERIFY(std::abs(analyzer.peaks()[2] - loud * 0.992F) < 1e-5F);
-    // Half as loud reads as less than full while the peak is remembered, and as full once it has decayed.
-    QVERIFY(std::abs(hear(analyzer, tone(2000, 0.5), 48000, 40).bands[2] - 0.68F) < 0.04F);
-    QVERIFY(hear(analyzer, tone(2000, 0.5), 48000, 100).bands[2] > 0.98F);
-    hear(analyzer, silent, 48000, 2000);
-    QCOMPARE(analyzer.peaks(), Levels({0.01F, 0.01F, 0.01F, 0.01F}));
-}
+    void hearsToneInItsBand()
+    {
+        using Row = std::tuple<double, float, const char*>;
+        // frequency and rate in hertz; a digit a band: 1 full, 0 nothing, - anything
+        for (const auto& [frequency, rate, expected] :
+             {Row{100, 48000, "1000"},
+              {2000, 48000, "0010"},
+              {8000, 48000, "0001"},
+              {1000, 48000, "0110"}, // bin 21.3, on the edge: both
+              {15000, 48000, "0000"},
+              {200, 192000, "01--"},   // no bin for the bass
+              {6000, 16000, "0001"},   // top band cut at 8 kHz
+              {1500, 6000, "0010"}}) { // top band above the spectrum
+            SpectrumAnalyzer analyzer;
+            const Levels levels = hear(analyzer, tone(frequency, 0.5, rate), rate, 60).bands;
+            for (int band = 0; band < SpectrumAnalyzer::bandCount; ++band) {
+                const float level = levels[band];
+                const char digit = expected[band];
+                QVERIFY2(digit == '-' || (digit == '1' ? level > 0.95F : level < 0.05F),
+                         qPrintable(u"%1 Hz: band %2 is at %3"_s.arg(frequency).arg(band).arg(level)));
+            }
+        }
+    }
 
-void SpectrumTest::gates()
-{
-    SpectrumAnalyzer gauge; // what a tone of amplitude 1 comes to
-    hear(gauge, tone(2000, 1), 48000, 1);
-    // Below the peak's floor of 0.01, the ratio is bandRms / 0.01.
-    using Row = std::pair<double, double>;
-    for (const auto& [bandRms, level] : {Row{0.0009, 0}, {0.0035, 0.5 * 0.35}, {0.008, 0.8}, {0.02, 1}}) {
+    void risesAndFalls()
+    {
         SpectrumAnalyzer analyzer;
-        const float heard = hear(analyzer, tone(2000, bandRms / gauge.peaks()[2]), 48000, 80).bands[2];
-        QVERIFY2(std::abs(heard - level) < 2e-3, qPrintable(QString::number(heard)));
+        float expected = 0;
+        for (int frame = 0; frame < 20; ++frame) {
+            expected += (1 - expected) * 0.3F;
+            QVERIFY(std::abs(analyzer.analyze(tone(2000, 1), 48000).bands[2] - expected) < 1e-4F);
+        }
+        QVERIFY(expected > 0.99F);
+        for (int frame = 0; frame < 20; ++frame) {
+            expected *= 1 - 0.12F;
+            const SpectrumAnalyzer::Frame heard = analyzer.analyze(silent, 48000);
+            QVERIFY(std::abs(heard.bands[2] - expected) < 1e-4F);
+            QCOMPARE(heard.rms, 0.0F);
+        }
     }
-}
 
-void SpectrumTest::silencesBadInput()
-{
-    using Limits = std::numeric_limits<float>;
-    using Row = std::pair<float, float>;
-    for (const auto& [sample, rate] : {Row{Limits::quiet_NaN(), 48000},
-                                       {Limits::max(), 48000},
-                                       {1e18F, 48000}, // its square fits, its transform does not
-                                       {0.5F, 0},
-                                       {0.5F, Limits::quiet_NaN()}}) {
+    void followsPeak()
+    {
         SpectrumAnalyzer analyzer;
-        Samples bad = tone(2000, 0.5);
-        bad[512] = sample;
-        const SpectrumAnalyzer::Frame frame = analyzer.analyze(bad, rate);
-        QCOMPARE(frame.bands, Levels());
-        QCOMPARE(frame.rms, 0.0F);
-        QVERIFY(hear(analyzer, tone(2000, 0.5), 48000, 20).bands[2] > 0.95F); // and nothing of it stays
+        const float rms = hear(analyzer, tone(1500, 1), 48000, 1).rms;
+        QVERIFY(std::abs(rms - 1 / std::sqrt(2.0F)) < 1e-4F); // as without the window
+        hear(analyzer, tone(2000, 1), 48000, 1);
+        const float loud = analyzer.peaks()[2];
+        // The squares of the band's 65 bins add up to (2 / 512)² · N · N / 4, the positive half of the
+        // energy.
+        QVERIFY(std::abs(loud - 2 / std::sqrt(65.0F)) < 1e-3F);
+        hear(analyzer, silent, 48000, 1);
+        QVERIFY(std::abs(analyzer.peaks()[2] - loud * 0.992F) < 1e-5F);
+        // Half as loud reads as less than full while the peak is remembered, and as full once it has decayed.
+        QVERIFY(std::abs(hear(analyzer, tone(2000, 0.5), 48000, 40).bands[2] - 0.68F) < 0.04F);
+        QVERIFY(hear(analyzer, tone(2000, 0.5), 48000, 100).bands[2] > 0.98F);
+        hear(analyzer, silent, 48000, 2000);
+        QCOMPARE(analyzer.peaks(), Levels({0.01F, 0.01F, 0.01F, 0.01F}));
     }
-}
+
+    void gates()
+    {
+        SpectrumAnalyzer gauge; // what a tone of amplitude 1 comes to
+        hear(gauge, tone(2000, 1), 48000, 1);
+        // Below the peak's floor of 0.01, the ratio is bandRms / 0.01.
+        using Row = std::pair<double, double>;
+        for (const auto& [bandRms, level] : {Row{0.0009, 0}, {0.0035, 0.5 * 0.35}, {0.008, 0.8}, {0.02, 1}}) {
+            SpectrumAnalyzer analyzer;
+            const float heard = hear(analyzer, tone(2000, bandRms / gauge.peaks()[2]), 48000, 80).bands[2];
+            QVERIFY2(std::abs(heard - level) < 2e-3, qPrintable(QString::number(heard)));
+        }
+    }
+
+    void silencesBadInput()
+    {
+        using Limits = std::numeric_limits<float>;
+        using Row = std::pair<float, float>;
+        for (const auto& [sample, rate] : {Row{Limits::quiet_NaN(), 48000},
+                                           {Limits::max(), 48000},
+                                           {1e18F, 48000}, // its square fits, its transform does not
+                                           {0.5F, 0},
+                                           {0.5F, Limits::quiet_NaN()}}) {
+            SpectrumAnalyzer analyzer;
+            Samples bad = tone(2000, 0.5);
+            bad[512] = sample;
+            const SpectrumAnalyzer::Frame frame = analyzer.analyze(bad, rate);
+            QCOMPARE(frame.bands, Levels());
+            QCOMPARE(frame.rms, 0.0F);
+            QVERIFY(hear(analyzer, tone(2000, 0.5), 48000, 20).bands[2] > 0.95F); // and nothing of it stays
+        }
+    }
+
+    void barHeights()
+    {
+        VisualizerBars dance;
+        dance.isPlaying = true;
+        VisualizerBars live = dance;
+        live.isLive = true;
+        live.bands = {0.5F, -3, 7};
+        VisualizerBars silent = live;
+        silent.isLive = false;
+        VisualizerBars fall = live;
+        fall.isPlaying = false;
+        fall.stoppedAt = Uptime{100};
+        const std::vector<std::tuple<VisualizerBars, int, double, double>> rows = {
+            // bar, time, height, worked out apart from the program
+            {dance, 0, 0.01, 6.133338}, // bass on the kick
+            {dance, 0, 0.4375, 6.891323},
+            {dance, 1, 1000, 10.347568},
+            {dance, 3, 1000.25, 7.096742},
+            {live, 0, 0.01, 6.5},
+            {live, 1, 0.01, 2},
+            {live, 2, 0.01, 11},
+            {live, 3, 1000.25, 7.096742}, // has no band
+            {silent, 0, 0.01, 6.133338},
+            {{}, 1, 1000, 2},
+            {fall, 0, 100.149, 7.40444}, // holds
+            {fall, 0, 100.35, 4.279998},
+            {fall, 0, 100.951, 2},
+            {fall, 3, 100.2, 2.589767}}; // treble at once
+        for (const auto& [bars, bar, at, height] : rows) {
+            const double drawn = bars.barHeight(bar, {at});
+            QVERIFY2(std::abs(drawn - height) < 1e-5, qPrintable(u"%1 for %2"_s.arg(drawn).arg(height)));
+        }
+    }
+
+    void asksForFramesOnlyWhileItMoves()
+    {
+        Meter meter;
+        VisualizerModel& model = meter.model;
+        const VisualizerModel::Heights resting = {2, 2, 2, 2};
+        QVERIFY(model.framesPerSecond() == 0 && model.heights() == resting && model.isAtRest());
+
+        QProperty<bool> isPlaying(true);
+        model.bindableIsPlaying().setBinding([&] { return isPlaying.value(); });
+        QCOMPARE(model.framesPerSecond(), 15);
+        isPlaying = false;
+        const auto atStop = model.heights();
+        QVERIFY(!model.isAtRest());
+        meter.desktop.runLoop.advance(1);
+        isPlaying = true; // on again before the bars have come to rest
+        meter.desktop.runLoop.advance(1);
+        isPlaying = false;
+        meter.desktop.runLoop.advance(1.29);
+        QVERIFY(model.framesPerSecond() == 15 && model.heights() == resting);
+        int told = 0;
+        connect(&model, &VisualizerModel::changed, this, [&] { ++told; });
+        meter.desktop.runLoop.advance(0.02);
+        QVERIFY(told > 0 && model.isAtRest() && model.framesPerSecond() == 0);
+        // A still frame is that of the last stop.
+        QVERIFY(model.heights() != atStop && model.heights() != resting);
+        QCOMPARE(meter.desktop.runLoop.pending(), 0);
+
+        isPlaying = true;
+        Q_EMIT meter.capture->liveChanged(true);
+        Q_EMIT meter.capture->bandsPublished({0.5F, 1, 0, 0.5F});
+        QCOMPARE(model.heights(), (VisualizerModel::Heights{6.5, 11, 2, 6.5}));
+    }
+
+    void clampsTheRate()
+    {
+        for (const auto& [isEnabled, stored, rate] :
+             {std::tuple(true, 0, 0), {true, -5, 0}, {true, 2'000'000, 60}, {false, 30, 0}}) {
+            Meter meter;
+            const PowerModeSettings changed{isEnabled, stored, 10};
+            meter.power.updateSettings(PowerMode::normal, [&](PowerModeSettings& mode) { mode = changed; });
+            meter.model.bindableIsPlaying().setValue(true);
+            QCOMPARE(meter.model.framesPerSecond(), rate);
+            meter.model.bindableIsPlaying().setValue(false);
+            QCOMPARE(meter.model.isAtRest(), isEnabled && stored <= 0);
+        }
+    }
+};
 
 QTEST_APPLESS_MAIN(SpectrumTest)
 #include "spectrum_test.moc"

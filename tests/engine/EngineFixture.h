@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Decimal.h"
 #include "engine/PlayerScripts.h"
 #include "platform/BundleId.h"
 #include "support/EngineParts.h"
@@ -7,6 +8,8 @@
 #include "support/FakePlatform.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 struct FakeDesktop {
     LogFile log;
@@ -18,7 +21,16 @@ struct FakeDesktop {
 struct EngineFixture : FakeDesktop, EngineParts {
     explicit EngineFixture(int sources = 7)
     {
-        defaults.setObject(QStringLiteral("pellar.audio.sources"), qlonglong(sources));
+        defaults.setObject(u"pellar.audio.sources"_s, qlonglong(sources));
+    }
+
+    /// Starts it with the players in these states.
+    explicit EngineFixture(int sources, const QString& music, const QString& spotify = u"off"_s)
+        : EngineFixture(sources)
+    {
+        setState(Player::appleMusic, music);
+        setState(Player::spotify, spotify);
+        start();
     }
 
     void start()
@@ -47,26 +59,31 @@ struct EngineFixture : FakeDesktop, EngineParts {
     /// "off", "error", "stopped", "paused" or "playing"; a song of its own for each player.
     void setState(Player player, const QString& state)
     {
-        if (state == QStringLiteral("off")) {
-            quit(player);
-            return;
-        }
         const QString song = player == Player::spotify
-                                 ? QStringLiteral("Tide|||Shore|||Sea|||215000|||30.5|||%1||| ") + nobody
-                                 : QStringLiteral("Song|||Band|||Album|||200.5|||12.0|||%1|||77");
-        const QMap<QString, QString> replies = {
-            {QStringLiteral("error"), QString()},
-            {QStringLiteral("stopped"), QStringLiteral("STOPPED")},
-            {QStringLiteral("paused"), song.arg(QStringLiteral("false"))},
-            {QStringLiteral("playing"), song.arg(QStringLiteral("true"))}};
-        reply(player, replies[state]);
+                                 ? u"Tide|||Shore|||Sea|||215000|||30.5|||%1||| "_s + nobody
+                                 : u"Song|||Band|||Album|||200.5|||12.0|||%1|||77"_s;
+        if (state == u"off") {
+            quit(player);
+        } else if (state == u"playing" || state == u"paused") {
+            reply(player, song.arg(boolText(state == u"playing")));
+        } else {
+            reply(player, state == u"stopped" ? u"STOPPED"_s : QString());
+        }
+    }
+
+    /// Who is on show after the next refresh, so many seconds from now.
+    Player followedAfter(double seconds)
+    {
+        desktop.runLoop.advance(seconds);
+        service->refresh();
+        return service->activePlayer();
     }
 
     void notify(Player player, const QVariantMap& info)
     {
         desktop.distributedNotifications.post(player == Player::spotify
-                                                  ? QStringLiteral("com.spotify.client.PlaybackStateChanged")
-                                                  : QStringLiteral("com.apple.Music.playerInfo"),
+                                                  ? u"com.spotify.client.PlaybackStateChanged"_s
+                                                  : u"com.apple.Music.playerInfo"_s,
                                               info);
         desktop.runLoop.settle();
     }

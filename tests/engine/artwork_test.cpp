@@ -7,8 +7,6 @@
 #include <QElapsedTimer>
 #include <QTest>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 using Manner = HttpStandIn::Manner;
@@ -19,18 +17,8 @@ QByteArray picture(const QColor& color, QSize size = {8, 8}, const char* format 
     QImage image(size, pixels);
     image.fill(color);
     QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
     image.save(&buffer, format);
     return buffer.data();
-}
-
-/// A JPEG picture whose camera was held on its side.
-QByteArray turnedPicture(QSize size)
-{
-    // An Exif block with one entry: orientation 6.
-    static const QByteArray turned =
-        QByteArray::fromHex("ffe1002245786966000049492a0008000000010012010300010000000600000000000000");
-    return picture(Qt::red, size, "jpg").insert(2, turned);
 }
 
 } // namespace
@@ -40,197 +28,182 @@ class ArtworkTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void chooses();
-    void loads();
-    void searchesForMusic();
-    void prefersThePlayersCover();
-    void triesAgainAfterFailure();
-    void loadsForSpotify();
-    void looksUpForThePlayerOnShow();
-    void discardsLateCover();
-    void doesNotHoldUpTheEnd();
+    void init()
+    {
+        _server = std::make_unique<HttpStandIn>();
+        _engine = std::make_unique<EngineFixture>();
+        _engine->defaults.setObject(u"com.orvalen.pellar.endpoint.artworkSearch"_s, _server->address());
+        const QByteArray address = _server->address().toLatin1();
+        _server->answer("/search", {.body = "{\"results\": [{\"artworkUrl100\": \"" + address +
+                                            "/100x100/a-100x100.png\"}]}"});
+        _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
+        _server->answer("/green", {.body = picture(Qt::green)});
+    }
+
+    void chooses()
+    {
+        const QByteArray three = "{'artworkUrl100': 'http://h/1'},"
+                                 "{'artworkUrl100': 'http://h/2', 'collectionName': 'THE SEA (Deluxe) é'},"
+                                 "{'artworkUrl100': 'http://h/3', 'collectionName': 'the sea'}";
+        const std::vector<std::tuple<QByteArray, QString, QString>> rows = {
+            // results, album, what is chosen
+            {three, u"The Sea"_s, u"http://h/2"_s},
+            {three, u"(deluxe) e\u0301"_s, u"http://h/2"_s}, // the accent composed otherwise
+            {three, u""_s, u"http://h/1"_s},
+            {"{'collectionName': 'Sea'}, {'artworkUrl100': 'http://h/2'}", u"Sea"_s, u""_s},
+            {"{'artworkUrl100': 'http://h/1'}, 2", u""_s, u""_s},
+            {"{'artworkUrl100': 'file:///etc/hostname'}", u""_s, u""_s}};
+        for (const auto& [results, album, chosen] : rows) {
+            QByteArray reply = "{'results': [" + results + "]}";
+            const auto artwork = chosenArtwork(reply.replace('\'', '"'), album);
+            QCOMPARE(artwork.value_or(QUrl()).toString(), chosen);
+        }
+        QVERIFY(!chosenArtwork("<html>", QString()));
+    }
+
+    void loads()
+    {
+        const auto data = [](const QByteArray& content) {
+            return QString(u"data:image/any;base64,"_s + QString::fromLatin1(content.toBase64()));
+        };
+        // An Exif block with one entry, orientation 6: the camera was held on its side.
+        const auto turned =
+            QByteArray::fromHex("ffe1002245786966000049492a0008000000010012010300010000000600000000000000");
+        const std::vector<std::pair<QString, QSize>> rows = {
+            {data(picture(Qt::red, {2400, 1200}, "jpg")), {600, 300}},
+            {data(picture(Qt::red, {1200, 800}, "jpg").insert(2, turned)), {400, 600}},
+            {data(picture(Qt::black, {5000, 5000}, "png", QImage::Format_Mono)), {0, 0}}, // too large
+            {data(picture(Qt::red, {300, 300}).left(200)), {0, 0}},
+            {u"data:image/png,"_s + QString::fromLatin1(picture(Qt::red).toPercentEncoding()), {8, 8}},
+            {u"file:///dev/zero"_s, {0, 0}}};
+        for (const auto& [address, size] : rows) {
+            QCOMPARE(loadArtwork(address, {}).size(), size);
+        }
+    }
+
+    void searchesForMusic()
+    {
+        playMusic(u"Ein & Aus?|||Björk|||Album"_s);
+        QTRY_COMPARE(shown(), QColor(Qt::blue));
+        QTRY_VERIFY(_engine->theme->tint() && _engine->theme->tint()->hue() == QColor(Qt::blue).hue());
+        for (const auto& album : {u"Album"_s, u"Other"_s, u"Other"_s}) { // a search for each album
+            playMusic(u"Ein & Aus?|||Björk|||"_s + album);
+        }
+        QTRY_COMPARE(_server->requestCount(), 4);
+        playMusic(u"End|||Nobody|||"_s);
+        const QByteArray options = "&media=music&entity=song&limit=5";
+        const QByteArray song = "/search?term=Bj%C3%B6rk%20Ein%20%26%20Aus%3F" + options;
+        const QByteArray end = "/search?term=Nobody%20End" + options;
+        const QByteArray cover = "/600x600/a-600x600.png";
+        QTRY_COMPARE(_server->requestCount(), 6);
+        QByteArrayList requested;
+        for (const HttpStandIn::Request& request : _server->take()) {
+            requested << (request.query.isEmpty() ? request.path : request.path + '?' + request.query);
+        }
+        QCOMPARE(requested, (QByteArrayList{song, cover, song, cover, end, cover}));
+    }
+
+    void prefersThePlayersCover()
+    {
+        for (const auto& [path, color] : {std::pair(u"/green", Qt::green), std::pair(u"/gone", Qt::blue)}) {
+            _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + path);
+            playMusic(u"Song|||Band|||Album"_s);
+            QTRY_COMPARE(shown(), QColor(color));
+        }
+    }
+
+    void triesAgainAfterFailure()
+    {
+        _server->answer("/600x600/a-600x600.png", {.body = "<html>"});
+        playMusic(u"Song|||Band|||Album"_s);
+        QTRY_COMPARE(_server->requestCount(), 2);
+        _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
+        QTRY_COMPARE((_engine->service->refresh(), shown()), QColor(Qt::blue));
+    }
+
+    void loadsForSpotify()
+    {
+        _engine->start();
+        notifySpotify(u"Wave"_s);
+        QTRY_COMPARE(shown(), QColor(Qt::green));
+        notifySpotify(u"Another of the same album"_s);
+        _engine->service->nextTrack();
+        notifySpotify(u"Fetched anew after a skip"_s);
+        QTRY_COMPARE(_server->requestCount(), 2);
+    }
+
+    /// Music's cover is asked for a little after its track has begun; by then another player may have taken
+    /// over.
+    void looksUpForThePlayerOnShow()
+    {
+        _engine->start();
+        for (const QString& state : {u"Playing"_s, u"Paused"_s}) {
+            _engine->notify(Player::appleMusic, {{u"Player State"_s, state}, {u"Name"_s, u"Song"_s}});
+        }
+        notifySpotify(u"Wave"_s);
+        const int questions = _engine->desktop.workspace.artworkQuestions;
+        _engine->desktop.runLoop.advance(0.2);
+        QCOMPARE(_engine->desktop.workspace.artworkQuestions, questions);
+        QTRY_COMPARE(shown(), QColor(Qt::green));
+    }
+
+    /// One that comes when its player is gone, and one that was given up for another track.
+    void discardsLateCover()
+    {
+        _server->answer("/green", {.body = picture(Qt::green), .manner = Manner::held});
+        _engine->start();
+        QList<QColor> seen;
+        const auto watch = _engine->service->bindableArtwork().onValueChanged([&] { seen << shown(); });
+        notifySpotify(u"Wave"_s);
+        QTRY_COMPARE(_server->requestCount(), 1);
+        _engine->service->refresh(); // it does not run
+        _server->release();
+        QTRY_COMPARE(_server->connectionCount(), 0);
+        _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + u"/green");
+        playMusic(u"Song|||Band|||Album"_s);
+        QTRY_COMPARE(_server->requestCount(), 2);
+        _engine->desktop.workspace.artworks.clear();
+        playMusic(u"Other|||Band|||Album"_s);
+        QTRY_COMPARE(seen, QList{QColor(Qt::blue)});
+    }
+
+    void doesNotHoldUpTheEnd()
+    {
+        _server->answer("/search", {.manner = Manner::held});
+        for (const char* title : {"One", "Two", "Three"}) {
+            playMusic(QLatin1String(title) + u"|||Band|||Album"_s);
+        }
+        QTRY_COMPARE(_server->requestCount(), 1);
+        QElapsedTimer watch;
+        watch.start();
+        _engine->service.reset();
+        QVERIFY2(watch.elapsed() < 2000, "waited for the server");
+    }
 
 private:
-    void playMusic(const QString& fields) const;
-    void notifySpotify(const QString& title) const;
+    /// "Title|||Artist|||Album"
+    void playMusic(const QString& fields) const
+    {
+        _engine->reply(Player::appleMusic, fields + u"|||200|||1|||true|||7"_s);
+        _engine->service ? _engine->service->refresh() : _engine->start();
+    }
+
+    void notifySpotify(const QString& title) const
+    {
+        _engine->notify(Player::spotify, {{u"Player State"_s, u"Playing"_s},
+                                          {u"Name"_s, title},
+                                          {u"Artwork URL"_s, QString(_server->address() + u"/green")}});
+    }
+
     QColor shown() const
     {
         const QImage artwork = _engine->service->artwork();
         return artwork.isNull() ? QColor() : artwork.pixelColor(0, 0);
     }
-    QByteArrayList requested();
 
     std::unique_ptr<HttpStandIn> _server;
     std::unique_ptr<EngineFixture> _engine;
 };
-
-void ArtworkTest::init()
-{
-    _server = std::make_unique<HttpStandIn>();
-    _engine = std::make_unique<EngineFixture>();
-    _engine->defaults.setObject(u"com.orvalen.pellar.endpoint.artworkSearch"_s, _server->address());
-    const QByteArray address = _server->address().toLatin1();
-    _server->answer("/search", {.body = R"({"results": [{"artworkUrl100": ")" + address +
-                                        R"(/100x100/a-100x100.png"}]})"});
-    _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
-    _server->answer("/green", {.body = picture(Qt::green)});
-}
-
-/// "Title|||Artist|||Album"
-void ArtworkTest::playMusic(const QString& fields) const
-{
-    _engine->reply(Player::appleMusic, fields + u"|||200|||1|||true|||7"_s);
-    _engine->service ? _engine->service->refresh() : _engine->start();
-}
-
-void ArtworkTest::notifySpotify(const QString& title) const
-{
-    _engine->notify(Player::spotify, {{u"Player State"_s, u"Playing"_s},
-                                      {u"Name"_s, title},
-                                      {u"Artwork URL"_s, QString(_server->address() + u"/green")}});
-}
-
-QByteArrayList ArtworkTest::requested()
-{
-    QByteArrayList targets;
-    for (const HttpStandIn::Request& request : _server->take()) {
-        targets << (request.query.isEmpty() ? request.path : request.path + '?' + request.query);
-    }
-    return targets;
-}
-
-void ArtworkTest::chooses()
-{
-    const QByteArray three = R"({"artworkUrl100": "http://h/1"},
-        {"artworkUrl100": "http://h/2", "collectionName": "THE SEA (Deluxe) é"},
-        {"artworkUrl100": "http://h/3", "collectionName": "the sea"})";
-    const std::vector<std::tuple<QByteArray, QString, QString>> rows = {
-        // results, album, what is chosen
-        {three, u"The Sea"_s, u"http://h/2"_s},
-        {three, u"(deluxe) e\u0301"_s, u"http://h/2"_s}, // the accent composed otherwise
-        {three, u""_s, u"http://h/1"_s},
-        {R"({"collectionName": "Sea"}, {"artworkUrl100": "http://h/2"})", u"Sea"_s, u""_s},
-        {R"({"artworkUrl100": "http://h/1"}, 2)", u""_s, u""_s},
-        {R"({"artworkUrl100": "file:///etc/hostname"})", u""_s, u""_s}};
-    for (const auto& [results, album, chosen] : rows) {
-        const auto artwork = chosenArtwork(R"({"results": [)" + results + "]}", album);
-        QCOMPARE(artwork.value_or(QUrl()).toString(), chosen);
-    }
-    QVERIFY(!chosenArtwork("<html>", QString()));
-}
-
-void ArtworkTest::loads()
-{
-    const auto data = [](const QByteArray& content) {
-        return QString(u"data:image/any;base64,"_s + QString::fromLatin1(content.toBase64()));
-    };
-    const QByteArray small = picture(Qt::red);
-    const std::vector<std::pair<QString, QSize>> rows = {
-        {data(picture(Qt::red, {2400, 1200}, "jpg")), {600, 300}},
-        {data(turnedPicture({1200, 800})), {400, 600}},
-        {data(picture(Qt::black, {5000, 5000}, "png", QImage::Format_Mono)), {0, 0}}, // too large
-        {data(picture(Qt::red, {300, 300}).left(200)), {0, 0}},
-        {u"data:image/png,"_s + QString::fromLatin1(small.toPercentEncoding()), {8, 8}},
-        {u"file:///dev/zero"_s, {0, 0}}};
-    for (const auto& [address, size] : rows) {
-        QCOMPARE(loadArtwork(address, {}).size(), size);
-    }
-}
-
-void ArtworkTest::searchesForMusic()
-{
-    playMusic(u"Ein & Aus?|||Björk|||Album"_s);
-    QTRY_COMPARE(shown(), QColor(Qt::blue));
-    QTRY_VERIFY(_engine->theme->tint() && _engine->theme->tint()->hue() == QColor(Qt::blue).hue());
-    for (const auto& album : {u"Album"_s, u"Other"_s, u"Other"_s}) { // a search for each album
-        playMusic(u"Ein & Aus?|||Björk|||"_s + album);
-    }
-    QTRY_COMPARE(_server->requestCount(), 4);
-    playMusic(u"End|||Nobody|||"_s);
-    const QByteArray options = "&media=music&entity=song&limit=5";
-    const QByteArray song = "/search?term=Bj%C3%B6rk%20Ein%20%26%20Aus%3F" + options;
-    const QByteArray end = "/search?term=Nobody%20End" + options;
-    const QByteArray cover = "/600x600/a-600x600.png";
-    QTRY_COMPARE(_server->requestCount(), 6);
-    QCOMPARE(requested(), (QByteArrayList{song, cover, song, cover, end, cover}));
-}
-
-void ArtworkTest::prefersThePlayersCover()
-{
-    for (const auto& [path, color] : {std::pair(u"/green", Qt::green), std::pair(u"/gone", Qt::blue)}) {
-        _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + path);
-        playMusic(u"Song|||Band|||Album"_s);
-        QTRY_COMPARE(shown(), QColor(color));
-    }
-}
-
-void ArtworkTest::triesAgainAfterFailure()
-{
-    _server->answer("/600x600/a-600x600.png", {.body = "<html>"});
-    playMusic(u"Song|||Band|||Album"_s);
-    QTRY_COMPARE(_server->requestCount(), 2);
-    _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
-    QTRY_COMPARE((_engine->service->refresh(), shown()), QColor(Qt::blue));
-}
-
-void ArtworkTest::loadsForSpotify()
-{
-    _engine->start();
-    notifySpotify(u"Wave"_s);
-    QTRY_COMPARE(shown(), QColor(Qt::green));
-    notifySpotify(u"Another of the same album"_s);
-    _engine->service->nextTrack();
-    notifySpotify(u"Fetched anew after a skip"_s);
-    QTRY_COMPARE(_server->requestCount(), 2);
-}
-
-/// Music's cover is asked for a little after its track has begun; by then another player may have taken over.
-void ArtworkTest::looksUpForThePlayerOnShow()
-{
-    _engine->start();
-    for (const QString& state : {u"Playing"_s, u"Paused"_s}) {
-        _engine->notify(Player::appleMusic, {{u"Player State"_s, state}, {u"Name"_s, u"Song"_s}});
-    }
-    notifySpotify(u"Wave"_s);
-    const int questions = _engine->desktop.workspace.artworkQuestions;
-    _engine->desktop.runLoop.advance(0.2);
-    QCOMPARE(_engine->desktop.workspace.artworkQuestions, questions);
-    QTRY_COMPARE(shown(), QColor(Qt::green));
-}
-
-/// One that comes when its player is gone, and one that was given up for another track.
-void ArtworkTest::discardsLateCover()
-{
-    _server->answer("/green", {.body = picture(Qt::green), .manner = Manner::held});
-    _engine->start();
-    QList<QColor> seen;
-    const auto watch = _engine->service->bindableArtwork().onValueChanged([&] { seen << shown(); });
-    notifySpotify(u"Wave"_s);
-    QTRY_COMPARE(_server->requestCount(), 1);
-    _engine->service->refresh(); // it does not run
-    _server->release();
-    QTRY_COMPARE(_server->connectionCount(), 0);
-    _engine->desktop.workspace.artworks.insert(BundleId::music, _server->address() + u"/green");
-    playMusic(u"Song|||Band|||Album"_s);
-    QTRY_COMPARE(_server->requestCount(), 2);
-    _engine->desktop.workspace.artworks.clear();
-    playMusic(u"Other|||Band|||Album"_s);
-    QTRY_COMPARE(seen, QList{QColor(Qt::blue)});
-}
-
-void ArtworkTest::doesNotHoldUpTheEnd()
-{
-    _server->answer("/search", {.manner = Manner::held});
-    for (const char* title : {"One", "Two", "Three"}) {
-        playMusic(QLatin1String(title) + u"|||Band|||Album"_s);
-    }
-    QTRY_COMPARE(_server->requestCount(), 1);
-    QElapsedTimer watch;
-    watch.start();
-    _engine->service.reset();
-    QVERIFY2(watch.elapsed() < 2000, "waited for the server");
-}
 
 QTEST_MAIN(ArtworkTest)
 #include "artwork_test.moc"

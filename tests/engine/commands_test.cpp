@@ -3,216 +3,177 @@
 
 #include <QTest>
 
-using namespace Qt::Literals::StringLiterals;
-
 class CommandsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void reachThePlayerOnShow();
-    void reachSystemAudioAsKeys();
-    void reactions();
-    void chooseTargetWithNothingOnShow_data();
-    void chooseTargetWithNothingOnShow();
-    void seek();
-    void pauseHijackers();
-    void sleep();
-    void copyLink();
-};
-
-void CommandsTest::reachThePlayerOnShow()
-{
-    struct Case {
-        void (NowPlayingService::*command)();
-        QString statement;
-        double settling; // seconds until the player is asked how it went
-    };
-    for (const auto& [command, statement, settling] :
-         {Case{&NowPlayingService::togglePlayPause, u"playpause"_s, 0.3},
-          Case{&NowPlayingService::nextTrack, u"next track"_s, 0.5},
-          Case{&NowPlayingService::previousTrack, u"previous track"_s, 0.5}}) {
-        for (const Player player : {Player::appleMusic, Player::spotify}) {
-            EngineFixture engine;
-            engine.setState(player, u"playing"_s);
-            engine.start();
-            engine.desktop.scripts.take();
-            (*engine.service.*command)();
-            engine.desktop.runLoop.advance(settling - 0.01);
-            QCOMPARE(engine.desktop.scripts.take(), {u"tell application \"%1\" to %2"_s.arg(
-                                                        PlayerScripts::applicationName(player), statement)});
-            engine.desktop.runLoop.advance(0.02);
-            QCOMPARE(engine.desktop.scripts.take(), {PlayerScripts::status(player)});
-            QVERIFY(engine.keys.isEmpty());
+    void reachThePlayerOnShow()
+    {
+        for (const auto& [command, statement, settling] : // seconds until the player is asked how it went
+             {std::tuple(&NowPlayingService::togglePlayPause, u"playpause"_s, 0.3),
+              {&NowPlayingService::nextTrack, u"next track"_s, 0.5},
+              {&NowPlayingService::previousTrack, u"previous track"_s, 0.5}}) {
+            for (const auto& [name, music, spotify] :
+                 {std::tuple(u"Music"_s, u"playing"_s, u"off"_s), {u"Spotify"_s, u"off"_s, u"playing"_s}}) {
+                EngineFixture engine(7, music, spotify);
+                engine.desktop.scripts.take();
+                (*engine.service.*command)();
+                engine.desktop.runLoop.advance(settling - 0.01);
+                QCOMPARE(engine.desktop.scripts.take(),
+                         {u"tell application \"%1\" to %2"_s.arg(name, statement)});
+                engine.desktop.runLoop.advance(0.02);
+                QCOMPARE(engine.desktop.scripts.take(),
+                         {PlayerScripts::status(engine.service->activePlayer())});
+                QVERIFY(engine.keys.isEmpty());
+            }
         }
     }
-}
 
-void CommandsTest::reachSystemAudioAsKeys()
-{
-    EngineFixture engine;
-    engine.start();
-    engine.hear(0.5F);
-    engine.service->togglePlayPause();
-    engine.service->nextTrack();
-    engine.service->previousTrack();
-    QCOMPARE(engine.keys, QList<int>({16, 17, 18}));
-    QVERIFY(engine.desktop.scripts.take().isEmpty());
+    void reachSystemAudioAsKeys()
+    {
+        EngineFixture engine;
+        engine.start();
+        engine.hear(0.5F);
+        engine.service->togglePlayPause();
+        engine.service->nextTrack();
+        engine.service->previousTrack();
+        QCOMPARE(engine.keys, QList<int>({16, 17, 18}));
+        QVERIFY(engine.desktop.scripts.take().isEmpty());
 
-    // Where nothing is heard that could tell, the key itself does.
-    Q_EMIT engine.capture->liveChanged(false);
-    engine.service->togglePlayPause();
-    QVERIFY(engine.service->isPlaying());
-    engine.service->togglePlayPause();
-    QVERIFY(!engine.service->isPlaying());
-}
-
-void CommandsTest::reactions()
-{
-    EngineFixture engine(3);
-    engine.setState(Player::appleMusic, u"playing"_s);
-    engine.start();
-    engine.desktop.scripts.outcomes[PlayerScripts::reaction()] = {u"false|true"_s, {}, {}};
-    QCOMPARE(engine.service->currentTrackReaction(), (TrackReaction{.loved = false, .disliked = true}));
-    engine.desktop.scripts.take();
-    engine.service->loveCurrentTrack();
-    engine.service->dislikeCurrentTrack();
-    QCOMPARE(engine.desktop.scripts.take(),
-             QStringList({PlayerScripts::loveMusic(), PlayerScripts::dislikeMusic()}));
-
-    // Spotify can only be told of love.
-    engine.quit(Player::appleMusic);
-    engine.setState(Player::spotify, u"playing"_s);
-    engine.service->refresh();
-    engine.desktop.scripts.take();
-    engine.service->loveCurrentTrack();
-    engine.service->dislikeCurrentTrack();
-    QCOMPARE(engine.service->currentTrackReaction(), TrackReaction{});
-    QCOMPARE(engine.desktop.scripts.take(), {PlayerScripts::loveSpotify()});
-    engine.desktop.workspace.able.canRate = false; // where that key does something else
-    engine.service->loveCurrentTrack();
-    QVERIFY(engine.desktop.scripts.take().isEmpty());
-    QVERIFY(engine.service->supportsLoveAction() && !engine.service->supportsDislikeAction());
-}
-
-void CommandsTest::chooseTargetWithNothingOnShow_data()
-{
-    QTest::addColumn<QStringList>("words");
-    // enabled sources, Music, Spotify, whom the command reaches
-    for (const char* const row : {"7 stopped stopped spotify", "7 stopped off appleMusic",
-                                  "5 stopped stopped appleMusic", "7 off off key", "3 off off -"}) {
-        QTest::newRow(row) << QString::fromLatin1(row).split(u' ');
+        // Where nothing is heard that could tell, the key itself does.
+        Q_EMIT engine.capture->liveChanged(false);
+        engine.service->togglePlayPause();
+        QVERIFY(engine.service->isPlaying());
+        engine.service->togglePlayPause();
+        QVERIFY(!engine.service->isPlaying());
     }
-}
 
-void CommandsTest::chooseTargetWithNothingOnShow()
-{
-    QFETCH(const QStringList, words);
-    EngineFixture engine(words[0].toInt());
-    engine.setState(Player::appleMusic, words[1]);
-    engine.setState(Player::spotify, words[2]);
-    engine.start();
-    engine.desktop.scripts.take();
-    engine.service->togglePlayPause();
-    QStringList reached(engine.keys.size(), u"key"_s);
-    for (const Player player : {Player::appleMusic, Player::spotify}) {
-        reached += QStringList(engine.desktop.scripts.sources.count(PlayerScripts::playPause(player)),
-                               playerName(player));
-    }
-    QCOMPARE(reached.isEmpty() ? u"-"_s : reached.join(u' '), words[3]);
-}
-
-void CommandsTest::seek()
-{
-    EngineFixture engine(3);
-    engine.setState(Player::spotify, u"playing"_s);
-    engine.start();
-    engine.desktop.scripts.take();
-    engine.service->seekTo(90);
-    QCOMPARE(engine.service->elapsed(), 90.0);
-    QCOMPARE(engine.desktop.scripts.take(),
-             {u"tell application \"Spotify\" to set player position to 90.0"_s});
-    engine.desktop.runLoop.advance(0.3);
-    QCOMPARE(engine.service->elapsed(), 30.5); // the player's word
-    engine.desktop.scripts.take();
-    engine.service->seekTo(std::nan(""));
-    QCOMPARE(engine.service->elapsed(), 30.5);
-    QVERIFY(engine.desktop.scripts.take().isEmpty());
-}
-
-void CommandsTest::pauseHijackers()
-{
-    EngineFixture engine;
-    engine.setState(Player::appleMusic, u"paused"_s);
-    engine.start();
-    engine.hear(0.5F);
-    engine.service->nextTrack();
-    engine.desktop.runLoop.setDateForward(-3600); // what the user's clock says is no matter
-    engine.desktop.scripts.take();
-    engine.desktop.runLoop.advance(0.39);
-    QVERIFY(!engine.desktop.scripts.take().contains(PlayerScripts::pauseIfPlaying(Player::appleMusic)));
-    engine.desktop.runLoop.advance(0.02);
-    QCOMPARE(engine.desktop.scripts.take(), {PlayerScripts::pauseIfPlaying(Player::appleMusic)});
-
-    // The display stays for five seconds, even if a player has grabbed the key.
-    engine.setState(Player::appleMusic, u"playing"_s);
-    engine.desktop.runLoop.advance(4.5);
-    engine.service->refresh();
-    QCOMPARE(engine.service->activePlayer(), Player::systemAudio);
-    engine.desktop.runLoop.advance(0.2);
-    engine.service->refresh();
-    QCOMPARE(engine.service->activePlayer(), Player::appleMusic);
-}
-
-void CommandsTest::sleep()
-{
-    EngineFixture engine(3);
-    engine.setState(Player::appleMusic, u"playing"_s);
-    engine.start();
-    QList<double> published;
-    connect(engine.service.get(), &NowPlayingService::sleepTimerRemainingChanged, this,
-            [&] { published << engine.service->sleepTimerRemaining().value_or(-1); });
-    const auto pauses = [&engine](double seconds) {
+    void reactions()
+    {
+        EngineFixture engine(3, u"playing"_s);
+        engine.desktop.scripts.outcomes[PlayerScripts::reaction()] = {u"false|true"_s, {}, {}};
+        QCOMPARE(engine.service->currentTrackReaction(), (TrackReaction{.loved = false, .disliked = true}));
         engine.desktop.scripts.take();
-        engine.desktop.runLoop.advance(seconds);
-        return engine.desktop.scripts.take().count(PlayerScripts::playPause(Player::appleMusic));
-    };
-    engine.service->setSleepTimer(1);
-    QCOMPARE(pauses(59), 0);
-    QCOMPARE(published.size(), 60);
-    QCOMPARE(published.first(), 60.0);
-    QCOMPARE(published.last(), 1.0);
-    QCOMPARE(pauses(1), 1);
-    QCOMPARE(published.last(), -1.0);
+        engine.service->loveCurrentTrack();
+        engine.service->dislikeCurrentTrack();
+        QCOMPARE(engine.desktop.scripts.take(),
+                 QStringList({PlayerScripts::loveMusic(), PlayerScripts::dislikeMusic()}));
 
-    // A new timer replaces the old one, a cancelled one does nothing, and none ever starts what is paused.
-    engine.service->setSleepTimer(1);
-    engine.service->setSleepTimer(2);
-    QCOMPARE(pauses(119), 0);
-    engine.service->cancelSleepTimer();
-    QCOMPARE(pauses(2), 0);
-    QVERIFY(!engine.service->sleepTimerRemaining());
-    engine.setState(Player::appleMusic, u"paused"_s);
-    engine.service->refresh();
-    engine.service->setSleepTimer(1);
-    QCOMPARE(pauses(61), 0);
-}
+        // Spotify can only be told of love.
+        engine.quit(Player::appleMusic);
+        engine.setState(Player::spotify, u"playing"_s);
+        engine.service->refresh();
+        engine.desktop.scripts.take();
+        engine.service->loveCurrentTrack();
+        engine.service->dislikeCurrentTrack();
+        QCOMPARE(engine.service->currentTrackReaction(), TrackReaction{});
+        QCOMPARE(engine.desktop.scripts.take(), {PlayerScripts::loveSpotify()});
+        engine.desktop.workspace.able.canRate = false; // where that key does something else
+        engine.service->loveCurrentTrack();
+        QVERIFY(engine.desktop.scripts.take().isEmpty());
+        QVERIFY(engine.service->supportsLoveAction() && !engine.service->supportsDislikeAction());
+    }
 
-void CommandsTest::copyLink()
-{
-    const auto link = [](Player player, const QString& title) {
-        return songLink(player, title, u"Band"_s, MemoryDefaults());
-    };
-    QCOMPARE(link(Player::spotify, u"50% Röck & Roll?"_s),
-             u"https://open.spotify.com/search/50%25%20R%C3%B6ck%20&%20Roll?%20Band"_s);
-    QCOMPARE(link(Player::appleMusic, u"A \"B\" #1"_s),
-             u"https://music.apple.com/search?term=A%20%22B%22%20%231%20Band"_s);
-    QCOMPARE(link(Player::spotify, QString(QChar(0xD800))), u"https://open.spotify.com/search/"_s);
-    EngineFixture engine;
-    engine.start();
-    engine.service->copySongLink();
-    QCOMPARE(engine.desktop.pasteboard.text, u"Not Playing - "_s);
-}
+    void chooseTargetWithNothingOnShow()
+    {
+        // enabled sources, Music, Spotify, whom the command reaches
+        for (const QLatin1String row :
+             {"7 stopped stopped spotify"_L1, "7 stopped off appleMusic"_L1,
+              "5 stopped stopped appleMusic"_L1, "7 off off key"_L1, "3 off off -"_L1}) {
+            const QStringList words = QString(row).split(u' ');
+            EngineFixture engine(words[0].toInt(), words[1], words[2]);
+            engine.desktop.scripts.take();
+            engine.service->togglePlayPause();
+            QStringList reached(engine.keys.size(), u"key"_s);
+            for (const Player player : {Player::appleMusic, Player::spotify}) {
+                reached += QStringList(engine.desktop.scripts.sources.count(PlayerScripts::playPause(player)),
+                                       playerName(player));
+            }
+            QCOMPARE(reached.isEmpty() ? u"-"_s : reached.join(u' '), words[3]);
+        }
+    }
+
+    void seek()
+    {
+        EngineFixture engine(3, u"off"_s, u"playing"_s);
+        engine.desktop.scripts.take();
+        engine.service->seekTo(90);
+        QCOMPARE(engine.service->elapsed(), 90.0);
+        QCOMPARE(engine.desktop.scripts.take(),
+                 {u"tell application \"Spotify\" to set player position to 90.0"_s});
+        engine.desktop.runLoop.advance(0.3);
+        QCOMPARE(engine.service->elapsed(), 30.5); // the player's word
+        engine.desktop.scripts.take();
+        engine.service->seekTo(std::nan(""));
+        QCOMPARE(engine.service->elapsed(), 30.5);
+        QVERIFY(engine.desktop.scripts.take().isEmpty());
+    }
+
+    void pauseHijackers()
+    {
+        EngineFixture engine(7, u"paused"_s);
+        engine.hear(0.5F);
+        engine.service->nextTrack();
+        engine.desktop.runLoop.setDateForward(-3600); // what the user's clock says is no matter
+        engine.desktop.scripts.take();
+        engine.desktop.runLoop.advance(0.39);
+        QVERIFY(!engine.desktop.scripts.take().contains(PlayerScripts::pauseIfPlaying(Player::appleMusic)));
+        engine.desktop.runLoop.advance(0.02);
+        QCOMPARE(engine.desktop.scripts.take(), {PlayerScripts::pauseIfPlaying(Player::appleMusic)});
+
+        // The display stays for five seconds, even if a player has grabbed the key.
+        engine.setState(Player::appleMusic, u"playing"_s);
+        QCOMPARE(engine.followedAfter(4.5), Player::systemAudio);
+        QCOMPARE(engine.followedAfter(0.2), Player::appleMusic);
+    }
+
+    void sleep()
+    {
+        EngineFixture engine(3, u"playing"_s);
+        QList<double> published;
+        connect(engine.service.get(), &NowPlayingService::sleepTimerRemainingChanged, this,
+                [&] { published << engine.service->sleepTimerRemaining().value_or(-1); });
+        const auto pauses = [&engine](double seconds) {
+            engine.desktop.scripts.take();
+            engine.desktop.runLoop.advance(seconds);
+            return engine.desktop.scripts.take().count(PlayerScripts::playPause(Player::appleMusic));
+        };
+        engine.service->setSleepTimer(1);
+        QCOMPARE(pauses(59), 0);
+        QVERIFY(published.size() == 60 && published.first() == 60 && published.last() == 1);
+        QCOMPARE(pauses(1), 1);
+        QCOMPARE(published.last(), -1.0);
+
+        // A new timer replaces the old one, a cancelled one does nothing, and none starts what is paused.
+        engine.service->setSleepTimer(1);
+        engine.service->setSleepTimer(2);
+        QCOMPARE(pauses(119), 0);
+        engine.service->cancelSleepTimer();
+        QCOMPARE(pauses(2), 0);
+        QVERIFY(!engine.service->sleepTimerRemaining());
+        engine.setState(Player::appleMusic, u"paused"_s);
+        engine.service->refresh();
+        engine.service->setSleepTimer(1);
+        QCOMPARE(pauses(61), 0);
+    }
+
+    void copyLink()
+    {
+        const auto link = [](Player player, const QString& title) {
+            return songLink(player, title, u"Band"_s, MemoryDefaults());
+        };
+        QCOMPARE(link(Player::spotify, u"50% Röck & Roll?"_s),
+                 u"https://open.spotify.com/search/50%25%20R%C3%B6ck%20&%20Roll?%20Band"_s);
+        QCOMPARE(link(Player::appleMusic, u"A \"B\" #1"_s),
+                 u"https://music.apple.com/search?term=A%20%22B%22%20%231%20Band"_s);
+        QCOMPARE(link(Player::spotify, QString(QChar(0xD800))), u"https://open.spotify.com/search/"_s);
+        EngineFixture engine;
+        engine.start();
+        engine.service->copySongLink();
+        QCOMPARE(engine.desktop.pasteboard.text, u"Not Playing - "_s);
+    }
+};
 
 QTEST_GUILESS_MAIN(CommandsTest)
 #include "commands_test.moc"

@@ -1,51 +1,44 @@
+#include "prefs/AlbumArtTint.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
+#include "prefs/PowerModeManager.h"
+#include "prefs/ThemeManager.h"
 #include "prefs/WidgetManager.h"
+#include "support/FakePlatform.h"
 #include "support/MemoryDefaults.h"
 
+#include <QJsonDocument>
 #include <QMetaProperty>
-#include <QQmlComponent>
-#include <QQmlEngine>
 #include <QTest>
+#include <QVector3D>
 
 using namespace Qt::StringLiterals;
 
-/// Keys and the values of their flags.
-using Flags = QVariantMap;
-
-class ManagersTest : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void flags();
-    void bindsInQml();
-    void pillWidth();
-    void style();
-};
+namespace {
 
 /// What is stored when every flag of a manager has been written, as it was or turned.
 template<typename Manager>
-Flags written(MemoryDefaults& defaults, bool isTurned)
+QVariantMap written(MemoryDefaults& defaults, bool isTurned)
 {
     Manager manager(defaults);
     const QMetaObject& type = Manager::staticMetaObject;
     for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
-        type.property(i).write(&manager, type.property(i).read(&manager).toBool() != isTurned);
+        const QBindable<bool> flag(type.property(i).bindable(&manager)); // which QML and bindings follow
+        type.property(i).write(&manager, flag.value() != isTurned);
     }
     return defaults.values;
 }
 
-/// `off` are the keys of the flags that are off by default.
+/// The keys are those of the flags that are on and off by default.
 template<typename Manager>
-void checkFlags(const QString& prefix, const QStringList& on, const QStringList& off)
+void checkFlags(const QString& prefix, const QString& on, const QString& off)
 {
-    Flags fallbacks;
-    Flags turned;
-    Flags odd;
-    for (const QString& name : on + off) {
-        const bool isOn = on.contains(name);
+    QVariantMap fallbacks;
+    QVariantMap turned;
+    QVariantMap odd;
+    for (const QString& name : QString(on + u' ' + off).split(u' ', Qt::SkipEmptyParts)) {
+        const bool isOn = !off.contains(name);
         fallbacks[prefix + name] = isOn;
         turned[prefix + name] = !isOn;
         odd[prefix + name] = isOn ? QVariant(qlonglong{0}) : QVariant(u"true"_s);
@@ -59,62 +52,179 @@ void checkFlags(const QString& prefix, const QStringList& on, const QStringList&
     QCOMPARE(written<Manager>(defaults, false), fallbacks);
 }
 
-void ManagersTest::flags()
+const QString modeKey = u"com.orvalen.pellar.power.manualMode"_s;
+const QString settingsKey = u"com.orvalen.pellar.power.settings.v1"_s;
+
+QByteArray entry(const char* id, const char* enabled, const char* rate, const char* refresh)
 {
-    checkFlags<PillVisibilityManager>(
-        u"pellar.pill."_s,
-        {u"showAlbumArt"_s, u"showVisualizer"_s, u"showTitle"_s, u"showPrevButton"_s, u"showNextButton"_s},
-        {});
-    checkFlags<MenuVisibilityManager>(
-        u"pellar.menu.show."_s,
-        {u"upNext"_s, u"reactions"_s, u"powerMode"_s, u"audioSources"_s, u"stats"_s, u"recent"_s}, {});
-    checkFlags<WidgetManager>(u"pellar.widget."_s,
-                              {u"showArtwork"_s, u"showTitle"_s, u"showArtist"_s, u"showProgress"_s,
-                               u"showTransport"_s, u"alwaysOnTop"_s},
-                              {u"enabled"_s, u"showLyric"_s});
+    return QStringLiteral(R"({"%1":{"visualizerEnabled":%2,"visualizerFPS":%3,"driftRefreshSeconds":%4}})")
+        .arg(QLatin1String(id), QLatin1String(enabled), QLatin1String(rate), QLatin1String(refresh))
+        .toLatin1();
 }
 
-void ManagersTest::bindsInQml()
+QVariantMap parsed(const QByteArray& json)
 {
-    MemoryDefaults defaults;
-    PillVisibilityManager pill(defaults);
-    QQmlEngine engine;
-    QQmlComponent component(&engine);
-    component.setData("import QtQml; QtObject { required property var pill; property bool on: pill.showTitle;"
-                      "onOnChanged: pill.showVisualizer = on }",
-                      QUrl());
-    const std::unique_ptr<QObject> window(
-        component.createWithInitialProperties({{u"pill"_s, QVariant::fromValue(&pill)}}));
-    QVERIFY2(window, qPrintable(component.errorString()));
-    pill.showTitle = false;
-    QVERIFY(!pill.showVisualizer);
-    QCOMPARE(defaults.boolean(u"pellar.pill.showVisualizer"_s), std::optional(false));
+    return QJsonDocument::fromJson(json).toVariant().toMap();
 }
 
-void ManagersTest::pillWidth()
+QImage filled(const QColor& color, QSize size = {3, 2}, QImage::Format format = QImage::Format_RGB32)
 {
-    MemoryDefaults defaults;
-    PillVisibilityManager manager(defaults);
-    QProperty<double> width([&] { return manager.preferredPillWidth(); });
-    QList<double> widths = {width};
-    const auto watch = width.onValueChanged([&] { widths.append(width); });
-    for (auto* const flag : {&manager.showAlbumArt, &manager.showVisualizer, &manager.showTitle,
-                             &manager.showPrevButton, &manager.showNextButton}) {
-        *flag = false;
+    QImage image(size, format);
+    image.fill(color);
+    return image;
+}
+
+} // namespace
+
+class ManagersTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void flags()
+    {
+        checkFlags<PillVisibilityManager>(
+            u"pellar.pill."_s, u"showAlbumArt showVisualizer showTitle showPrevButton showNextButton"_s, {});
+        checkFlags<MenuVisibilityManager>(u"pellar.menu.show."_s,
+                                          u"upNext reactions powerMode audioSources stats recent"_s, {});
+        checkFlags<WidgetManager>(
+            u"pellar.widget."_s, u"showArtwork showTitle showArtist showProgress showTransport alwaysOnTop"_s,
+            u"enabled showLyric"_s);
     }
-    QCOMPARE(widths, (QList<double>{185, 167, 149, 88, 64, 40}));
-}
 
-void ManagersTest::style()
-{
-    MemoryDefaults defaults;
-    MenuStyleManager(defaults).style = PellarMenuStyle::liquidGlass;
-    QCOMPARE(defaults.values, (QVariantMap{{u"pellar.menu.style"_s, u"liquidGlass"_s}}));
-    QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::liquidGlass);
-    defaults.setObject(u"pellar.menu.style"_s, u"Liquid Glass"_s);
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read"_s));
-    QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::classic);
-}
+    void pillWidth()
+    {
+        MemoryDefaults defaults;
+        PillVisibilityManager manager(defaults);
+        const QProperty<double> width([&] { return manager.preferredPillWidth(); });
+        QList<double> widths = {width};
+        for (auto* const flag : {&manager.showAlbumArt, &manager.showVisualizer, &manager.showTitle,
+                                 &manager.showPrevButton, &manager.showNextButton}) {
+            *flag = false;
+            widths << width;
+        }
+        QCOMPARE(widths, (QList<double>{185, 167, 149, 88, 64, 40}));
+    }
+
+    void style()
+    {
+        MemoryDefaults defaults;
+        MenuStyleManager(defaults).style = PellarMenuStyle::liquidGlass;
+        QCOMPARE(defaults.values, (QVariantMap{{u"pellar.menu.style"_s, u"liquidGlass"_s}}));
+        QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::liquidGlass);
+        defaults.setObject(u"pellar.menu.style"_s, u"Liquid Glass"_s);
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read"_s));
+        QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::classic);
+    }
+
+    void storedSettings()
+    {
+        using Settings = PowerModeSettings;
+        FakePower power;
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        const std::vector<std::pair<QVariant, std::optional<Settings>>> rows = {
+            // what is read for the normal mode; none: it cannot be read
+            {{}, Settings{true, 15, 10}},
+            {entry("normal", "false", "-24", "2147483647"), Settings{false, -24, INT_MAX}},
+            {entry("turbo", "true", "120", "1"), Settings{true, 15, 10}},
+            {u"{}"_s, {}},
+            {entry("normal", "true", "24", "10").chopped(1), {}},
+            {entry("normal", "1", "24", "10"), {}},
+            {entry("normal", "true", "15.5", "10"), {}},
+            {entry("normal", "true", "24", "2147483648"), {}},
+            {QByteArray(R"({"turbo":{"visualizerEnabled":true,"visualizerFPS":24}})"), {}}};
+        for (const auto& [stored, normal] : rows) {
+            if (!normal) {
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read"_s));
+            }
+            MemoryDefaults defaults;
+            defaults.values.insert(settingsKey, stored);
+            PowerModeManager manager(defaults, power);
+            QCOMPARE(manager.effectiveSettings(), normal.value_or(Settings{true, 15, 10}));
+            QCOMPARE(manager.settings(PowerMode::lowPower), (Settings{false, 0, 30}));
+            QCOMPARE(defaults.object(settingsKey), stored);
+
+            manager.updateSettings(PowerMode::powerUser, [](Settings& mode) { mode.visualizerFPS = 60; });
+            QVariantMap expected = normal ? parsed(stored.toByteArray()) : QVariantMap();
+            expected.insert(parsed(entry("powerUser", "true", "60", "5")));
+            const QVariantMap written = parsed(defaults.data(settingsKey).value());
+            for (auto mode = expected.begin(); mode != expected.end(); ++mode) {
+                QCOMPARE(written[mode.key()], mode.value());
+            }
+            manager.resetToDefaults(PowerMode::powerUser);
+            QCOMPARE(PowerModeManager(defaults, power).settings(PowerMode::powerUser),
+                     (Settings{true, 30, 5}));
+        }
+    }
+
+    void theSystemOverrules()
+    {
+        MemoryDefaults defaults;
+        FakePower power;
+        power.isLow = true;
+        PowerModeManager manager(defaults, power);
+        QProperty<bool> isCaptureAllowed([&] { return manager.audioCaptureAllowed(); });
+        manager.manualMode = PowerMode::powerUser;
+        QVERIFY(manager.effectiveMode() == PowerMode::lowPower && !isCaptureAllowed);
+        QCOMPARE(defaults.string(modeKey), std::optional(u"powerUser"_s));
+        QVERIFY(PowerModeManager(defaults, power).manualMode == PowerMode::powerUser);
+        manager.updateSettings(PowerMode::lowPower,
+                               [](PowerModeSettings& mode) { mode.visualizerEnabled = true; });
+        QVERIFY(isCaptureAllowed);
+        manager.resetToDefaults(PowerMode::lowPower);
+        QVERIFY(!isCaptureAllowed);
+        power.isLow = false;
+        Q_EMIT power.changed();
+        QVERIFY(isCaptureAllowed && manager.effectiveMode() == PowerMode::powerUser);
+    }
+
+    void averages()
+    {
+        QImage holed = filled(Qt::white, {3, 2}, QImage::Format_ARGB32);
+        holed.setPixelColor(0, 0, Qt::transparent);
+        QCOMPARE(averageColor(holed), std::optional(QColor(213, 213, 213)));
+        QImage striped = filled(Qt::red); // of a palette, with lines that are padded
+        striped.setPixelColor(1, 1, Qt::blue);
+        striped.convertTo(QImage::Format_Indexed8);
+        QCOMPARE(averageColor(striped), std::optional(QColor(213, 0, 43)));
+        const QColor bright(255, 254, 1); // sums beyond 32 bits
+        QCOMPARE(averageColor(filled(bright, {4200, 4200})), std::optional(bright));
+    }
+
+    void boosts()
+    {
+        const QList<std::pair<QColor, QVector3D>> cases = {
+            // to hue in degrees, saturation, brightness
+            {Qt::black, {0, 0.45F, 0.55F}},
+            {Qt::white, {0, 0.45F, 0.78F}},
+            {QColor::fromHsvF(0.5F, 0.5F, 0.6F), {180, 0.8F, 0.69F}},
+            {QColor::fromHsvF(0.75F, 0.9F, 0.3F), {270, 1.0F, 0.55F}},
+        };
+        for (const auto& [color, tint] : cases) {
+            const QColor boosted = boostedTint(color);
+            const QVector3D got(boosted.hsvHueF() * 360, boosted.hsvSaturationF(), boosted.valueF());
+            QVERIFY2((got - tint).length() < 0.02F, qPrintable(color.name() + u" to " + boosted.name()));
+        }
+    }
+
+    void followsModeAndArtwork()
+    {
+        const std::optional<QColor> greenTint = boostedTint(QColor(0, 100, 0));
+        MemoryDefaults defaults;
+        ThemeManager theme(defaults);
+        QVERIFY(!theme.tint());
+        theme.updateArtwork(filled(QColor(0, 100, 0)));
+        QTRY_COMPARE(theme.tint(), greenTint);
+        theme.mode = PellarTheme::midnight;
+        theme.updateArtwork(filled(Qt::blue));
+        QCOMPARE(theme.tint(), std::optional(QColor::fromRgbF(0, 0, 0)));
+        QCOMPARE(ThemeManager(defaults).tint(), theme.tint());
+        theme.mode = PellarTheme::albumArt;
+        QTRY_COMPARE(theme.tint(), std::optional(boostedTint(Qt::blue)));
+        theme.updateArtwork({});
+        QVERIFY(!theme.tint());
+    }
+};
 
 QTEST_GUILESS_MAIN(ManagersTest)
 #include "managers_test.moc"

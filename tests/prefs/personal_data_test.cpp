@@ -6,11 +6,13 @@
 #include <QJsonDocument>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
-const QString statsKey = QStringLiteral("pellar_listening_stats");
-const QString tracksKey = QStringLiteral("pellar.recentlyPlayed.v1");
-const QString band = QStringLiteral("Band");
+const QString statsKey = u"pellar_listening_stats"_s;
+const QString tracksKey = u"pellar.recentlyPlayed.v1"_s;
+const QString band = u"Band"_s;
 
 void moveTo(ManualRunLoop& clock, const QByteArray& utc)
 {
@@ -35,155 +37,146 @@ class PersonalDataTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(QStringLiteral(".*"))); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { qunsetenv("TZ"); }
-    void calendarDay();
-    void savesEveryThirtiethTick();
-    void countsStreak();
-    void listsTracks();
-    void storesTracks();
-    void keepsWhatCanBeRead();
-    void damage();
+    void calendarDay()
+    {
+        ManualRunLoop clock;
+        MemoryDefaults defaults;
+        auto stats = std::make_unique<ListeningStats>(defaults, clock);
+        // Each side of midnight, at the ends of a day of 23 hours, and flown over the date line.
+        for (const QByteArray moment :
+             {"America/New_York 2026-07-02T03:59:59Z", "America/New_York 2026-07-02T04:00:00Z",
+              "Pacific/Kiritimati 2026-07-02T10:00:00Z", "Pacific/Pago_Pago 2026-07-02T10:00:01Z",
+              "Europe/Berlin 2026-03-28T23:00:00Z", "Europe/Berlin 2026-03-29T22:00:00Z"}) {
+            qputenv("TZ", moment.split(' ')[0]);
+            moveTo(clock, moment.split(' ')[1]);
+            stats->tick(band);
+        }
+        stats.reset();
+        QByteArrayList days;
+        const QVariantList records =
+            QJsonDocument::fromJson(defaults.data(statsKey).value()).toVariant().toList();
+        for (const QVariant& record : records) {
+            days << record.toMap().value(u"date"_s).toByteArray();
+        }
+        QCOMPARE(days.join(' '), QByteArray("2026-07-01 2026-07-02 2026-07-03 2026-03-29 2026-03-30"));
+    }
+
+    void savesEveryThirtiethTick()
+    {
+        moveTo(_clock, "2026-06-30T12:00:00Z");
+        MemoryDefaults defaults;
+        const QByteArray before = stored(u"2026-04-01,2026-04-02,2026-06-23,2026-06-24"_s);
+        defaults.values.insert(statsKey, before);
+        ListeningStats stats(defaults, _clock);
+        for (int i = 0; i < 29; ++i) {
+            stats.tick(u"Other"_s);
+        }
+        QCOMPARE(defaults.data(statsKey), std::optional(before));
+        QCOMPARE(stats.todayListeningTime(), 29.0);
+        QCOMPARE(stats.weekListeningTime(), 39.0);
+        QCOMPARE(ListeningStats::formatTime(3599.9) + ListeningStats::formatTime(7325), u"59m2h 2m"_s);
+        stats.tick(band);
+        const QByteArray after =
+            stored(u"2026-04-02,2026-06-23,2026-06-24"_s).chopped(1) +
+            R"(,{"date":"2026-06-30","totalSeconds":30,"artists":{"Band":1,"Other":29}}])";
+        QCOMPARE(QJsonDocument::fromJson(defaults.data(statsKey).value()), QJsonDocument::fromJson(after));
+        QCOMPARE(stats.topArtists(1), (QList{std::pair{band, 31.0}}));
+        QCOMPARE(stats.topArtists(-1).size() + stats.topArtists(9).size(), 2);
+    }
+
+    void countsStreak()
+    {
+        ManualRunLoop clock;
+        moveTo(clock, "2028-03-01T12:00:00Z");
+        const QList<std::pair<QString, int>> cases = {
+            {QString(), 0},
+            {u"2028-02-27,2028-02-29,2028-03-01"_s, 2},
+            {u"2028-02-29,2028-02-28,2028-02-29,2028-02-26"_s, 2}, // not yet today
+            {u"2028-02-27,2028-02-28"_s, 0},                       // it is over
+            {u"2028-03-01,2028-03-02"_s, 2},                       // flown over the date line
+        };
+        for (const auto& [dates, days] : cases) {
+            MemoryDefaults defaults;
+            defaults.values.insert(statsKey, stored(dates));
+            QVERIFY2(ListeningStats(defaults, clock).currentStreak() == days, qPrintable(dates));
+        }
+    }
+
+    void listsTracks()
+    {
+        for (const auto& [played, listed] : {std::pair("ABA", "ABA"), std::pair("AABB", "BA"),
+                                             std::pair("abcdefghijklmn", "nmlkjihgfedc")}) {
+            MemoryDefaults defaults;
+            RecentlyPlayedManager manager(defaults, _clock);
+            for (const QChar title : QString::fromLatin1(played)) {
+                manager.record(title, band, QString(), QString());
+            }
+            QString titles;
+            for (const PlayedTrack& track : RecentlyPlayedManager(defaults, _clock).tracks()) {
+                titles += track.title;
+            }
+            QCOMPARE(titles, QString::fromLatin1(listed));
+        }
+    }
+
+    void storesTracks()
+    {
+        const ManualRunLoop clock;
+        MemoryDefaults defaults;
+        RecentlyPlayedManager manager(defaults, clock);
+        manager.record(QString(), band, QString(), QString());
+        manager.record(u"Not Playing"_s, band, QString(), QString());
+        QVERIFY(defaults.values.isEmpty());
+        manager.record(u"Song"_s, band, u"Album"_s, u"spotify"_s);
+        QCOMPARE(QJsonDocument::fromJson(defaults.data(tracksKey).value()), QJsonDocument::fromJson(R"([{
+        "title": "Song", "artist": "Band", "album": "Album", "playedAt": 800000000, "source": "spotify"}])"));
+        manager.clear();
+        QCOMPARE(defaults.data(tracksKey), std::optional(QByteArray("[]")));
+    }
+
+    void keepsWhatCanBeRead()
+    {
+        moveTo(_clock, "2026-06-30T12:00:00Z");
+        MemoryDefaults defaults;
+        defaults.values = {{statsKey, QByteArray(R"([
+        {"date":"2026-06-28","totalSeconds":"5","artists":{"Band":7,"Other":"8","Endless":1e300,"Back":-5}},
+        3, {"date":"2026-06-31","totalSeconds":1}, {"totalSeconds":1},
+        {"date":"2026-06-30","totalSeconds":60,"new":true}])")},
+                           {tracksKey, QByteArray(R"([{"title":"A","artist":7,"playedAt":1e300},
+        {"title":"","artist":"Band"}, null, {"title":"B","artist":"Band","playedAt":"today"}])")}};
+        QTest::ignoreMessage(QtWarningMsg, "3 entries of a stored list cannot be read; they are left out");
+        QTest::ignoreMessage(QtWarningMsg, "2 entries of a stored list cannot be read; they are left out");
+        const ListeningStats stats(defaults, _clock);
+        QCOMPARE(stats.weekListeningTime(), 60.0);
+        QCOMPARE(stats.topArtists(9), (QList{std::pair(u"Endless"_s, 1e6), {band, 7.0}, {u"Back"_s, 0.0}}));
+        const RecentlyPlayedManager tracks(defaults, _clock);
+        QCOMPARE(tracks.tracks(),
+                 (QList<PlayedTrack>{{u"A"_s, {}, {}, {1e300}, {}}, {u"B"_s, band, {}, {0}, {}}}));
+    }
+
+    void damage()
+    {
+        for (const QVariant& json :
+             {QVariant(stored(u"2026-05-09"_s).chopped(1)), QVariant(u"[]"_s), QVariant(QByteArray("{}"))}) {
+            MemoryDefaults defaults;
+            defaults.values = {{statsKey, json}, {tracksKey, json}};
+            for (const QString& key : {statsKey, tracksKey}) {
+                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(key + u" cannot be read"));
+            }
+            {
+                const ListeningStats stats(defaults, _clock);
+                const RecentlyPlayedManager manager(defaults, _clock);
+                QVERIFY(stats.currentStreak() == 0 && manager.tracks().isEmpty());
+            }
+            QCOMPARE(defaults.values, (QVariantMap{{statsKey, json}, {tracksKey, json}}));
+        }
+    }
 
 private:
     ManualRunLoop _clock;
 };
-
-void PersonalDataTest::calendarDay()
-{
-    ManualRunLoop clock;
-    MemoryDefaults defaults;
-    auto stats = std::make_unique<ListeningStats>(defaults, clock);
-    // Each side of midnight, at the ends of a day of 23 hours, and flown over the date line.
-    for (const QByteArray moment :
-         {"America/New_York 2026-07-02T03:59:59Z", "America/New_York 2026-07-02T04:00:00Z",
-          "Pacific/Kiritimati 2026-07-02T10:00:00Z", "Pacific/Pago_Pago 2026-07-02T10:00:01Z",
-          "Europe/Berlin 2026-03-28T23:00:00Z", "Europe/Berlin 2026-03-29T22:00:00Z"}) {
-        qputenv("TZ", moment.split(' ')[0]);
-        moveTo(clock, moment.split(' ')[1]);
-        stats->tick(band);
-    }
-    stats.reset();
-    QByteArrayList days;
-    const QVariantList records =
-        QJsonDocument::fromJson(defaults.data(statsKey).value()).toVariant().toList();
-    for (const QVariant& record : records) {
-        days << record.toMap().value(QStringLiteral("date")).toByteArray();
-    }
-    QCOMPARE(days.join(' '), QByteArray("2026-07-01 2026-07-02 2026-07-03 2026-03-29 2026-03-30"));
-}
-
-void PersonalDataTest::savesEveryThirtiethTick()
-{
-    moveTo(_clock, "2026-06-30T12:00:00Z");
-    MemoryDefaults defaults;
-    const QByteArray before = stored(QStringLiteral("2026-04-01,2026-04-02,2026-06-23,2026-06-24"));
-    defaults.values.insert(statsKey, before);
-    ListeningStats stats(defaults, _clock);
-    for (int i = 0; i < 29; ++i) {
-        stats.tick(QStringLiteral("Other"));
-    }
-    QCOMPARE(defaults.data(statsKey), std::optional(before));
-    QCOMPARE(stats.todayListeningTime(), 29.0);
-    QCOMPARE(stats.weekListeningTime(), 39.0);
-    QCOMPARE(ListeningStats::formatTime(3599.9) + ListeningStats::formatTime(7325),
-             QStringLiteral("59m2h 2m"));
-    stats.tick(band);
-    const QByteArray after = stored(QStringLiteral("2026-04-02,2026-06-23,2026-06-24")).chopped(1) +
-                             R"(,{"date":"2026-06-30","totalSeconds":30,"artists":{"Band":1,"Other":29}}])";
-    QCOMPARE(QJsonDocument::fromJson(defaults.data(statsKey).value()), QJsonDocument::fromJson(after));
-    QCOMPARE(stats.topArtists(1), (QList{std::pair{band, 31.0}}));
-    QCOMPARE(stats.topArtists(-1).size() + stats.topArtists(9).size(), 2);
-}
-
-void PersonalDataTest::countsStreak()
-{
-    ManualRunLoop clock;
-    moveTo(clock, "2028-03-01T12:00:00Z");
-    const QList<std::pair<QString, int>> cases = {
-        {QString(), 0},
-        {QStringLiteral("2028-02-27,2028-02-29,2028-03-01"), 2},
-        {QStringLiteral("2028-02-29,2028-02-28,2028-02-29,2028-02-26"), 2}, // not yet today
-        {QStringLiteral("2028-02-27,2028-02-28"), 0},                       // it is over
-        {QStringLiteral("2028-03-01,2028-03-02"), 2},                       // flown over the date line
-    };
-    for (const auto& [dates, days] : cases) {
-        MemoryDefaults defaults;
-        defaults.values.insert(statsKey, stored(dates));
-        QVERIFY2(ListeningStats(defaults, clock).currentStreak() == days, qPrintable(dates));
-    }
-}
-
-void PersonalDataTest::listsTracks()
-{
-    for (const auto& [played, listed] :
-         {std::pair("ABA", "ABA"), std::pair("AABB", "BA"), std::pair("abcdefghijklmn", "nmlkjihgfedc")}) {
-        MemoryDefaults defaults;
-        RecentlyPlayedManager manager(defaults, _clock);
-        for (const QChar title : QString::fromLatin1(played)) {
-            manager.record(title, band, QString(), QString());
-        }
-        QString titles;
-        for (const PlayedTrack& track : RecentlyPlayedManager(defaults, _clock).tracks()) {
-            titles += track.title;
-        }
-        QCOMPARE(titles, QString::fromLatin1(listed));
-    }
-}
-
-void PersonalDataTest::storesTracks()
-{
-    const ManualRunLoop clock;
-    MemoryDefaults defaults;
-    RecentlyPlayedManager manager(defaults, clock);
-    manager.record(QString(), band, QString(), QString());
-    manager.record(QStringLiteral("Not Playing"), band, QString(), QString());
-    QVERIFY(defaults.values.isEmpty());
-    manager.record(QStringLiteral("Song"), band, QStringLiteral("Album"), QStringLiteral("spotify"));
-    QCOMPARE(QJsonDocument::fromJson(defaults.data(tracksKey).value()), QJsonDocument::fromJson(R"([{
-        "title": "Song", "artist": "Band", "album": "Album", "playedAt": 800000000, "source": "spotify"}])"));
-    manager.clear();
-    QCOMPARE(defaults.data(tracksKey), std::optional(QByteArray("[]")));
-}
-
-void PersonalDataTest::keepsWhatCanBeRead()
-{
-    moveTo(_clock, "2026-06-30T12:00:00Z");
-    MemoryDefaults defaults;
-    defaults.values = {{statsKey, QByteArray(R"([
-        {"date":"2026-06-28","totalSeconds":"5","artists":{"Band":7,"Other":"8","Endless":1e300,"Back":-5}},
-        3, {"date":"2026-06-31","totalSeconds":1}, {"totalSeconds":1},
-        {"date":"2026-06-30","totalSeconds":60,"new":true}])")},
-                       {tracksKey, QByteArray(R"([{"title":"A","artist":7,"playedAt":1e300},
-        {"title":"","artist":"Band"}, null, {"title":"B","artist":"Band","playedAt":"today"}])")}};
-    QTest::ignoreMessage(QtWarningMsg, "3 entries of a stored list cannot be read; they are left out");
-    QTest::ignoreMessage(QtWarningMsg, "2 entries of a stored list cannot be read; they are left out");
-    const ListeningStats stats(defaults, _clock);
-    QCOMPARE(stats.weekListeningTime(), 60.0);
-    QCOMPARE(stats.topArtists(9),
-             (QList{std::pair(QStringLiteral("Endless"), 1e6), {band, 7.0}, {QStringLiteral("Back"), 0.0}}));
-    const RecentlyPlayedManager tracks(defaults, _clock);
-    QCOMPARE(tracks.tracks(), (QList<PlayedTrack>{{QStringLiteral("A"), {}, {}, {1e300}, {}},
-                                                  {QStringLiteral("B"), band, {}, {0}, {}}}));
-}
-
-void PersonalDataTest::damage()
-{
-    for (const QVariant& json : {QVariant(stored(QStringLiteral("2026-05-09")).chopped(1)),
-                                 QVariant(QStringLiteral("[]")), QVariant(QByteArray("{}"))}) {
-        MemoryDefaults defaults;
-        defaults.values = {{statsKey, json}, {tracksKey, json}};
-        for (const QString& key : {statsKey, tracksKey}) {
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(key + u" cannot be read"));
-        }
-        {
-            const ListeningStats stats(defaults, _clock);
-            const RecentlyPlayedManager manager(defaults, _clock);
-            QVERIFY(stats.currentStreak() == 0 && manager.tracks().isEmpty());
-        }
-        QCOMPARE(defaults.values, (QVariantMap{{statsKey, json}, {tracksKey, json}}));
-    }
-}
 
 QTEST_GUILESS_MAIN(PersonalDataTest)
 #include "personal_data_test.moc"

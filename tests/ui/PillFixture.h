@@ -8,8 +8,7 @@
 /// A pill on a desktop of fakes, 28 points high and with everything in it.
 struct PillFixture {
     /// Music plays "Song", 200.5 seconds long, or what the reply says.
-    explicit PillFixture(
-        const QString& reply = QStringLiteral("Song|||Band|||Album|||200.5|||12.0|||true|||77"))
+    explicit PillFixture(const QString& reply = u"Song|||Band|||Album|||200.5|||12.0|||true|||77"_s)
     {
         engine.reply(Player::appleMusic, reply);
         engine.start();
