@@ -33,13 +33,11 @@ public:
     bool start(const QString& fragment = {})
     {
         // Without a sandbox it also runs as root; the rest keeps it from looking for its makers' servers.
-        const auto options =
-            QStringLiteral(
-                "--no-sandbox --disable-gpu --no-first-run --disable-background-networking "
-                "--disable-component-update --disable-sync --window-size=600,400 "
-                "--autoplay-policy=no-user-gesture-required --user-data-dir=%1/profile file://%1/page.html") +
-            fragment;
-        _browser.start(u"chromium"_s, QProcess::splitCommand(options.arg(_folder.path())));
+        const auto options = QStringLiteral(
+            "--no-sandbox --disable-gpu --no-first-run --disable-background-networking "
+            "--disable-component-update --disable-sync --window-size=600,400 "
+            "--autoplay-policy=no-user-gesture-required --user-data-dir=%1/profile file://%1/page.html%2");
+        _browser.start(u"chromium"_s, QProcess::splitCommand(options.arg(_folder.path(), fragment)));
         return QTest::qWaitFor([this] { return state().startsWith(u"playing"_s); }, 30'000);
     }
 
