@@ -261,6 +261,7 @@ private Q_SLOTS:
         Scene scene;
         QVERIFY(scene.isSeen);
         scene.player.failures[everything] = QString();
+        scene.mirror.run(scripts::playPause(Player::appleMusic));
         const auto moves = [&scene] {
             const double before = scene.mirror.music()->position();
             QTest::qWait(20);
