@@ -48,7 +48,7 @@ void print(const NowPlayingService& engine, const PlayerRoster& players)
         {QStringLiteral("isPlaying"), engine.isPlaying()},
         {QStringLiteral("elapsed"), engine.elapsed()},
         {QStringLiteral("duration"), engine.duration()},
-        {QStringLiteral("cover"), middleColour(engine.artwork())},
+        {QStringLiteral("cover"), middleColour(engine.shownArtwork())},
         // The reckoning behind "elapsed", which moves once a second. A script would do, but asks the player.
         {QStringLiteral("position"), player == nullptr ? QJsonValue() : player->position()},
         {QStringLiteral("player"), player == nullptr ? QString() : player->suffixes.join(u' ')},
