@@ -68,6 +68,10 @@ function(pellar_dbus_proxies folder)
     add_library(${name} STATIC ${generated})
     target_include_directories(${name} SYSTEM PUBLIC ${CMAKE_CURRENT_BINARY_DIR})
     target_link_libraries(${name} PUBLIC Qt6::DBus)
+    if(NOT TARGET dbus_proxies)
+        add_custom_target(dbus_proxies) # all of them, for those who read the sources without building them
+    endif()
+    add_dependencies(dbus_proxies ${name})
 endfunction()
 
 # pellar_qml_module(ROOM URI [QML_FILES files…] [DEPENDENCIES uris…]): the room's types, and the files beside the

@@ -15,9 +15,9 @@ const QString profileProperty = QStringLiteral("ActiveProfile");
 
 } // namespace
 
-PowerProfilesDaemon::PowerProfilesDaemon(const QDBusConnection& bus, RunLoop& runLoop, QString interface,
+PowerProfilesDaemon::PowerProfilesDaemon(QDBusConnection bus, RunLoop& runLoop, QString interface,
                                          QString path)
-    : _bus(bus)
+    : _bus(std::move(bus))
     , _runLoop(runLoop)
     , _interface(std::move(interface))
     , _path(std::move(path))

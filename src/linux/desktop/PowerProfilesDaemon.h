@@ -18,7 +18,7 @@ class PowerProfilesDaemon : public QObject
 
 public:
     /// `interface` is also the name of the service.
-    PowerProfilesDaemon(const QDBusConnection& bus, RunLoop& runLoop, QString interface, QString path);
+    PowerProfilesDaemon(QDBusConnection bus, RunLoop& runLoop, QString interface, QString path);
 
     /// False while the daemon is absent or has not answered.
     bool isPowerSaver() const { return _isPowerSaver; }

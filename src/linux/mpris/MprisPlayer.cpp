@@ -91,11 +91,10 @@ void MprisPlayer::setPosition(double seconds)
         return static_cast<qlonglong>(std::llround(duration * microsecondsASecond));
     };
     // Without a proper track identifier the absolute call is void, so the distance is sent instead.
-    if (isObjectPath(_latest.track.id)) {
-        command("SetPosition", _player.SetPosition(QDBusObjectPath(_latest.track.id), microseconds(target)));
-    } else {
-        command("Seek", _player.Seek(microseconds(target - position())));
-    }
+    const bool isAbsolute = isObjectPath(_latest.track.id);
+    command(isAbsolute ? "SetPosition" : "Seek",
+            isAbsolute ? _player.SetPosition(QDBusObjectPath(_latest.track.id), microseconds(target))
+                       : _player.Seek(microseconds(target - position())));
     _clock.jump(target, _runLoop.uptime());
     askLater(catchingUp);
 }
