@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 
@@ -17,15 +18,28 @@ int milliseconds(double seconds)
 class QtTimer final : public RunLoop::Timer
 {
 public:
-    QtTimer(double seconds, QObject* context, RunLoop::Work work)
+    QtTimer(QObject* context, RunLoop::Work work)
     {
         QObject::connect(&_timer, &QTimer::timeout, context, std::move(work));
         QObject::connect(context, &QObject::destroyed, &_timer, &QTimer::stop);
+    }
+
+    void runOnce(double seconds)
+    {
+        _timer.setSingleShot(true);
+        _timer.setTimerType(Qt::PreciseTimer);
+        _timer.start(static_cast<int>(std::ceil(std::min(seconds, longest) * 1000)));
+    }
+
+    void repeat(double seconds)
+    {
         _timer.setTimerType(seconds < 0.25 ? Qt::PreciseTimer : Qt::CoarseTimer);
         _timer.start(milliseconds(seconds));
     }
 
 private:
+    static constexpr double longest = 1e6; // seconds that a timer can count
+
     QTimer _timer;
 };
 
@@ -46,7 +60,16 @@ void EventLoop::after(double seconds, QObject* context, Work work)
     QTimer::singleShot(milliseconds(seconds), context, std::move(work));
 }
 
+std::unique_ptr<RunLoop::Timer> EventLoop::once(double seconds, QObject* context, Work work)
+{
+    auto timer = std::make_unique<QtTimer>(context, std::move(work));
+    timer->runOnce(seconds);
+    return timer;
+}
+
 std::unique_ptr<RunLoop::Timer> EventLoop::every(double seconds, QObject* context, Work work)
 {
-    return std::make_unique<QtTimer>(seconds, context, std::move(work));
+    auto timer = std::make_unique<QtTimer>(context, std::move(work));
+    timer->repeat(seconds);
+    return timer;
 }

@@ -9,5 +9,6 @@ public:
     Date now() const override;
     Uptime uptime() const override;
     void after(double seconds, QObject* context, Work work) override;
+    std::unique_ptr<Timer> once(double seconds, QObject* context, Work work) override;
     std::unique_ptr<Timer> every(double seconds, QObject* context, Work work) override;
 };

@@ -13,7 +13,7 @@ class QObject;
 class RunLoop
 {
 public:
-    /// A repeating timer: it stops when the handle is destroyed.
+    /// A timer: it stops when the handle is destroyed.
     class Timer
     {
     public:
@@ -38,6 +38,10 @@ public:
     /// Runs `work` once on the main thread, `seconds` (0 or more) from now, unless `context` is gone by then.
     /// Zero means: behind what is already queued, never inside this call.
     virtual void after(double seconds, QObject* context, Work work) = 0;
+
+    /// Runs `work` once on the main thread, `seconds` (0 or more) from now and no sooner, to the millisecond,
+    /// while the handle and `context` live.
+    [[nodiscard]] virtual std::unique_ptr<Timer> once(double seconds, QObject* context, Work work) = 0;
 
     /// Runs `work` every `seconds` (above 0) on the main thread while the handle and `context` live.
     [[nodiscard]] virtual std::unique_ptr<Timer> every(double seconds, QObject* context, Work work) = 0;

@@ -41,6 +41,7 @@ void NowPlayingService::handlePlayerNotification(Player player, const QVariantMa
     if (isStopped) {
         if (_activePlayer == player) {
             _isPlaying = false;
+            followPlace(position());
         }
         return;
     }
@@ -68,7 +69,7 @@ void NowPlayingService::handlePlayerNotification(Player player, const QVariantMa
         next.elapsed =
             player == Player::appleMusic ? 0 : number(userInfo, QStringLiteral("Playback Position"), 0);
     }
-    publish(next);
+    publish(next, isNewTrack ? next.elapsed : position());
     const QString artworkUrl = text(userInfo, QStringLiteral("Artwork URL"), QString());
     followArtworkOwner(player == Player::appleMusic ? _platform.workspace.artworkAddress(BundleId::music)
                                                     : artworkUrl);

@@ -11,6 +11,25 @@
 
 #include <algorithm>
 
+namespace {
+
+/// Empty for what is no player.
+QString bundleId(Player player)
+{
+    switch (player) {
+    case Player::appleMusic:
+        return BundleId::music;
+    case Player::spotify:
+        return BundleId::spotify;
+    case Player::systemAudio:
+    case Player::none:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
 NowPlayingService::NowPlayingService(const Dependencies& dependencies, EngineNeighbours neighbours,
                                      QObject* parent)
     : QObject(parent)
@@ -55,6 +74,15 @@ void NowPlayingService::subscribe()
     connect(&_platform.workspace, &Workspace::applicationTerminated, this, refreshForPlayer);
     connect(&_platform.workspace, &Workspace::playerOutdated, this, refreshForPlayer);
 
+    connect(&_platform.workspace, &Workspace::playerMoved, this, [this](const QString& player) {
+        // Behind the notification of another track, of which it may speak.
+        _platform.runLoop.after(0, this, [this, player] {
+            if (player == bundleId(_activePlayer)) {
+                followPlace(position());
+            }
+        });
+    });
+
     _platform.notifications.observe(AudioSourceManager::audioSourceChanged, this,
                                     [this](const QVariantMap&) { refreshLater(); });
     connect(&_audio, &AudioBridge::bandsPublished, this, &NowPlayingService::applySystemAudioActivity);
@@ -98,9 +126,34 @@ NowPlayingService::Showing NowPlayingService::showing() const
             .activePlayer = _activePlayer};
 }
 
+double NowPlayingService::position() const
+{
+    return _clock.value().at(_platform.runLoop.uptime());
+}
+
+/// Where the track is from now on: as the desktop knows it, or else from `place` on.
+TrackClock NowPlayingService::reckoned(const Showing& next, double place) const
+{
+    const QString player = bundleId(next.activePlayer);
+    if (player.isEmpty()) {
+        return {};
+    }
+    const auto told = _platform.workspace.playbackPosition(player).value_or(
+        PlaybackPosition{.seconds = place, .rate = next.isPlaying ? 1.0 : 0.0});
+    const Uptime now = _platform.runLoop.uptime();
+    const TrackClock clock{.place = told.seconds, .since = now, .rate = told.rate, .length = next.duration};
+    return clock.agrees(_clock, now) ? _clock : clock;
+}
+
+void NowPlayingService::followPlace(double place)
+{
+    _clock = reckoned(showing(), place);
+}
+
 /// All values are there before the first of them is told, so that nobody ever sees half a track. What has its
-/// value already keeps still, so that nothing is drawn anew.
-void NowPlayingService::publish(const Showing& next)
+/// value already keeps still, so that nothing is drawn anew. `place` is where the track is, if what has
+/// elapsed was not read just now.
+void NowPlayingService::publish(const Showing& next, std::optional<double> place)
 {
     const bool isSpotifyNow = next.activePlayer == Player::spotify && _activePlayer != Player::spotify;
     const auto write = [](auto& property, const auto& value) {
@@ -113,6 +166,7 @@ void NowPlayingService::publish(const Showing& next)
     const bool isAlbum = write(_album, next.album);
     const bool isDuration = write(_duration, next.duration);
     const bool isElapsed = write(_elapsed, next.elapsed);
+    const bool isClock = write(_clock, reckoned(next, place.value_or(next.elapsed)));
     const bool isPlaying = write(_isPlaying, next.isPlaying);
     const bool isActivePlayer = write(_activePlayer, next.activePlayer);
     const auto tell = [](bool isChanged, auto& property) {
@@ -127,6 +181,7 @@ void NowPlayingService::publish(const Showing& next)
     tell(isAlbum, _album);
     tell(isDuration, _duration);
     tell(isElapsed, _elapsed);
+    tell(isClock, _clock);
     tell(isPlaying, _isPlaying);
     Qt::endPropertyUpdateGroup();
     if (isSpotifyNow && _neighbours.refreshSpotifyQueue) {
@@ -141,7 +196,7 @@ std::optional<QString> NowPlayingService::runScript(const QString& source)
 
 bool NowPlayingService::isRunning(Player player) const
 {
-    return _platform.workspace.isRunning(player == Player::spotify ? BundleId::spotify : BundleId::music);
+    return _platform.workspace.isRunning(bundleId(player));
 }
 
 bool NowPlayingService::isEnabledAndRunning(Player player) const

@@ -5,6 +5,7 @@
 #include "engine/EngineNeighbours.h"
 #include "engine/Player.h"
 #include "engine/PlayerStatus.h"
+#include "engine/TrackClock.h"
 #include "engine/TrackReaction.h"
 #include "engine/UpNextTrack.h"
 #include "prefs/ListeningStats.h"
@@ -73,8 +74,12 @@ public:
     QImage shownArtwork() const { return _shownArtwork; }
     /// Seconds; 0 when unknown.
     double duration() const { return _duration; }
-    /// Seconds from the start of the track.
+    /// Seconds from the start of the track, moved on once a second.
     double elapsed() const { return _elapsed; }
+    /// Where the track is at any time; changes only when it goes on otherwise than was reckoned.
+    TrackClock clock() const { return _clock; }
+    /// Where the track is now, in seconds from its start.
+    double position() const;
     bool isPlaying() const { return _isPlaying; }
     /// Seconds left; none when no timer runs.
     std::optional<double> sleepTimerRemaining() const { return _sleepTimerRemaining; }
@@ -90,6 +95,7 @@ public:
     QBindable<QImage> bindableShownArtwork() const { return &_shownArtwork; }
     QBindable<double> bindableDuration() const { return &_duration; }
     QBindable<double> bindableElapsed() const { return &_elapsed; }
+    QBindable<TrackClock> bindableClock() const { return &_clock; }
     QBindable<bool> bindableIsPlaying() const { return &_isPlaying; }
     QBindable<std::optional<double>> bindableSleepTimerRemaining() const { return &_sleepTimerRemaining; }
     QBindable<Player> bindableActivePlayer() const { return &_activePlayer; }
@@ -155,6 +161,7 @@ Q_SIGNALS:
     void shownArtworkChanged();
     void durationChanged();
     void elapsedChanged();
+    void clockChanged();
     void isPlayingChanged();
     void sleepTimerRemainingChanged();
     void activePlayerChanged();
@@ -189,7 +196,9 @@ private:
     void subscribe();
     void tick();
     Showing showing() const;
-    void publish(const Showing& next);
+    void publish(const Showing& next, std::optional<double> place = std::nullopt);
+    TrackClock reckoned(const Showing& next, double place) const;
+    void followPlace(double place);
     std::optional<QString> runScript(const QString& source);
     bool isRunning(Player player) const;
     bool isEnabledSource(Player player) const;
@@ -252,6 +261,7 @@ private:
                                          &NowPlayingService::durationChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, double, _elapsed, 0,
                                          &NowPlayingService::elapsedChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, TrackClock, _clock, &NowPlayingService::clockChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(NowPlayingService, bool, _isPlaying, false,
                                          &NowPlayingService::isPlayingChanged)
     Q_OBJECT_BINDABLE_PROPERTY(NowPlayingService, std::optional<double>, _sleepTimerRemaining,

@@ -106,6 +106,7 @@ void NowPlayingService::seekTo(double seconds)
     if (target == Player::appleMusic || target == Player::spotify) {
         runScript(PlayerScripts::seek(target, seconds));
     }
+    followPlace(seconds);
     refreshLater(seekSettling);
 }
 

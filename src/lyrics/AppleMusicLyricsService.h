@@ -17,6 +17,8 @@ struct LyricsRequest {
 
     /// What lyrics are remembered under: requests that differ in letter case alone share a key.
     QString key() const { return QString(title + u'|' + artist + u'|' + album).toLower(); }
+
+    friend bool operator==(const LyricsRequest&, const LyricsRequest&) = default;
 };
 
 /// Word-timed lyrics from Apple Music. The source is switched off: it has no lyrics for any track.

@@ -23,6 +23,18 @@ struct SyncedLyric {
     friend bool operator==(const SyncedLyric&, const SyncedLyric&) = default;
 };
 
+/// How far a text is sung.
+struct SungSoFar {
+    std::optional<qsizetype> line{}; ///< the index of the line that is sung; none before the first
+    qsizetype words = 0;             ///< of that line that have begun, of those with times
+    std::optional<double> next{};    ///< when either changes, in seconds from the start of the track
+
+    friend bool operator==(const SungSoFar&, const SungSoFar&) = default;
+};
+
+/// How far the lines, in the order of time, are sung at `elapsed` seconds.
+SungSoFar sungSoFar(const QList<SyncedLyric>& lines, double elapsed);
+
 /// The index of the line that is sung at `elapsed` seconds: the last one that has begun, and of lines that
 /// begin at once the last. None before the first line. `lines` is in the order of time.
 std::optional<qsizetype> activeLine(const QList<SyncedLyric>& lines, double elapsed);

@@ -18,6 +18,12 @@ struct PlayerAbilities {
     bool canListTracks = false; ///< it tells what stands around the current track
 };
 
+/// Where a player is in its track at the moment.
+struct PlaybackPosition {
+    double seconds = 0; ///< from the start of the track
+    double rate = 0;    ///< track seconds that pass in a second; 0 while it stands still
+};
+
 /// The applications that run on this desktop, by bundle identifier.
 class Workspace : public QObject
 {
@@ -30,6 +36,9 @@ public:
     /// Where a running player says the cover of its current track is: a web address, a file's, or one that
     /// holds the image itself. Empty when the player says nothing of it.
     virtual QString artworkAddress(const QString& bundleId) const = 0;
+
+    /// As exactly as the desktop knows it; none when no such player runs or its place is unknown.
+    virtual std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const = 0;
 
     /// The application that has the keyboard; none when none has.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
@@ -48,4 +57,8 @@ Q_SIGNALS:
     /// user seeks in the player's own window, it has stopped, another one has taken its role, its cover has
     /// come, or it plays another track of the same name.
     void playerOutdated(const QString& bundleId);
+
+    /// A player is elsewhere in its track than its last place and rate would have it, if only by a little, or
+    /// its rate is another one.
+    void playerMoved(const QString& bundleId);
 };

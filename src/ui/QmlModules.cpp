@@ -8,5 +8,6 @@ Q_IMPORT_QML_PLUGIN(Pellar_ControlsPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_PanelPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_PillPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_MenuPlugin)
+Q_IMPORT_QML_PLUGIN(Pellar_LyricsPlugin)
 
 void importQmlModules() {}

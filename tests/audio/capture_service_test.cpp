@@ -22,6 +22,10 @@ public:
     Date now() const override { return {}; }
     Uptime uptime() const override { return (++questions, Uptime{seconds}); }
     void after(double /*seconds*/, QObject* /*context*/, Work /*work*/) override {}
+    std::unique_ptr<Timer> once(double /*seconds*/, QObject* /*context*/, Work /*work*/) override
+    {
+        return nullptr;
+    }
     std::unique_ptr<Timer> every(double /*seconds*/, QObject* /*context*/, Work /*work*/) override
     {
         return nullptr;

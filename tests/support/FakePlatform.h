@@ -48,6 +48,10 @@ public:
         ++artworkQuestions;
         return artworks.value(bundleId);
     }
+    std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const override
+    {
+        return positions.contains(bundleId) ? std::optional(positions[bundleId]) : std::nullopt;
+    }
     std::optional<RunningApplication> frontmostApplication() const override { return front; }
     PlayerAbilities abilities(const QString& /*bundleId*/) const override { return able; }
     bool open(const QUrl& url) override
@@ -59,6 +63,7 @@ public:
     QSet<QString> running;
     PlayerAbilities able{.canRate = true, .canListTracks = false};
     QMap<QString, QString> artworks;
+    QMap<QString, PlaybackPosition> positions;
     mutable int artworkQuestions = 0;
     QStringList opened;
     std::optional<RunningApplication> front;

@@ -17,11 +17,13 @@ public:
     {
         _entries.push_back({_now + seconds, 0, context, std::move(work), nullptr});
     }
+    std::unique_ptr<Timer> once(double seconds, QObject* context, Work work) override
+    {
+        return start(seconds, 0, context, std::move(work));
+    }
     std::unique_ptr<Timer> every(double seconds, QObject* context, Work work) override
     {
-        auto handle = std::make_unique<Handle>(*this);
-        _entries.push_back({_now + seconds, seconds, context, std::move(work), handle.get()});
-        return handle;
+        return start(seconds, seconds, context, std::move(work));
     }
 
     /// Sets the date, as a user may; the steady clock knows nothing of it.
@@ -58,6 +60,13 @@ public:
     int pending() const { return static_cast<int>(_entries.size()); }
 
 private:
+    std::unique_ptr<Timer> start(double seconds, double interval, QObject* context, Work work)
+    {
+        auto handle = std::make_unique<Handle>(*this);
+        _entries.push_back({_now + seconds, interval, context, std::move(work), handle.get()});
+        return handle;
+    }
+
     struct Entry {
         Uptime due;
         double interval; ///< 0: once

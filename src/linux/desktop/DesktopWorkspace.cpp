@@ -24,6 +24,8 @@ DesktopWorkspace::DesktopWorkspace(PlayerRoster& roster) : _roster(roster)
             [this](PlayerRole role) { Q_EMIT applicationLaunched(bundleId(role)); });
     connect(&_roster, &PlayerRoster::vanished, this,
             [this](PlayerRole role) { Q_EMIT applicationTerminated(bundleId(role)); });
+    connect(&_roster, &PlayerRoster::moved, this,
+            [this](PlayerRole role) { Q_EMIT playerMoved(bundleId(role)); });
     connect(&_roster, &PlayerRoster::outdated, this,
             [this](PlayerRole role) { Q_EMIT playerOutdated(bundleId(role)); });
 }
@@ -39,6 +41,16 @@ QString DesktopWorkspace::artworkAddress(const QString& bundleId) const
     const auto role = roleWithBundleId(bundleId);
     const MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
     return player == nullptr ? QString() : player->state().track.artworkUrl;
+}
+
+std::optional<PlaybackPosition> DesktopWorkspace::playbackPosition(const QString& bundleId) const
+{
+    const auto role = roleWithBundleId(bundleId);
+    const MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    if (player == nullptr || !player->isReady()) {
+        return std::nullopt;
+    }
+    return PlaybackPosition{.seconds = player->position(), .rate = player->rate()};
 }
 
 PlayerAbilities DesktopWorkspace::abilities(const QString& bundleId) const

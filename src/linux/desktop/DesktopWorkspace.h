@@ -14,6 +14,7 @@ public:
 
     bool isRunning(const QString& bundleId) const override;
     QString artworkAddress(const QString& bundleId) const override;
+    std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const override;
     std::optional<RunningApplication> frontmostApplication() const override;
 
     /// MPRIS has no ratings; Spotify takes them by key.

@@ -97,6 +97,7 @@ void MprisPlayer::setPosition(double seconds)
                        : _player.Seek(microseconds(target - position())));
     _clock.jump(target, _runLoop.uptime());
     askLater(catchingUp);
+    tellMove();
 }
 
 void MprisPlayer::raise()
@@ -145,6 +146,7 @@ void MprisPlayer::seeked(qlonglong microseconds)
     if (isNews && _isReady) {
         Q_EMIT outdated();
     }
+    tellMove();
 }
 
 /// Everything at once: players correct the length of a track, too, without a word.
@@ -259,6 +261,7 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
         askLater(catchingUp); // a length may be corrected, and where it is is certain by then
     }
     scheduleSettling();
+    tellMove();
 }
 
 void MprisPlayer::applyStatus(const QString& text)
@@ -333,6 +336,17 @@ void MprisPlayer::heard()
 void MprisPlayer::updateClock()
 {
     _clock.setRunning(_latest.status == Status::playing && !_isSilent, _runLoop.uptime());
+    tellMove();
+}
+
+/// What belongs to a track that is not shown yet waits for that.
+void MprisPlayer::tellMove()
+{
+    const Uptime now = _runLoop.uptime();
+    if (_isReady && _latest == _published && !_clock.agrees(_toldClock, now)) {
+        _toldClock = _clock;
+        Q_EMIT moved();
+    }
 }
 
 void MprisPlayer::scheduleSettling()
@@ -359,6 +373,7 @@ void MprisPlayer::settle()
 {
     _isSettling = false;
     if (_latest == _published) {
+        tellMove();
         return;
     }
     const Uptime now = _runLoop.uptime();
@@ -375,4 +390,5 @@ void MprisPlayer::settle()
     if (_isReady && PlayerChange{before, _published}.isMoreThanNews()) {
         Q_EMIT outdated();
     }
+    tellMove();
 }

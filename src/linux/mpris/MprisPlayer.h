@@ -50,6 +50,9 @@ public:
     /// Seconds from the start of the track.
     double position() const;
 
+    /// Track seconds that pass in a second; 0 while it stands still.
+    double rate() const { return _clock.rate(); }
+
     /// When it was last seen playing: now, while it plays; the distant past, if it never did.
     Uptime lastPlayed() const;
 
@@ -99,6 +102,9 @@ Q_SIGNALS:
     /// than playing explains, the player has stopped, the cover has come.
     void outdated();
 
+    /// It is elsewhere in the track of its state than was reckoned, or goes at another rate.
+    void moved();
+
 private:
     void ask();
     void askLater(double seconds);
@@ -113,6 +119,7 @@ private:
     void heard();
     void complain(const QString& complaint);
     void updateClock();
+    void tellMove();
     void scheduleSettling();
     void settle();
 
@@ -125,6 +132,7 @@ private:
     State _latest;
     State _published;
     PositionClock _clock;
+    PositionClock _toldClock; ///< as it was when `moved` was emitted last
     Uptime _lastPlayed = Uptime::distantPast();
     Uptime _playingSince = Uptime::distantPast();
     Uptime _lastHeard = Uptime::distantPast();

@@ -71,13 +71,17 @@ void PlayerRoster::add(MprisPlayer* player)
         }
     });
     connect(player, &MprisPlayer::changed, this, [this, player] { playerChanged(player); });
-    connect(player, &MprisPlayer::outdated, this, [this, player] {
-        for (const PlayerRole role : roles) {
-            if (_cast.value(role) == player) {
-                Q_EMIT outdated(role);
+    const auto passOn = [this, player](void (MprisPlayer::*from)(), void (PlayerRoster::*to)(PlayerRole)) {
+        connect(player, from, this, [this, player, to] {
+            for (const PlayerRole role : roles) {
+                if (_cast.value(role) == player) {
+                    Q_EMIT(this->*to)(role);
+                }
             }
-        }
-    });
+        });
+    };
+    passOn(&MprisPlayer::outdated, &PlayerRoster::outdated);
+    passOn(&MprisPlayer::moved, &PlayerRoster::moved);
     recast();
 }
 

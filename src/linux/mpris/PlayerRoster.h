@@ -36,6 +36,9 @@ Q_SIGNALS:
     /// say, or another one has taken over.
     void outdated(PlayerRole role);
 
+    /// The player of a role is elsewhere in its track than was reckoned, or goes at another rate.
+    void moved(PlayerRole role);
+
 private:
     void add(MprisPlayer* player);
     void remove(MprisPlayer* player);

@@ -7,6 +7,7 @@ namespace {
 
 constexpr double samePosition = 0.001;       // seconds
 constexpr double leastObservation = 0.5;     // seconds of playing before a standstill means anything
+constexpr double unnoticedDifference = 0.01; // seconds
 constexpr double noticeableDifference = 1.0; // seconds
 
 bool isSame(double a, double b)
@@ -20,6 +21,11 @@ double PositionClock::at(Uptime now) const
 {
     const double elapsed = _isRunning ? (now - _since) * _rate : 0;
     return within(_base + elapsed);
+}
+
+bool PositionClock::agrees(const PositionClock& other, Uptime now) const
+{
+    return rate() == other.rate() && std::abs(at(now) - other.at(now)) < unnoticedDifference;
 }
 
 double PositionClock::within(double seconds) const

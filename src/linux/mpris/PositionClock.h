@@ -17,6 +17,12 @@ public:
     /// Seconds from the start of the track: 0 or more, and no more than the length if that is known.
     double at(Uptime now) const;
 
+    /// Track seconds that pass in a second; 0 while it does not run.
+    double rate() const { return _isRunning ? _rate : 0; }
+
+    /// Whether both reckon the same from `now` on, to a hundredth of a second.
+    bool agrees(const PositionClock& other, Uptime now) const;
+
     /// Seconds; none when unknown.
     void setLength(std::optional<double> length) { _length = length; }
 

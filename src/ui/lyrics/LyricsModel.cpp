@@ -1,0 +1,126 @@
+#include "ui/lyrics/LyricsModel.h"
+
+#include "engine/NowPlayingService.h"
+#include "lyrics/LyricsService.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr double grace = 0.001; // seconds of the track: a timer that fires a little early need not fire twice
+
+} // namespace
+
+LyricsModel::LyricsModel(const Dependencies& dependencies)
+    : _of(dependencies)
+    , _demand(dependencies.service, dependencies.lyrics)
+{
+    connect(&_of.lyrics, &LyricsService::currentChanged, this, &LyricsModel::takeLyrics);
+    connect(&_of.lyrics, &LyricsService::isLoadingChanged, this, &LyricsModel::lyricsChanged);
+    connect(&_of.service, &NowPlayingService::clockChanged, this, &LyricsModel::follow);
+    connect(&_demand, &LyricsDemand::isShownChanged, this, &LyricsModel::follow);
+    takeLyrics();
+}
+
+int LyricsModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(_lines.size());
+}
+
+QVariant LyricsModel::data(const QModelIndex& index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const SyncedLyric& line = _lines[index.row()];
+    switch (role) {
+    case Qt::DisplayRole:
+    case TextRole:
+        return shownText(line);
+    case StateRole:
+        return QVariant::fromValue(index.row() == activeIndex()  ? LyricSlot::State::Active
+                                   : index.row() < activeIndex() ? LyricSlot::State::Past
+                                                                 : LyricSlot::State::Future);
+    case TimeRole:
+        return line.time;
+    case WordsRole: {
+        QStringList words;
+        for (const LyricWord& word : line.words.value_or(QList<LyricWord>())) {
+            words << word.text;
+        }
+        return words;
+    }
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> LyricsModel::roleNames() const
+{
+    return {{TextRole, "text"}, {StateRole, "state"}, {TimeRole, "time"}, {WordsRole, "words"}};
+}
+
+QString LyricsModel::placeholder() const
+{
+    return lyricsPlaceholder(_of.lyrics.current(), _of.lyrics.isLoading()).value_or(QString());
+}
+
+QString LyricsModel::plainText() const
+{
+    const auto current = _of.lyrics.current();
+    return current ? current->plain.value_or(QString()) : QString();
+}
+
+void LyricsModel::seekToLine(int row)
+{
+    if (row >= 0 && row < _lines.size()) {
+        _of.service.seekTo(_lines[row].time);
+    }
+}
+
+void LyricsModel::takeLyrics()
+{
+    const auto current = _of.lyrics.current();
+    const QList<SyncedLyric> lines = current ? current->synced : QList<SyncedLyric>();
+    if (lines != _lines) {
+        beginResetModel();
+        _lines = lines;
+        _sung = {};
+        endResetModel();
+        Q_EMIT activeIndexChanged();
+        Q_EMIT activeWordChanged();
+    }
+    Q_EMIT lyricsChanged();
+    follow();
+}
+
+/// Finds out what is sung now and wakes up when that changes, if anybody looks.
+void LyricsModel::follow()
+{
+    _change.reset();
+    if (!_demand.isShown()) {
+        return;
+    }
+    const Uptime now = _of.runLoop.uptime();
+    const TrackClock clock = _of.service.clock();
+    setSung(sungSoFar(_lines, clock.at(now) + grace));
+    if (const auto wait = _sung.next ? clock.until(*_sung.next, now) : std::nullopt) {
+        _change = _of.runLoop.once(*wait, this, [this] { follow(); });
+    }
+}
+
+void LyricsModel::setSung(const SungSoFar& sung)
+{
+    const int before = activeIndex();
+    const bool isOtherWord = sung.words != _sung.words || sung.line != _sung.line;
+    _sung = sung;
+    const int now = activeIndex();
+    if (now != before) {
+        Q_EMIT dataChanged(index(std::max(0, std::min(before, now))), index(std::max(before, now)),
+                           {StateRole});
+        Q_EMIT activeIndexChanged();
+    }
+    if (isOtherWord) {
+        Q_EMIT activeWordChanged();
+    }
+}

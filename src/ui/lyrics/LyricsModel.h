@@ -1,0 +1,83 @@
+#pragma once
+
+#include "base/RunLoop.h"
+#include "lyrics/Lyrics.h"
+#include "ui/lyrics/LyricSlot.h"
+#include "ui/lyrics/LyricsDemand.h"
+
+#include <QAbstractListModel>
+#include <QQmlEngine>
+
+#include <memory>
+
+class LyricsService;
+class NowPlayingService;
+
+/// The lines of the track that plays, and which of them is sung now. One for all views: each says with
+/// `setShown` when it shows lyrics, and while none does nothing is looked up and nothing runs.
+class LyricsModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the program")
+    Q_PROPERTY(int activeIndex READ activeIndex NOTIFY activeIndexChanged)
+    Q_PROPERTY(int activeWord READ activeWord NOTIFY activeWordChanged)
+    Q_PROPERTY(bool isSynced READ isSynced NOTIFY lyricsChanged)
+    Q_PROPERTY(QString placeholder READ placeholder NOTIFY lyricsChanged)
+    Q_PROPERTY(QString plainText READ plainText NOTIFY lyricsChanged)
+
+public:
+    /// What the model builds on. Everything outlives it.
+    struct Dependencies {
+        NowPlayingService& service;
+        LyricsService& lyrics;
+        RunLoop& runLoop;
+    };
+
+    /// In QML by their names "text", "state", "time" and "words".
+    enum Role {
+        TextRole = Qt::UserRole, ///< as a view shows it: a note for an empty line
+        StateRole,               ///< a LyricSlot::State
+        TimeRole,                ///< seconds from the start of the track
+        WordsRole                ///< the texts of its words; empty when they have no times
+    };
+
+    explicit LyricsModel(const Dependencies& dependencies);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// The row of the line that is sung; -1 before the first.
+    int activeIndex() const { return static_cast<int>(_sung.line.value_or(-1)); }
+    /// How many words of that line have begun; 0 when they have no times.
+    int activeWord() const { return static_cast<int>(_sung.words); }
+    /// Whether there are lines.
+    bool isSynced() const { return !_lines.isEmpty(); }
+    /// What to show in place of lines; empty when there are lines.
+    QString placeholder() const;
+    /// The text without times; empty when there is none.
+    QString plainText() const;
+
+    /// Goes to where a line begins. Nothing for a row that there is not.
+    Q_INVOKABLE void seekToLine(int row);
+
+    /// Says whether a view shows the lines. One that is destroyed does not.
+    Q_INVOKABLE void setShown(QObject* view, bool isShown) { _demand.setShown(view, isShown); }
+
+Q_SIGNALS:
+    void activeIndexChanged();
+    void activeWordChanged();
+    void lyricsChanged();
+
+private:
+    void takeLyrics();
+    void follow();
+    void setSung(const SungSoFar& sung);
+
+    Dependencies _of;
+    LyricsDemand _demand;
+    QList<SyncedLyric> _lines;
+    SungSoFar _sung;
+    std::unique_ptr<RunLoop::Timer> _change; ///< of the line or the word; none while there is none to come
+};
