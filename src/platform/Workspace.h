@@ -20,8 +20,17 @@ struct PlayerAbilities {
 
 /// Where a player is in its track at the moment.
 struct PlaybackPosition {
-    double seconds = 0; ///< from the start of the track
+    double seconds = 0; ///< from the start of the track; below 0 while that has yet to begin
     double rate = 0;    ///< track seconds that pass in a second; 0 while it stands still
+};
+
+/// The track that a player is at, as the player tells of it.
+struct PlayerTrack {
+    QString title;
+    QString artist = {};
+    QString album = {};
+    QUrl location = {};  ///< of its file or stream; empty when unknown
+    QString lyrics = {}; ///< its text, with times or without; empty when the player has none to hand out
 };
 
 /// The applications that run on this desktop, by bundle identifier.
@@ -36,6 +45,9 @@ public:
     /// Where a running player says the cover of its current track is: a web address, a file's, or one that
     /// holds the image itself. Empty when the player says nothing of it.
     virtual QString artworkAddress(const QString& bundleId) const = 0;
+
+    /// None when no such player runs, or it is at no track.
+    virtual std::optional<PlayerTrack> playerTrack(const QString& bundleId) const = 0;
 
     /// As exactly as the desktop knows it; none when no such player runs or its place is unknown.
     virtual std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const = 0;

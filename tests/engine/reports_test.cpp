@@ -80,6 +80,53 @@ private Q_SLOTS:
         }
     }
 
+    void clockReckons()
+    {
+        // the place at 100 s, the rate, the time; where it is, and how long until it is at 20 s
+        for (const auto& [place, rate, time, at, until] :
+             std::initializer_list<std::tuple<double, double, double, double, std::optional<double>>>{
+                 {10, 1, 104, 14, 6},
+                 {10, 1.5, 104, 16, 4 / 1.5},
+                 {10, 0, 104, 10, {}},
+                 {10, 1, 111, 21, {}},
+                 {-2, 1, 101, 0, 21},
+                 {10, 1, 200, 30, {}}}) {
+            const TrackClock clock{.place = place, .since = {100}, .rate = rate, .length = 30};
+            QCOMPARE(clock.at({time}), at);
+            QCOMPARE(clock.until(20, {time}), until);
+            QVERIFY(!clock.until(31, {time})); // behind the end
+        }
+    }
+
+    /// What has elapsed is counted once a second; where the track is, is known at any time.
+    void clockFollowsThePlayer()
+    {
+        EngineFixture engine(7, u"playing"_s);
+        const auto place = [&](double seconds) {
+            engine.desktop.runLoop.advance(seconds);
+            return engine.service->position();
+        };
+        QSignalSpy changes(engine.service.get(), &NowPlayingService::clockChanged);
+        QCOMPARE(place(2.4), 14.4);
+        QVERIFY(changes.isEmpty());
+        const QVariantMap same{{u"Name"_s, u"Song"_s}, {u"Artist"_s, u"Band"_s}};
+        const auto tell = [&](const QString& state, const QVariantMap& info) {
+            QVariantMap all = info;
+            all[u"Player State"_s] = state;
+            engine.notify(Player::appleMusic, all);
+        };
+        tell(u"Paused"_s, same);
+        QCOMPARE(place(5), 14.4);
+        tell(u"Playing"_s, same);
+        QCOMPARE(place(0.6), 15.0);
+        engine.service->seekTo(100);
+        QCOMPARE(place(0.25), 100.25);
+        tell(u"Playing"_s, musicInfo(u"Playing"_s));
+        QCOMPARE(place(0.02), 0.02);
+        tell(u"Stopped"_s, {});
+        QCOMPARE(place(0.005), 0.02);
+    }
+
     void musicTells()
     {
         EngineFixture engine(7, u"playing"_s);

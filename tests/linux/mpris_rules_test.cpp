@@ -1,4 +1,5 @@
 #include "linux/mpris/MprisTrack.h"
+#include "linux/mpris/PlayerChange.h"
 #include "linux/mpris/PositionClock.h"
 
 #include <QTest>
@@ -74,6 +75,55 @@ private Q_SLOTS:
         clock.jump(-4, {203});
         clock.setRunning(false, {203});
         QCOMPARE(clock.at({203}), 0.0);
+    }
+
+    /// Readings are a tenth of a second late or more, as of a player that looks at its place now and then.
+    void takesTheBestOfLateReadings()
+    {
+        PositionClock clock;
+        clock.jump(50, {100});
+        clock.setRunning(true, {100});
+        for (const auto& [time, seconds, expected] : {std::tuple(102.0, 51.9, 52.0),
+                                                      {102.2, 51.95, 52.2},
+                                                      {102.4, 52.35, 52.35}, // the best of three
+                                                      {110.0, 60.2, 60.2},
+                                                      {111.0, 61.0, 61.2},
+                                                      {111.1, 61.0, 61.3}}) { // ahead; whole seconds
+            clock.observe(seconds, {time});
+            QCOMPARE(clock.at({time}), expected);
+        }
+        clock.setRate(2, {112});
+        QVERIFY(clock.isInDoubt());
+        clock.observe(62, {112});
+        QCOMPARE(clock.at({113}), 64.0); // a change of rate is heard later than it is told
+    }
+
+    void knowsATrackThatIsAnnouncedEarly()
+    {
+        for (const auto& [reading, expected] : {std::pair(-0.4, -0.3), {0.3, 0.4}, {39.7, 0.2}, {0.0, 0.2}}) {
+            PositionClock clock;
+            clock.jump(39.5, {100});
+            clock.setRunning(true, {100});
+            clock.restart({100.2});
+            clock.observe(reading, {100.3});
+            QCOMPARE(clock.place({100.4}), expected); // no other is of this track
+            QCOMPARE(clock.at({100.4}), std::max(0.0, expected));
+        }
+    }
+
+    void tellsTracksApart()
+    {
+        const auto playing = [](const QString& title, const QString& id, const QString& location) {
+            return MprisPlayer::State{MprisPlayer::Status::playing,
+                                      {.id = id, .title = title, .location = location}};
+        };
+        const auto before = playing(u"a.flac"_s, u"/1"_s, u"file:///a.flac"_s);
+        for (const auto& [title, id, location, isOther] :
+             {std::tuple(u"A"_s, u"/1"_s, u"file:///a.flac"_s, false), // the tags come later
+              {u"A"_s, u"/1"_s, u"file:///b.flac"_s, true},
+              {u"a.flac"_s, u"/2"_s, u"file:///a.flac"_s, true}}) {
+            QCOMPARE((PlayerChange{before, playing(title, id, location)}.isOtherTrack()), isOther);
+        }
     }
 
     void disbelievesFrozenPositions_data()

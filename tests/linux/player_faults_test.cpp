@@ -244,9 +244,9 @@ void PlayerFaultsTest::doesNotChaseAnswers_data()
     QTest::addColumn<bool>("isAnnounced");
     QTest::addColumn<QVariantMap>("lie");
     QTest::addColumn<int>("most"); // questions in a second and a half
-    QTest::newRow("it is behind the end") << false << at(300) << 4;
-    QTest::newRow("at a change of track, for a moment") << true << at(300) << 4;
-    QTest::newRow("it answers another place each time") << false << at(10) << 4;
+    QTest::newRow("it is behind the end") << false << at(300) << 6;
+    QTest::newRow("at a change of track, for a moment") << true << at(300) << 6;
+    QTest::newRow("it answers another place each time") << false << at(10) << 6;
     QTest::newRow("it tells that it no longer knows") << true << QVariantMap() << 20;
 }
 

@@ -25,6 +25,7 @@ constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
 constexpr double answerAge = 1;      // seconds for which an answer is good enough
 constexpr double questionRest = 0.1; // seconds between two questions
+constexpr double checkRest = 0.2;    // seconds between two about a place in doubt
 // A timer may fire a little early.
 constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
@@ -64,6 +65,11 @@ MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop
 double MprisPlayer::position() const
 {
     return _clock.at(_runLoop.uptime());
+}
+
+double MprisPlayer::place() const
+{
+    return _clock.place(_runLoop.uptime());
 }
 
 Uptime MprisPlayer::lastPlayed() const
@@ -245,10 +251,15 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
     if (properties.contains(statusName)) {
         applyStatus(properties[statusName].toString());
     }
+    const double rateBefore = rate();
     _clock.setRate(properties.value(QStringLiteral("Rate")).toDouble(), now);
+    if (isAnnounced && _latest.status == before.status && rate() != rateBefore) {
+        ask();
+    }
     const bool isOtherTrack = _isReady && PlayerChange{before, _latest}.isOtherTrack();
     if (isOtherTrack) {
         _clock.restart(now);
+        ask(); // it may be announced before it begins
     }
     bool isNumber = false;
     const double seconds = properties.value(positionName).toDouble(&isNumber) / microsecondsASecond;
@@ -262,6 +273,18 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
     }
     scheduleSettling();
     tellMove();
+    checkPlace();
+}
+
+void MprisPlayer::checkPlace()
+{
+    if (!_clock.isInDoubt() || std::exchange(_isCheckDue, true)) {
+        return;
+    }
+    _runLoop.after(checkRest, this, [this] {
+        _isCheckDue = false;
+        ask();
+    });
 }
 
 void MprisPlayer::applyStatus(const QString& text)
