@@ -5,6 +5,8 @@
 #include "lyrics/AppleMusicLyricsService.h"
 #include "lyrics/LrcParser.h"
 #include "lyrics/LyricsService.h"
+#include "platform/BundleId.h"
+#include "support/FakePlatform.h"
 #include "support/HttpStandIn.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
@@ -12,6 +14,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace Qt::Literals::StringLiterals;
 using Answer = HttpStandIn::Answer;
@@ -56,7 +60,8 @@ private Q_SLOTS:
         _defaults.setObject(u"com.orvalen.pellar.endpoint.lyrics"_s, _server->address());
         _appleMusic.reset();
         _service = std::make_unique<LyricsService>(
-            _runLoop, _notifications, _defaults, [this](const auto&, QObject* context, auto completion) {
+            _runLoop, _notifications, _defaults, _workspace,
+            [this](const auto&, QObject* context, auto completion) {
                 _runLoop.after(0, context, [this, completion] { completion(_appleMusic); });
             });
         _log.take();
@@ -135,6 +140,45 @@ private Q_SLOTS:
         QCOMPARE(fetched(u"B"_s), u"2 née 1"_s);
         _defaults.setObject(u"com.orvalen.pellar.endpoint.lyrics"_s, u"nowhere"_s);
         QCOMPARE(fetched(u"C"_s), u"none 0"_s);
+    }
+
+    void findsWordsOnThisMachine()
+    {
+        const QByteArray lrc = "[00:01]a\r\n[00:02]b\r\n";
+        _server->answer(exact, {.body = R"({"plainLyrics":"asked"})"});
+        int song = 0;
+        for (const auto& [name, content, told, expected, complaints] :
+             std::vector<std::tuple<const char*, QByteArray, QString, QString, int>>{
+                 {"lines", lrc, u"told"_s, u"2  0"_s, 0},
+                 {"a mark", "\xef\xbb\xbf[00:01]a", {}, u"1  0"_s, 0},
+                 {"UTF-16", QByteArray::fromHex("fffe5b0030003a0031005d006100"), {}, u"1  0"_s, 0},
+                 {"no times", "a\rb", u"told"_s, u"0 a\nb 0"_s, 0},
+                 {"nothing in it", " \n", u"[0:1]told"_s, u"1  0"_s, 0},
+                 {"bad bytes", "[00:01]\xff", u"told"_s, u"0 told 0"_s, 1},
+                 {"a nought", QByteArray("[00:01]\0", 8), {}, u"0 asked 1"_s, 1},
+                 {"huge", QByteArray(1'000'000, 'a'), {}, u"0 asked 1"_s, 1},
+                 {"folder", {}, {}, u"0 asked 1"_s, 1},
+                 {"pipe", {}, {}, u"0 asked 1"_s, 1},
+                 {"link to a device", {}, {}, u"0 asked 1"_s, 1},
+                 {"no file", {}, {}, u"0 asked 1"_s, 0}}) {
+            const QString path = _folder.filePath(u"夜 %1.%2"_s.arg(++song).arg(QLatin1String(name)));
+            putFile(path + u".lrc", content, name);
+            const QString title = u"Song %1"_s.arg(song);
+            tell({.title = title, .location = QUrl::fromLocalFile(path + u".flac"), .lyrics = told});
+            _log.take();
+            QVERIFY2(fetched(title) == expected, name);
+            QVERIFY2(_log.take().filter(path + u".lrc: ").size() == complaints, name);
+        }
+        QCOMPARE(fetched(u"Song 1"_s), u"2  0"_s); // remembered
+        // The player is at another track, or elsewhere; or the file has no tags.
+        const QUrl first = QUrl::fromLocalFile(_folder.filePath(u"夜 1.lines.flac"_s));
+        tell({.title = u"T"_s, .location = first});
+        QCOMPARE(fetched(u"X"_s), u"0 asked 1"_s);
+        tell({.title = u"Y"_s, .location = QUrl(u"file://elsewhere"_s + first.path())});
+        QCOMPARE(fetched(u"Y"_s), u"0 asked 1"_s);
+        tell({.title = u"T"_s, .artist = u""_s, .location = first});
+        QCOMPARE(fetched(u"T"_s, {}), u"none 0"_s);
+        QTRY_COMPARE(shown(), u"2 "_s);
     }
 
     void ignoresLateAnswers()
@@ -279,6 +323,29 @@ private Q_SLOTS:
     }
 
 private:
+    /// Has a player be at this track, of B's C unless it says otherwise.
+    void tell(PlayerTrack track)
+    {
+        track.artist = track.artist.isNull() ? u"B"_s : track.artist;
+        track.album = u"C"_s;
+        _workspace.tracks[BundleId::music] = track;
+    }
+    static void putFile(const QString& path, const QByteArray& content, const QByteArray& kind)
+    {
+        const QByteArray name = QFile::encodeName(path);
+        if (kind == "folder") {
+            QDir().mkdir(path);
+        } else if (kind == "pipe") {
+            mkfifo(name, 0600);
+        } else if (kind.startsWith("link")) {
+            QFile::link(u"/dev/zero"_s, path);
+        } else if (kind != "no file") {
+            QFile file(path);
+            file.open(QIODevice::WriteOnly);
+            file.write(content);
+        }
+    }
+
     /// What is shown at the end, and how many requests it took: "2 née 1", "none 0".
     QString fetched(const QString& title, const QString& artist = u"B"_s, const QString& album = u"C"_s)
     {
@@ -297,6 +364,8 @@ private:
     EventLoop _runLoop;
     NotificationCenter _notifications;
     MemoryDefaults _defaults;
+    FakeWorkspace _workspace;
+    QTemporaryDir _folder;
     std::unique_ptr<HttpStandIn> _server;
     std::optional<QList<SyncedLyric>> _appleMusic; ///< what it answers
     std::unique_ptr<LyricsService> _service;
