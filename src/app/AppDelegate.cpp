@@ -5,6 +5,7 @@
 #include "app/TrayIcon.h"
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "base/NotificationCenter.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
@@ -19,8 +20,15 @@
 #include "ui/menu/PellarMenuPanel.h"
 #include "ui/pill/PillColors.h"
 #include "ui/pill/PillModel.h"
+#include "ui/preview/PellarPreviewPanel.h"
 
 #include <QMouseEvent>
+
+namespace {
+
+const QString previewToggled = QStringLiteral("com.orvalen.pellar.togglePreview");
+
+} // namespace
 
 AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance)
     : _platform(platform)
@@ -63,6 +71,8 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching()
 {
     _audioCapture.startAudioCapture();
+    _platform.notifications.observe(previewToggled, this, [this](const QVariantMap&) { togglePreview(); });
+    _contextMenu.commands.togglePreview = [this] { _platform.notifications.post(previewToggled); };
     setup();
 }
 
@@ -127,6 +137,9 @@ void AppDelegate::refreshMenus()
 
 void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 {
+    if (_livePreviewPanel) {
+        _livePreviewPanel->close();
+    }
     if (MenuStyleManager::shared().style == PellarMenuStyle::classic) {
         presentClassicMenu(event.globalPosition().toPoint());
     } else if (_liveMenuPanel) {
@@ -155,4 +168,26 @@ void AppDelegate::presentGlassMenu()
         [this] { return _contextMenu.items(); }, _hosting->geometry());
     _liveMenuPanel->onClose = [this] { _liveMenuPanel.release()->deleteLater(); };
     _liveMenuPanel->present();
+}
+
+/// Only one of the two panels is open at a time.
+void AppDelegate::togglePreview()
+{
+    if (_livePreviewPanel) {
+        _livePreviewPanel->close();
+        return;
+    }
+    if (_liveMenuPanel) {
+        _liveMenuPanel->close();
+    }
+    _livePreviewPanel = std::make_unique<PellarPreviewPanel>(
+        Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
+        TrackModel::Dependencies{.service = _service,
+                                 .theme = ThemeManager::shared(),
+                                 .power = PowerModeManager::shared(),
+                                 .appearance = _appearance,
+                                 .runLoop = _platform.runLoop},
+        _hosting->geometry());
+    _livePreviewPanel->onClose = [this] { _livePreviewPanel.release()->deleteLater(); };
+    _livePreviewPanel->present();
 }

@@ -15,6 +15,7 @@ class Appearance;
 class ClassicMenu;
 class KeyboardClaim;
 class PellarMenuPanel;
+class PellarPreviewPanel;
 class PillModel;
 class PillVisibilityManager;
 class QMenu;
@@ -26,7 +27,7 @@ class UserDefaults;
 struct Platform;
 
 /// Builds the program's parts and wires them: the engine and what it hears and commands, the status item with
-/// its pill, the menus.
+/// its pill, the menus, the preview.
 class AppDelegate : public QObject
 {
     Q_OBJECT
@@ -46,6 +47,7 @@ private:
     void presentRightClickMenu(const QMouseEvent& event);
     void presentClassicMenu(QPoint place);
     void presentGlassMenu();
+    void togglePreview();
 
     Platform& _platform;
     UserDefaults& _defaults;
@@ -62,6 +64,7 @@ private:
     std::unique_ptr<StatusItem> _statusItem;
     std::unique_ptr<TrayIcon> _trayIcon;
     std::unique_ptr<QMenu> _classicMenu;
-    std::unique_ptr<KeyboardClaim> _menuKeyboard;    ///< the classic menu's
-    std::unique_ptr<PellarMenuPanel> _liveMenuPanel; ///< while it exists
+    std::unique_ptr<KeyboardClaim> _menuKeyboard;          ///< the classic menu's
+    std::unique_ptr<PellarMenuPanel> _liveMenuPanel;       ///< while it exists
+    std::unique_ptr<PellarPreviewPanel> _livePreviewPanel; ///< while it exists
 };
