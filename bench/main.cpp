@@ -273,6 +273,8 @@ void measureCovers(const PillWatch& pill)
 /// Prints how fast and how small the program is. Has to run in a private desktop session.
 int main(int argc, char** argv)
 {
+    qputenv("QT_XCB_NO_MITSHM", "1"); // as the program does
+    qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     importQmlModules();
     QApplication application(argc, argv);

@@ -19,7 +19,7 @@ namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.panel")
 
-constexpr double frameInterval = 1.0 / 60; // seconds
+constexpr double frameInterval = 0.015; // seconds; a screen may leave some frames out
 constexpr double shadowReach = 28;         // points
 
 QScreen* screenOf(const QRect& pill)
