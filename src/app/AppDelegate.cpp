@@ -6,6 +6,7 @@
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
 #include "base/NotificationCenter.h"
+#include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
@@ -16,6 +17,7 @@
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
 #include "prefs/WidgetManager.h"
+#include "ui/lyrics/LyricsModel.h"
 #include "ui/menu/ClassicMenu.h"
 #include "ui/menu/PellarMenuPanel.h"
 #include "ui/pill/PillColors.h"
@@ -187,7 +189,16 @@ void AppDelegate::togglePreview()
                                  .power = PowerModeManager::shared(),
                                  .appearance = _appearance,
                                  .runLoop = _platform.runLoop},
-        _hosting->geometry());
+        lyrics(), _hosting->geometry());
     _livePreviewPanel->onClose = [this] { _livePreviewPanel.release()->deleteLater(); };
     _livePreviewPanel->present();
+}
+
+LyricsModel& AppDelegate::lyrics()
+{
+    if (!_lyrics) {
+        _lyrics = std::make_unique<LyricsModel>(LyricsModel::Dependencies{
+            .service = _service, .lyrics = LyricsService::shared(), .runLoop = _platform.runLoop});
+    }
+    return *_lyrics;
 }

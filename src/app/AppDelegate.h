@@ -14,6 +14,7 @@
 class Appearance;
 class ClassicMenu;
 class KeyboardClaim;
+class LyricsModel;
 class PellarMenuPanel;
 class PellarPreviewPanel;
 class PillModel;
@@ -48,6 +49,7 @@ private:
     void presentClassicMenu(QPoint place);
     void presentGlassMenu();
     void togglePreview();
+    LyricsModel& lyrics();
 
     Platform& _platform;
     UserDefaults& _defaults;
@@ -66,5 +68,6 @@ private:
     std::unique_ptr<QMenu> _classicMenu;
     std::unique_ptr<KeyboardClaim> _menuKeyboard;          ///< the classic menu's
     std::unique_ptr<PellarMenuPanel> _liveMenuPanel;       ///< while it exists
+    std::unique_ptr<LyricsModel> _lyrics;                  ///< from its first use on
     std::unique_ptr<PellarPreviewPanel> _livePreviewPanel; ///< while it exists
 };

@@ -1,5 +1,6 @@
 #include "ui/preview/PellarPreviewPanel.h"
 
+#include "ui/lyrics/LyricsModel.h"
 #include "ui/preview/PreviewPlacement.h"
 
 #include <QQuickView>
@@ -21,12 +22,13 @@ const PanelStyle& style()
 } // namespace
 
 PellarPreviewPanel::PellarPreviewPanel(const Desktop& desktop, const TrackModel::Dependencies& shown,
-                                       const QRect& pill)
+                                       LyricsModel& lyrics, const QRect& pill)
     : Panel(desktop, style(), pill)
     , _track(shown)
 {
     setView(QUrl(QStringLiteral("qrc:/Pellar/Preview/PellarPreviewView.qml")),
-            {{QStringLiteral("track"), QVariant::fromValue(&_track)}});
+            {{QStringLiteral("track"), QVariant::fromValue(&_track)},
+             {QStringLiteral("lyrics"), QVariant::fromValue(&lyrics)}});
 }
 
 /// The view goes before what it shows.

@@ -1,5 +1,6 @@
 import QtQuick
 import Pellar.Controls
+import Pellar.Lyrics
 import Pellar.Panel
 import Pellar.Track
 
@@ -7,6 +8,7 @@ PanelView {
     id: root
 
     required property TrackModel track
+    required property LyricsModel lyrics
     readonly property var scrubFrac: track.scrubFrac
     readonly property alias progressHovering: scrubBar.progressHovering
     readonly property alias hoveringButton: transport.hoveringButton
@@ -14,7 +16,7 @@ PanelView {
     readonly property real margin: 24
 
     implicitWidth: 380
-    implicitHeight: transport.y + transport.height + 16
+    implicitHeight: words.y + words.height + 10
 
     Accessible.role: Accessible.Pane
     Accessible.name: qsTr("Now Playing")
@@ -93,6 +95,16 @@ PanelView {
         anchors.horizontalCenter: parent.horizontalCenter
         y: scrubBar.y + scrubBar.height
         spacing: 14
+        track: root.track
+    }
+    LyricsPane {
+        id: words
+
+        x: root.margin
+        y: transport.y + transport.height + 4
+        width: parent.width - 2 * x
+        height: 172
+        lyrics: root.lyrics
         track: root.track
     }
 }

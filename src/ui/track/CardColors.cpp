@@ -14,6 +14,7 @@ CardColors CardColors::on(const QColor& ground, bool isDark, const std::optional
     CardColors colors{
         .text = inkAt(isDark ? 0.97 : 0.9),
         .dimmedText = inkAt(isDark ? 0.68 : 0.66),
+        .quietText = inkAt(isDark ? 0.68 : 0.66),
         .plate = inkAt(isDark ? 0.1 : 0.07),
         .highlight = inkAt(isDark ? 0.14 : 0.08),
         .pressed = inkAt(isDark ? 0.24 : 0.15),

@@ -12,6 +12,7 @@ struct CardColors {
     QML_VALUE_TYPE(cardColors)
     Q_PROPERTY(QColor text MEMBER text CONSTANT)
     Q_PROPERTY(QColor dimmedText MEMBER dimmedText CONSTANT)
+    Q_PROPERTY(QColor quietText MEMBER quietText CONSTANT)
     Q_PROPERTY(QColor plate MEMBER plate CONSTANT)
     Q_PROPERTY(QColor highlight MEMBER highlight CONSTANT)
     Q_PROPERTY(QColor pressed MEMBER pressed CONSTANT)
@@ -24,6 +25,7 @@ struct CardColors {
 public:
     QColor text;
     QColor dimmedText; ///< of less weight; still to be read easily
+    QColor quietText;  ///< of still less, beside text that is lit; as faint as can be read
     QColor plate;      ///< where a cover would be
     QColor highlight;  ///< behind the button under the pointer
     QColor pressed;    ///< behind a button that is held down

@@ -86,6 +86,19 @@ bool isReadable(const QImage& ground, const QColor& text)
     return true;
 }
 
+/// The text's colour with no more opacity than it takes to be read on the ground.
+QColor faintestText(const QImage& ground, const QColor& text)
+{
+    constexpr float step = 0.02F;
+    constexpr float least = 0.42F;
+    QColor faintest = text;
+    for (QColor fainter = text; fainter.alphaF() > least && isReadable(ground, fainter);
+         fainter.setAlphaF(fainter.alphaF() - step)) {
+        faintest = fainter;
+    }
+    return faintest;
+}
+
 /// Seen through glass that is no denser than text on it needs.
 QImage seenThroughGlass(const QImage& image, bool isDark, const std::optional<QColor>& tint)
 {
@@ -129,7 +142,8 @@ CardLook CardLook::make(const QImage& cover, bool isDark, const std::optional<QC
     }
     const QImage seen = seenThroughGlass(small, isDark, tint);
     const QColor middle = seen.scaled(1, 1, Qt::IgnoreAspectRatio, Qt::SmoothTransformation).pixelColor(0, 0);
+    CardColors colors = CardColors::on(middle, isDark, tint);
+    colors.quietText = faintestText(seen, colors.dimmedText);
     const QImage stretched = seen.scaled(backdropSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    return {.backdrop = blurred(stretched.convertToFormat(QImage::Format_RGB32), 3),
-            .colors = CardColors::on(middle, isDark, tint)};
+    return {.backdrop = blurred(stretched.convertToFormat(QImage::Format_RGB32), 3), .colors = colors};
 }

@@ -1,0 +1,51 @@
+#include "ui/preview/LyricsLayout.h"
+
+#include <QTextOption>
+
+#include <algorithm>
+
+LyricsLayout::LyricsLayout(const QStringList& lines, const QFont& font, double width)
+{
+    QTextOption option(Qt::AlignHCenter);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    double top = 0;
+    for (const QString& line : lines) {
+        auto text = std::make_unique<QTextLayout>(line, font);
+        option.setTextDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+        text->setTextOption(option);
+        text->setCacheEnabled(true);
+        text->beginLayout();
+        double height = 0;
+        for (QTextLine row = text->createLine(); row.isValid(); row = text->createLine()) {
+            row.setLineWidth(width);
+            row.setPosition({0, height});
+            height += row.height();
+        }
+        text->endLayout();
+        _lines.push_back({.text = std::move(text), .top = top, .height = height});
+        top += height + gap;
+    }
+}
+
+std::optional<int> LyricsLayout::lineAt(double y) const
+{
+    if (y < 0 || y >= height()) {
+        return std::nullopt;
+    }
+    const auto below = std::find_if(_lines.begin(), _lines.end(),
+                                    [y](const Line& line) { return y < line.top + line.height + gap / 2; });
+    return static_cast<int>(below - _lines.begin());
+}
+
+QList<int> LyricsLayout::wordStarts(const QString& text, const QStringList& words)
+{
+    QList<int> starts;
+    qsizetype end = 0;
+    for (const QString& word : words) {
+        const qsizetype found = text.indexOf(word, end);
+        starts << static_cast<int>(found < 0 ? end : found);
+        end = found < 0 ? end : found + word.size();
+    }
+    starts << static_cast<int>(text.size());
+    return starts;
+}
