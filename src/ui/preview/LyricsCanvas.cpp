@@ -165,9 +165,9 @@ double LyricsCanvas::placed(double place) const
     if (_model != nullptr && _model->isSynced()) {
         return std::clamp(place, _layout.lines().front().middle(), _layout.lines().back().middle());
     }
-    const double first = anchor() - fadeHeight / 2;
+    const double first = anchor() - fadeHeight * 0.8;
     return std::clamp(place, first,
-                      std::max(first, _layout.height() - (height() - anchor()) + fadeHeight / 2));
+                      std::max(first, _layout.height() - (height() - anchor()) + fadeHeight * 0.8));
 }
 
 void LyricsCanvas::lookAt(double place)

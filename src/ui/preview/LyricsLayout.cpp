@@ -3,6 +3,40 @@
 #include <QTextOption>
 
 #include <algorithm>
+#include <utility>
+
+namespace {
+
+/// Wraps a text to a width and centres its rows in a field. The height it takes, and the number of rows.
+std::pair<double, int> wrap(QTextLayout& text, double width, double field)
+{
+    double height = 0;
+    text.beginLayout();
+    for (QTextLine row = text.createLine(); row.isValid(); row = text.createLine()) {
+        row.setLineWidth(width);
+        row.setPosition({(field - width) / 2, height});
+        height += row.height();
+    }
+    text.endLayout();
+    return {height, text.lineCount()};
+}
+
+/// Wraps a text so that its rows are about as long as each other: none is left with a word alone.
+double wrapEvenly(QTextLayout& text, double field)
+{
+    constexpr double step = 6; // points
+    auto [height, rows] = wrap(text, field, field);
+    if (rows < 2) {
+        return height;
+    }
+    double width = field;
+    while (width > field / 2 && wrap(text, width - step, field).second == rows) {
+        width -= step;
+    }
+    return wrap(text, width, field).first;
+}
+
+} // namespace
 
 LyricsLayout::LyricsLayout(const QStringList& lines, const QFont& font, double width)
 {
@@ -14,14 +48,7 @@ LyricsLayout::LyricsLayout(const QStringList& lines, const QFont& font, double w
         option.setTextDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
         text->setTextOption(option);
         text->setCacheEnabled(true);
-        text->beginLayout();
-        double height = 0;
-        for (QTextLine row = text->createLine(); row.isValid(); row = text->createLine()) {
-            row.setLineWidth(width);
-            row.setPosition({0, height});
-            height += row.height();
-        }
-        text->endLayout();
+        const double height = wrapEvenly(*text, width);
         _lines.push_back({.text = std::move(text), .top = top, .height = height});
         top += height + gap;
     }
