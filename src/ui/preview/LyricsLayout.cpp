@@ -1,5 +1,6 @@
 #include "ui/preview/LyricsLayout.h"
 
+#include <QFontMetricsF>
 #include <QTextOption>
 
 #include <algorithm>
@@ -29,8 +30,14 @@ double wrapEvenly(QTextLayout& text, double field)
     if (rows < 2) {
         return height;
     }
+    double least = field / 2;
+    const QStringList words = text.text().split(u' ');
+    for (const QString& word : words) {
+        const double length = QFontMetricsF(text.font()).horizontalAdvance(word);
+        least = length <= field ? std::max(least, length) : least; // no word is broken for this
+    }
     double width = field;
-    while (width > field / 2 && wrap(text, width - step, field).second == rows) {
+    while (width - step > least && wrap(text, width - step, field).second == rows) {
         width -= step;
     }
     return wrap(text, width, field).first;
