@@ -23,6 +23,7 @@
 #include "ui/pill/PillColors.h"
 #include "ui/pill/PillModel.h"
 #include "ui/preview/PellarPreviewPanel.h"
+#include "ui/widget/FloatingWidget.h"
 
 #include <QMouseEvent>
 
@@ -107,6 +108,7 @@ void AppDelegate::setup()
     _statusItem->setView(_hosting.get());
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
+    setUpWidget();
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
@@ -184,12 +186,7 @@ void AppDelegate::togglePreview()
     }
     _livePreviewPanel = std::make_unique<PellarPreviewPanel>(
         Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
-        TrackModel::Dependencies{.service = _service,
-                                 .theme = ThemeManager::shared(),
-                                 .power = PowerModeManager::shared(),
-                                 .appearance = _appearance,
-                                 .runLoop = _platform.runLoop},
-        lyrics(), _hosting->geometry());
+        shownTrack(), lyrics(), _hosting->geometry());
     _livePreviewPanel->onClose = [this] { _livePreviewPanel.release()->deleteLater(); };
     _livePreviewPanel->present();
 }
@@ -201,4 +198,28 @@ LyricsModel& AppDelegate::lyrics()
             .service = _service, .lyrics = LyricsService::shared(), .runLoop = _platform.runLoop});
     }
     return *_lyrics;
+}
+
+TrackModel::Dependencies AppDelegate::shownTrack()
+{
+    return {.service = _service,
+            .theme = ThemeManager::shared(),
+            .power = PowerModeManager::shared(),
+            .appearance = _appearance,
+            .runLoop = _platform.runLoop};
+}
+
+void AppDelegate::setUpWidget()
+{
+    WidgetManager& manager = WidgetManager::shared();
+    _widget = std::make_unique<FloatingWidget>(manager, [this, &manager] {
+        return WidgetWindow::Dependencies{.manager = manager,
+                                          .defaults = _defaults,
+                                          .windows = _platform.floatingWindows,
+                                          .bar = _platform.statusBar,
+                                          .lyrics = lyrics(),
+                                          .track = shownTrack()};
+    });
+    _widget->restoreIfNeeded();
+    _contextMenu.commands.toggleWidget = [&manager] { manager.isEnabled = !manager.isEnabled; };
 }

@@ -6,6 +6,7 @@
 #include "audio/AwaitedPlayer.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
+#include "ui/track/TrackModel.h"
 
 #include <QObject>
 
@@ -13,6 +14,7 @@
 
 class Appearance;
 class ClassicMenu;
+class FloatingWidget;
 class KeyboardClaim;
 class LyricsModel;
 class PellarMenuPanel;
@@ -28,7 +30,7 @@ class UserDefaults;
 struct Platform;
 
 /// Builds the program's parts and wires them: the engine and what it hears and commands, the status item with
-/// its pill, the menus, the preview.
+/// its pill, the menus, the preview, the widget.
 class AppDelegate : public QObject
 {
     Q_OBJECT
@@ -50,6 +52,8 @@ private:
     void presentGlassMenu();
     void togglePreview();
     LyricsModel& lyrics();
+    TrackModel::Dependencies shownTrack();
+    void setUpWidget();
 
     Platform& _platform;
     UserDefaults& _defaults;
@@ -66,8 +70,9 @@ private:
     std::unique_ptr<StatusItem> _statusItem;
     std::unique_ptr<TrayIcon> _trayIcon;
     std::unique_ptr<QMenu> _classicMenu;
-    std::unique_ptr<KeyboardClaim> _menuKeyboard;          ///< the classic menu's
-    std::unique_ptr<PellarMenuPanel> _liveMenuPanel;       ///< while it exists
-    std::unique_ptr<LyricsModel> _lyrics;                  ///< from its first use on
+    std::unique_ptr<KeyboardClaim> _menuKeyboard;    ///< the classic menu's
+    std::unique_ptr<PellarMenuPanel> _liveMenuPanel; ///< while it exists
+    std::unique_ptr<LyricsModel> _lyrics;            ///< from its first use on
+    std::unique_ptr<FloatingWidget> _widget;
     std::unique_ptr<PellarPreviewPanel> _livePreviewPanel; ///< while it exists
 };

@@ -11,5 +11,6 @@ Q_IMPORT_QML_PLUGIN(Pellar_MenuPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_LyricsPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_PreviewPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_TrackPlugin)
+Q_IMPORT_QML_PLUGIN(Pellar_WidgetPlugin)
 
 void importQmlModules() {}

@@ -9,6 +9,7 @@ Item {
     required property TrackModel track
     property string trailingText: track.remainingText
     property font font
+    property real barHeight: 18
     readonly property bool progressHovering: pointer.containsMouse || pointer.pressed
     readonly property alias isScrubbing: pointer.pressed
     readonly property real value: track.progress
@@ -42,7 +43,7 @@ Item {
         id: bar
 
         width: parent.width
-        height: 18
+        height: root.barHeight
 
         ProgressLine {
             anchors.verticalCenter: parent.verticalCenter
