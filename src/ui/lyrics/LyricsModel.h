@@ -52,7 +52,10 @@ public:
     /// The row of the line that is sung; -1 before the first.
     int activeIndex() const { return static_cast<int>(_sung.line.value_or(-1)); }
     /// That line, as a view shows it; empty before the first.
-    QString activeText() const { return data(index(activeIndex()), TextRole).toString(); }
+    QString activeText() const
+    {
+        return _sung.line ? data(index(activeIndex()), TextRole).toString() : QString();
+    }
     /// How many words of that line have begun; 0 when they have no times.
     int activeWord() const { return static_cast<int>(_sung.words); }
     /// Whether there are lines.

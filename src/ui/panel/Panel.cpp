@@ -14,13 +14,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.panel")
 
 constexpr double frameInterval = 0.015; // seconds; a screen may leave some frames out
-constexpr double shadowReach = 28;         // points
+constexpr double shadowReach = 28;      // points
 
 QScreen* screenOf(const QRect& pill)
 {
@@ -220,6 +221,7 @@ void Panel::resize()
 /// Another program may hold the pointer or the keyboard; then the panel closes by its owner only.
 void Panel::startMonitoring()
 {
+    _isMonitoring = true;
     qGuiApp->installEventFilter(this);
     _keyboard = _desktop.bar.claimKeyboard(*_view);
     if (_keyboard) {
@@ -233,8 +235,12 @@ void Panel::startMonitoring()
     }
 }
 
+/// Once: the next panel may have the pointer and the keyboard by then.
 void Panel::stopMonitoring()
 {
+    if (!std::exchange(_isMonitoring, false)) {
+        return;
+    }
     qGuiApp->removeEventFilter(this);
     _view->setMouseGrabEnabled(false);
     _view->setKeyboardGrabEnabled(false);

@@ -106,4 +106,5 @@ private:
     std::unique_ptr<KeyboardClaim> _keyboard;
     bool _isEntering = false;
     bool _isClosing = false;
+    bool _isMonitoring = false;
 };

@@ -207,18 +207,15 @@ void WidgetWindow::drag()
         return;
     }
     const QPointF way = QCursor::pos() - _drag->start;
-    if (_drag->frame == _of.windows.frame(*this)) {
-        if (way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2) {
-            return;
-        }
-        const bool isTaken =
-            _drag->edges ? _of.windows.startResize(*this, _drag->edges) : _of.windows.startMove(*this);
-        if (isTaken) {
-            _drag.reset();
-            return;
-        }
+    const bool isFirst = _drag->frame == _of.windows.frame(*this);
+    if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2) {
+        return;
     }
     place(dragged(*_drag, way));
+    if (isFirst &&
+        (_drag->edges ? _of.windows.startResize(*this, _drag->edges) : _of.windows.startMove(*this))) {
+        _drag.reset();
+    }
 }
 
 void WidgetWindow::release()
