@@ -87,9 +87,9 @@ private Q_SLOTS:
         QTRY_VERIFY(!place(u"First"_s).isEmpty());
         const QRect words = place(u"Lyrics"_s);
         Windows::click({words.center().x(), words.top() + words.height() * 42 / 100 + 30}); // the next line
-        QTRY_COMPARE(RealPlayer::position(), 30.0);
+        QTRY_VERIFY(std::abs(RealPlayer::position() - 30) < 0.5); // mpv seeks by key frames
         run(u"xdotool key Tab Left"_s); // the first that the keyboard goes to is the scrub bar
-        QTRY_COMPARE(RealPlayer::position(), 25.0);
+        QTRY_VERIFY(std::abs(RealPlayer::position() - 25) < 0.5);
         const QString title = RealPlayer::metadata(u"title"_s);
         run(u"xdotool key Tab Tab Tab Return"_s);
         QTRY_VERIFY(RealPlayer::metadata(u"title"_s) != title);

@@ -164,7 +164,25 @@ bool Panel::closesBeside(const QMouseEvent& event)
         return false;
     }
     close();
-    return event.button() == Qt::LeftButton;
+    if (event.button() == Qt::RightButton) {
+        handOn(event);
+    }
+    return true;
+}
+
+/// The panel has the pointer, so a press on another window of the program's has come here.
+void Panel::handOn(const QMouseEvent& event) const
+{
+    const QPointF place = event.globalPosition();
+    const auto windows = QGuiApplication::topLevelWindows();
+    for (QWindow* const window : windows) {
+        if (window != _view.get() && window->isVisible() && window->geometry().contains(place.toPoint())) {
+            QMouseEvent press(event.type(), window->mapFromGlobal(place), place, event.button(),
+                              event.buttons(), event.modifiers());
+            QCoreApplication::sendEvent(window, &press);
+            return;
+        }
+    }
 }
 
 /// `finished` may be the end of the panel.

@@ -93,6 +93,7 @@ private:
     void stopMonitoring();
     bool handleKey(const QObject* watched, QKeyEvent& event);
     bool closesBeside(const QMouseEvent& event);
+    void handOn(const QMouseEvent& event) const;
     void finishClosing();
 
     Desktop _desktop;
