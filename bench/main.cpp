@@ -1,6 +1,7 @@
 #include "CaptureMeasures.h"
 #include "LyricsMeasures.h"
 #include "PillWatch.h"
+#include "PreviewMeasures.h"
 #include "ProcessMeter.h"
 #include "Table.h"
 
@@ -18,11 +19,13 @@
 #include "support/MemoryDefaults.h"
 #include "support/MprisStandIn.h"
 #include "support/RealPlayer.h"
+#include "ui/QmlModules.h"
 
 #include <QApplication>
 #include <QDBusInterface>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -270,7 +273,12 @@ void measureCovers(const PillWatch& pill)
 /// Prints how fast and how small the program is. Has to run in a private desktop session.
 int main(int argc, char** argv)
 {
-    const QApplication application(argc, argv);
+    qputenv("QT_XCB_NO_MITSHM", "1"); // as the program does
+    qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    importQmlModules();
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
     keepServicesToLoopback();
     RealPlayer mpv;
     if (!mpv.start()) {
@@ -278,6 +286,10 @@ int main(int argc, char** argv)
         return 1;
     }
     Table::begin();
+    if (application.arguments().contains(QStringLiteral("preview"))) {
+        PreviewMeasures::measureOpening();
+        return 0;
+    }
     measureAnalysisFrame();
     LyricsMeasures::measureParsers();
     LyricsMeasures::measureActiveLine();
@@ -294,5 +306,6 @@ int main(int argc, char** argv)
     stop(program);
     measureCovers(pill);
     CaptureMeasures::measureCapture(pill);
+    PreviewMeasures::measureOpening();
     return 0;
 }

@@ -5,6 +5,8 @@
 #include "app/TrayIcon.h"
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "base/NotificationCenter.h"
+#include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
@@ -15,12 +17,21 @@
 #include "prefs/RecentlyPlayedManager.h"
 #include "prefs/ThemeManager.h"
 #include "prefs/WidgetManager.h"
+#include "ui/lyrics/LyricsModel.h"
 #include "ui/menu/ClassicMenu.h"
 #include "ui/menu/PellarMenuPanel.h"
 #include "ui/pill/PillColors.h"
 #include "ui/pill/PillModel.h"
+#include "ui/preview/PellarPreviewPanel.h"
+#include "ui/widget/FloatingWidget.h"
 
 #include <QMouseEvent>
+
+namespace {
+
+const QString previewToggled = QStringLiteral("com.orvalen.pellar.togglePreview");
+
+} // namespace
 
 AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance& appearance)
     : _platform(platform)
@@ -63,6 +74,8 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching()
 {
     _audioCapture.startAudioCapture();
+    _platform.notifications.observe(previewToggled, this, [this](const QVariantMap&) { togglePreview(); });
+    _contextMenu.commands.togglePreview = [this] { _platform.notifications.post(previewToggled); };
     setup();
 }
 
@@ -95,6 +108,7 @@ void AppDelegate::setup()
     _statusItem->setView(_hosting.get());
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
+    setUpWidget();
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
@@ -127,6 +141,9 @@ void AppDelegate::refreshMenus()
 
 void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 {
+    if (_livePreviewPanel) {
+        _livePreviewPanel->close();
+    }
     if (MenuStyleManager::shared().style == PellarMenuStyle::classic) {
         presentClassicMenu(event.globalPosition().toPoint());
     } else if (_liveMenuPanel) {
@@ -155,4 +172,54 @@ void AppDelegate::presentGlassMenu()
         [this] { return _contextMenu.items(); }, _hosting->geometry());
     _liveMenuPanel->onClose = [this] { _liveMenuPanel.release()->deleteLater(); };
     _liveMenuPanel->present();
+}
+
+/// Only one of the two panels is open at a time.
+void AppDelegate::togglePreview()
+{
+    if (_livePreviewPanel) {
+        _livePreviewPanel->close();
+        return;
+    }
+    if (_liveMenuPanel) {
+        _liveMenuPanel->close();
+    }
+    _livePreviewPanel = std::make_unique<PellarPreviewPanel>(
+        Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
+        shownTrack(), lyrics(), _hosting->geometry());
+    _livePreviewPanel->onClose = [this] { _livePreviewPanel.release()->deleteLater(); };
+    _livePreviewPanel->present();
+}
+
+LyricsModel& AppDelegate::lyrics()
+{
+    if (!_lyrics) {
+        _lyrics = std::make_unique<LyricsModel>(LyricsModel::Dependencies{
+            .service = _service, .lyrics = LyricsService::shared(), .runLoop = _platform.runLoop});
+    }
+    return *_lyrics;
+}
+
+TrackModel::Dependencies AppDelegate::shownTrack()
+{
+    return {.service = _service,
+            .theme = ThemeManager::shared(),
+            .power = PowerModeManager::shared(),
+            .appearance = _appearance,
+            .runLoop = _platform.runLoop};
+}
+
+void AppDelegate::setUpWidget()
+{
+    WidgetManager& manager = WidgetManager::shared();
+    _widget = std::make_unique<FloatingWidget>(manager, [this, &manager] {
+        return WidgetWindow::Dependencies{.manager = manager,
+                                          .defaults = _defaults,
+                                          .windows = _platform.floatingWindows,
+                                          .bar = _platform.statusBar,
+                                          .lyrics = lyrics(),
+                                          .track = shownTrack()};
+    });
+    _widget->restoreIfNeeded();
+    _contextMenu.commands.toggleWidget = [&manager] { manager.isEnabled = !manager.isEnabled; };
 }

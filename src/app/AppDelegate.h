@@ -6,6 +6,7 @@
 #include "audio/AwaitedPlayer.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
+#include "ui/track/TrackModel.h"
 
 #include <QObject>
 
@@ -13,8 +14,11 @@
 
 class Appearance;
 class ClassicMenu;
+class FloatingWidget;
 class KeyboardClaim;
+class LyricsModel;
 class PellarMenuPanel;
+class PellarPreviewPanel;
 class PillModel;
 class PillVisibilityManager;
 class QMenu;
@@ -26,7 +30,7 @@ class UserDefaults;
 struct Platform;
 
 /// Builds the program's parts and wires them: the engine and what it hears and commands, the status item with
-/// its pill, the menus.
+/// its pill, the menus, the preview, the widget.
 class AppDelegate : public QObject
 {
     Q_OBJECT
@@ -46,6 +50,10 @@ private:
     void presentRightClickMenu(const QMouseEvent& event);
     void presentClassicMenu(QPoint place);
     void presentGlassMenu();
+    void togglePreview();
+    LyricsModel& lyrics();
+    TrackModel::Dependencies shownTrack();
+    void setUpWidget();
 
     Platform& _platform;
     UserDefaults& _defaults;
@@ -64,4 +72,7 @@ private:
     std::unique_ptr<QMenu> _classicMenu;
     std::unique_ptr<KeyboardClaim> _menuKeyboard;    ///< the classic menu's
     std::unique_ptr<PellarMenuPanel> _liveMenuPanel; ///< while it exists
+    std::unique_ptr<LyricsModel> _lyrics;            ///< from its first use on
+    std::unique_ptr<FloatingWidget> _widget;
+    std::unique_ptr<PellarPreviewPanel> _livePreviewPanel; ///< while it exists
 };

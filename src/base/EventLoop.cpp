@@ -33,7 +33,7 @@ public:
 
     void repeat(double seconds)
     {
-        _timer.setTimerType(seconds < 0.25 ? Qt::PreciseTimer : Qt::CoarseTimer);
+        _timer.setTimerType(seconds < 1 ? Qt::PreciseTimer : Qt::CoarseTimer);
         _timer.start(milliseconds(seconds));
     }
 

@@ -151,7 +151,8 @@ void NowPlayingService::followPlace(double place)
 }
 
 /// All values are there before the first of them is told, so that nobody ever sees half a track. What has its
-/// value already keeps still, so that nothing is drawn anew. `place` is where the track is, if what has
+/// value already keeps still, so that nothing is drawn anew. They are told one by one: in an update group of
+/// Qt 6.4 a second binding to the same property may be left out. `place` is where the track is, if what has
 /// elapsed was not read just now.
 void NowPlayingService::publish(const Showing& next, std::optional<double> place)
 {
@@ -174,7 +175,6 @@ void NowPlayingService::publish(const Showing& next, std::optional<double> place
             property.notify();
         }
     };
-    Qt::beginPropertyUpdateGroup();
     tell(isActivePlayer, _activePlayer);
     tell(isTitle, _title);
     tell(isArtist, _artist);
@@ -183,7 +183,6 @@ void NowPlayingService::publish(const Showing& next, std::optional<double> place
     tell(isElapsed, _elapsed);
     tell(isClock, _clock);
     tell(isPlaying, _isPlaying);
-    Qt::endPropertyUpdateGroup();
     if (isSpotifyNow && _neighbours.refreshSpotifyQueue) {
         _neighbours.refreshSpotifyQueue();
     }

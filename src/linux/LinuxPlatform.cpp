@@ -39,6 +39,7 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
              .power = _power,
              .pasteboard = _pasteboard,
              .statusBar = _statusBar,
+             .floatingWindows = _floatingWindows,
              .audioHardware = _audioHardware,
              .eventTaps = _eventTaps,
              .mediaPlayers = _roster,

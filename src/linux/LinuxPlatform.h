@@ -14,6 +14,7 @@
 #include "linux/pipewire/PipewireAudioHardware.h"
 #include "linux/script/Interpreter.h"
 #include "linux/x11/X11EventTaps.h"
+#include "linux/x11/X11FloatingWindows.h"
 #include "linux/x11/X11StatusBar.h"
 #include "platform/Platform.h"
 
@@ -41,6 +42,7 @@ private:
     DesktopAppearance _appearance;
     ClipboardPasteboard _pasteboard;
     X11StatusBar _statusBar;
+    X11FloatingWindows _floatingWindows;
     PipewireAudioHardware _audioHardware;
     X11EventTaps _eventTaps;
     NoHapticFeedback _haptics;

@@ -3,6 +3,7 @@
 class AudioHardware;
 class Automation;
 class EventTaps;
+class FloatingWindows;
 class HapticFeedback;
 class MediaPlayers;
 class NotificationCenter;
@@ -22,6 +23,7 @@ struct Platform {
     PowerState& power;
     Pasteboard& pasteboard;
     StatusBar& statusBar;
+    FloatingWindows& floatingWindows;
     AudioHardware& audioHardware;
     EventTaps& eventTaps;
     MediaPlayers& mediaPlayers;

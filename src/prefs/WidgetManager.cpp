@@ -9,4 +9,5 @@ WidgetManager& WidgetManager::shared()
 void WidgetManager::resetPosition()
 {
     _defaults.removeObject(QStringLiteral("pellar.widget.frame"));
+    Q_EMIT positionReset();
 }

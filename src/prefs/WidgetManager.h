@@ -32,6 +32,15 @@ public:
     Preference<bool> showLyric{_defaults, QStringLiteral("pellar.widget.showLyric"), false};
     Preference<bool> alwaysOnTop{_defaults, QStringLiteral("pellar.widget.alwaysOnTop"), true};
 
-    /// Forgets where the user left the widget: the next one opens where a first one does.
+    /// Whether a press on the widget may move it: not while the pointer is over one of its buttons.
+    QProperty<bool> allowWindowDrag{true};
+
+    /// What the widget's own close button does.
+    Q_INVOKABLE void disable() { isEnabled = false; }
+
+    /// The widget goes back to where a first one opens, and nothing is kept of where it was.
     void resetPosition();
+
+Q_SIGNALS:
+    void positionReset();
 };

@@ -9,5 +9,8 @@ Q_IMPORT_QML_PLUGIN(Pellar_PanelPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_PillPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_MenuPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_LyricsPlugin)
+Q_IMPORT_QML_PLUGIN(Pellar_PreviewPlugin)
+Q_IMPORT_QML_PLUGIN(Pellar_TrackPlugin)
+Q_IMPORT_QML_PLUGIN(Pellar_WidgetPlugin)
 
 void importQmlModules() {}

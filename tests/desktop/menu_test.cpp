@@ -7,10 +7,10 @@
 #include "support/MprisStandIn.h"
 #include "support/Program.h"
 #include "support/RealPlayer.h"
+#include "support/Windows.h"
 #include "ui/QmlModules.h"
 #include "ui/pill/PillLayout.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QQuickItem>
 #include <QQuickView>
@@ -20,44 +20,14 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-void click(QPoint point, int button = 1)
-{
-    run(u"xdotool mousemove %1 %2 click %3"_s.arg(point.x()).arg(point.y()).arg(button));
-}
-
-QWindow* windowNamed(const QString& title)
-{
-    const auto windows = QGuiApplication::topLevelWindows();
-    for (QWindow* const window : windows) {
-        if (window->title() == title && window->isVisible()) {
-            return window;
-        }
-    }
-    return nullptr;
-}
-
 QWindow* glass()
 {
-    return windowNamed(u"Pellar Menu"_s);
+    return Windows::named(u"Pellar Menu"_s);
 }
 
 bool isOpen()
 {
     return glass() != nullptr || QApplication::activePopupWidget() != nullptr;
-}
-
-/// What a screen reader finds under a name below an object; null when it finds nothing.
-QAccessibleInterface* find(QAccessibleInterface* object, const QString& name)
-{
-    if (object == nullptr || object->text(QAccessible::Name) == name) {
-        return object;
-    }
-    for (int i = 0; i < object->childCount(); ++i) {
-        if (QAccessibleInterface* const found = find(object->child(i), name)) {
-            return found;
-        }
-    }
-    return nullptr;
 }
 
 /// Where a row of the open menu is on the screen; none when there is no such row.
@@ -66,7 +36,7 @@ std::optional<QPoint> rowNamed(const QString& title)
     const auto windows = QGuiApplication::topLevelWindows();
     for (QWindow* const window : windows) {
         const bool isMenu = window->isVisible() && window->type() == Qt::Popup;
-        QAccessibleInterface* const row = isMenu ? find(window->accessibleRoot(), title) : nullptr;
+        QAccessibleInterface* const row = isMenu ? Windows::find(window->accessibleRoot(), title) : nullptr;
         if (row != nullptr && !row->rect().isEmpty()) {
             return row->rect().center();
         }
@@ -76,7 +46,7 @@ std::optional<QPoint> rowNamed(const QString& title)
 
 QString shownTitle()
 {
-    const auto* const view = qobject_cast<QQuickView*>(windowNamed(u"Pellar"_s));
+    const auto* const view = qobject_cast<QQuickView*>(Windows::named(u"Pellar"_s));
     return view->rootObject()->property("pill").value<QObject*>()->property("title").toString();
 }
 
@@ -107,7 +77,7 @@ private Q_SLOTS:
         Platform::setCurrent(&_linux.ports());
         _program = std::make_unique<AppDelegate>(_linux.ports(), _defaults, _linux.appearance());
         _program->applicationDidFinishLaunching();
-        QWindow* const pill = windowNamed(u"Pellar"_s);
+        QWindow* const pill = Windows::named(u"Pellar"_s);
         QVERIFY(pill != nullptr && QTest::qWaitForWindowExposed(pill));
         _pill = pill->geometry().center() + QPoint(40, 0);
         _play = pill->position() + PillLayout::make(pill->size(), {}).playButton.center().toPoint();
@@ -159,13 +129,13 @@ private Q_SLOTS:
         for (const auto& [point, button] :
              {std::pair(_desktop, 1), std::pair(_desktop, 3), std::pair(_pill, 3), std::pair(_play, 1)}) {
             open();
-            click(point, button); // the panel may be on its way in
+            Windows::click(point, button); // the panel may be on its way in
             QTRY_VERIFY(!isOpen());
         }
         QCOMPARE(RealPlayer::status(), u"Playing"_s); // the click on the button only closed the menu
-        click(_play);
+        Windows::click(_play);
         QTRY_COMPARE(RealPlayer::status(), u"Paused"_s); // now it reaches it again
-        click(_play);
+        Windows::click(_play);
         QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
     }
 
@@ -214,7 +184,7 @@ private:
     void open()
     {
         QTRY_VERIFY(!isOpen());
-        click(_pill, 3);
+        Windows::click(_pill, 3);
         QTRY_VERIFY(isOpen());
     }
 
@@ -222,7 +192,7 @@ private:
     {
         QTRY_VERIFY2(rowNamed(title), qPrintable(title));
         QTRY_VERIFY(glass() == nullptr || glass()->opacity() == 1); // it has unfolded
-        click(*rowNamed(title));
+        Windows::click(*rowNamed(title));
     }
 
     /// Opens the menu and clicks on one row after the other.

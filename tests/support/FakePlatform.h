@@ -3,6 +3,7 @@
 #include "base/NotificationCenter.h"
 #include "platform/Automation.h"
 #include "platform/EventTaps.h"
+#include "platform/FloatingWindows.h"
 #include "platform/HapticFeedback.h"
 #include "platform/MediaPlayers.h"
 #include "platform/Pasteboard.h"
@@ -143,6 +144,19 @@ public:
     bool composited = true;
 };
 
+class FakeFloatingWindows final : public FloatingWindows
+{
+public:
+    void adopt(QWindow& window, bool isOnTop) override { setOnTop(window, isOnTop); }
+    void setOnTop(QWindow& /*window*/, bool isOnTop) override { onTop = isOnTop; }
+    QRectF frame(const QWindow& window) const override { return window.geometry(); }
+    void place(QWindow& window, const QRectF& frame) override { window.setGeometry(frame.toRect()); }
+    bool startMove(QWindow& /*window*/) override { return false; }
+    bool startResize(QWindow& /*window*/, Qt::Edges /*edges*/) override { return false; }
+
+    bool onTop = false;
+};
+
 /// A desktop in which nothing happens but what a test makes happen.
 struct FakePlatform {
     ManualRunLoop runLoop;
@@ -152,6 +166,7 @@ struct FakePlatform {
     FakePower power;
     FakePasteboard pasteboard;
     FakeStatusBar statusBar;
+    FakeFloatingWindows floatingWindows;
     FakeAudioHardware audioHardware;
     FakeEventTaps eventTaps;
     FakeMediaPlayers mediaPlayers;
@@ -165,6 +180,7 @@ struct FakePlatform {
                    .power = power,
                    .pasteboard = pasteboard,
                    .statusBar = statusBar,
+                   .floatingWindows = floatingWindows,
                    .audioHardware = audioHardware,
                    .eventTaps = eventTaps,
                    .mediaPlayers = mediaPlayers,

@@ -1,55 +1,18 @@
 #include "linux/x11/X11StatusBar.h"
 
 #include "linux/x11/X11KeyboardClaim.h"
-#include "linux/x11/X11Reply.h"
 #include "linux/x11/X11Session.h"
+#include "linux/x11/X11WindowHints.h"
 
 #include <QGuiApplication>
 #include <QWindow>
 
 #include <array>
 #include <cmath>
-#include <vector>
 
 namespace {
 
 constexpr int pillThickness = 28;
-constexpr uint32_t everyDesktop = 0xFFFFFFFF;
-
-/// The window manager of a Wayland session keeps docks below its own panel (GNOME) or takes them for windows
-/// of its tiling (sway); what it does not manage lies above all.
-bool isWaylandSession()
-{
-    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-           qgetenv("XDG_SESSION_TYPE") == QByteArrayLiteral("wayland");
-}
-
-void setWindowProperty(xcb_window_t window, const QString& name, xcb_atom_t type,
-                       const std::vector<uint32_t>& values)
-{
-    xcb_change_property(X11Session::connection(), XCB_PROP_MODE_REPLACE, window, X11Session::atom(name), type,
-                        32, static_cast<uint32_t>(values.size()), values.data());
-}
-
-/// On a scaled screen Qt lets a window grow only in steps of a point, rounded to pixels, and the window
-/// manager takes what is over off the pill's edge.
-void allowEverySize(xcb_window_t window)
-{
-    constexpr uint32_t hasIncrement = 1 << 6; // of the flags, which come first
-    constexpr uint32_t hasBaseSize = 1 << 8;
-    constexpr uint32_t length = 18; // of WM_SIZE_HINTS, in words
-    xcb_connection_t* const connection = X11Session::connection();
-    const auto request =
-        xcb_get_property(connection, 0, window, XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, 0, length);
-    const X11Reply<xcb_get_property_reply_t> hints(xcb_get_property_reply(connection, request, nullptr));
-    if (!hints || xcb_get_property_value_length(hints.get()) != length * 4) {
-        return;
-    }
-    auto* const words = static_cast<uint32_t*>(xcb_get_property_value(hints.get()));
-    words[0] &= ~(hasIncrement | hasBaseSize);
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
-                        XCB_ATOM_WM_SIZE_HINTS, 32, length, words);
-}
 
 } // namespace
 
@@ -77,20 +40,11 @@ void X11StatusBar::adopt(QWindow& window)
 {
     window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
                     Qt::WindowDoesNotAcceptFocus | Qt::NoDropShadowWindowHint);
-    window.setFlag(Qt::BypassWindowManagerHint, isWaylandSession());
+    // The window manager of a Wayland session keeps docks below its own panel (GNOME) or takes them for
+    // windows of its tiling (sway); what it does not manage lies above all.
+    window.setFlag(Qt::BypassWindowManagerHint, X11WindowHints::isWaylandSession());
     window.create();
-    if (X11Session::connection() == nullptr) {
-        return;
-    }
-    const auto id = static_cast<xcb_window_t>(window.winId());
-    setWindowProperty(id, QStringLiteral("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
-                      {X11Session::atom(QStringLiteral("_NET_WM_WINDOW_TYPE_DOCK"))});
-    setWindowProperty(id, QStringLiteral("_NET_WM_STATE"), XCB_ATOM_ATOM,
-                      {X11Session::atom(QStringLiteral("_NET_WM_STATE_ABOVE")),
-                       X11Session::atom(QStringLiteral("_NET_WM_STATE_STICKY")),
-                       X11Session::atom(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
-                       X11Session::atom(QStringLiteral("_NET_WM_STATE_SKIP_PAGER"))});
-    setWindowProperty(id, QStringLiteral("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, {everyDesktop});
+    X11WindowHints::describe(window, QStringLiteral("DOCK"), true);
 }
 
 void X11StatusBar::place(QWindow& window, const QRect& frame)
@@ -100,7 +54,7 @@ void X11StatusBar::place(QWindow& window, const QRect& frame)
         return;
     }
     const auto id = static_cast<xcb_window_t>(window.winId());
-    allowEverySize(id);
+    X11WindowHints::allowEverySize(id);
     const auto pixels = [&window](int points) {
         return static_cast<uint32_t>(std::lround(points * window.devicePixelRatio()));
     };
@@ -117,7 +71,7 @@ bool X11StatusBar::isComposited() const
 
 std::unique_ptr<KeyboardClaim> X11StatusBar::claimKeyboard(QWindow& menu)
 {
-    return isWaylandSession() ? std::make_unique<X11KeyboardClaim>(menu) : nullptr;
+    return X11WindowHints::isWaylandSession() ? std::make_unique<X11KeyboardClaim>(menu) : nullptr;
 }
 
 bool X11StatusBar::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr double symbolPart = 0.72; // of the plate's side
-
 /// An image made to fill a size, cut around its middle.
 QImage filling(const QImage& image, QSize size)
 {
@@ -25,6 +23,7 @@ ArtworkView::ArtworkView(QQuickItem* parent) : PixelItem(parent)
 {
     connect(this, &ArtworkView::imageChanged, this, [this] { update(); });
     connect(this, &ArtworkView::radiusChanged, this, [this] { update(); });
+    connect(this, &ArtworkView::symbolPartChanged, this, [this] { update(); });
     connect(this, &ArtworkView::plateChanged, this, [this] { update(); });
     connect(this, &ArtworkView::symbolColorChanged, this, [this] { update(); });
 }
@@ -40,7 +39,7 @@ void ArtworkView::paint(QPainter& painter, QSize size, double scale)
     }
     painter.setBrush(plate());
     painter.drawRoundedRect(box, radius() * scale, radius() * scale);
-    const double side = std::min(size.width(), size.height()) * symbolPart;
+    const double side = std::min(size.width(), size.height()) * symbolPart();
     painter.translate((size.width() - side) / 2, (size.height() - side) / 2);
     painter.fillPath(symbolOutline(QStringLiteral("music.note"), side), symbolColor());
 }

@@ -15,6 +15,7 @@ class ArtworkView : public PixelItem
     Q_PROPERTY(QImage image READ image WRITE setImage NOTIFY imageChanged)
     Q_PROPERTY(double radius READ radius WRITE setRadius NOTIFY radiusChanged)
     Q_PROPERTY(QColor plate READ plate WRITE setPlate NOTIFY plateChanged)
+    Q_PROPERTY(double symbolPart READ symbolPart WRITE setSymbolPart NOTIFY symbolPartChanged)
     Q_PROPERTY(QColor symbolColor READ symbolColor WRITE setSymbolColor NOTIFY symbolColorChanged)
 
 public:
@@ -25,6 +26,9 @@ public:
     void setImage(const QImage& image) { _image = image; }
     double radius() const { return _radius; }
     void setRadius(double radius) { _radius = radius; }
+    /// Of the plate's side that the note takes.
+    double symbolPart() const { return _symbolPart; }
+    void setSymbolPart(double part) { _symbolPart = part; }
     QColor plate() const { return _plate; }
     void setPlate(const QColor& color) { _plate = color; }
     QColor symbolColor() const { return _symbolColor; }
@@ -33,6 +37,7 @@ public:
 Q_SIGNALS:
     void imageChanged();
     void radiusChanged();
+    void symbolPartChanged();
     void plateChanged();
     void symbolColorChanged();
 
@@ -42,6 +47,8 @@ protected:
 private:
     Q_OBJECT_BINDABLE_PROPERTY(ArtworkView, QImage, _image, &ArtworkView::imageChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ArtworkView, double, _radius, 0, &ArtworkView::radiusChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ArtworkView, double, _symbolPart, 0.72,
+                                         &ArtworkView::symbolPartChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ArtworkView, QColor, _plate, &ArtworkView::plateChanged)
     Q_OBJECT_BINDABLE_PROPERTY(ArtworkView, QColor, _symbolColor, &ArtworkView::symbolColorChanged)
 };

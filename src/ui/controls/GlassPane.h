@@ -2,6 +2,7 @@
 
 #include "ui/controls/GlassColors.h"
 
+#include <QImage>
 #include <QProperty>
 #include <QQuickPaintedItem>
 
@@ -35,8 +36,12 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void paintShadow(QPainter& painter, const QRectF& pane, double paneRadius) const;
+    void paintShadow(QPainter& painter, const QRectF& pane, double paneRadius);
+    void paintWholeShadow(QPainter& painter, const QRectF& all, const QRectF& pane, double paneRadius) const;
 
+    QImage _shadow; ///< around a pane of the least size; null when it has not been needed
+    double _shadowRadius = 0;
+    double _shadowSide = 0;
     Q_OBJECT_BINDABLE_PROPERTY(GlassPane, GlassColors, _colors, &GlassPane::changed)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(GlassPane, double, _shadowExtent, 0, &GlassPane::changed)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(GlassPane, double, _radius, 0, &GlassPane::changed)

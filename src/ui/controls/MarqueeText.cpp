@@ -80,6 +80,7 @@ void MarqueeText::relayout()
         _lineFont.setPixelSize(_lineFont.pixelSize() - 1);
         _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
     }
+    setImplicitWidth(std::ceil(QFontMetricsF(_lineFont).horizontalAdvance(_line)));
     _label = QImage();
     restart();
 }

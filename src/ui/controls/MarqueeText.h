@@ -10,7 +10,8 @@
 #include <QProperty>
 
 /// One line of text. What does not fit its field fades out at the edge and, while active, scrolls through the
-/// field; text that is written from right to left lies at the right and scrolls to the right.
+/// field; text that is written from right to left lies at the right and scrolls to the right. Its implicit
+/// width is that of the whole text.
 class MarqueeText : public PixelItem
 {
     Q_OBJECT

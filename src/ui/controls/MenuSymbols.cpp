@@ -74,6 +74,16 @@ QPainterPath bulletList()
     return path;
 }
 
+/// A disc with a cross cut out.
+QPainterPath closingDisc()
+{
+    QPainterPath disc;
+    disc.addEllipse(QPointF(0.5, 0.5), 0.5, 0.5);
+    const QPainterPath cross = drawn(polyline({{0.33, 0.33}, {0.67, 0.67}}), 0.1)
+                                   .united(drawn(polyline({{0.67, 0.33}, {0.33, 0.67}}), 0.1));
+    return disc.subtracted(cross);
+}
+
 } // namespace
 
 QPainterPath menuSymbol(const QString& name)
@@ -99,6 +109,9 @@ QPainterPath menuSymbol(const QString& name)
     }
     if (name == QStringLiteral("list.bullet")) {
         return bulletList();
+    }
+    if (name == QStringLiteral("xmark.circle.fill")) {
+        return closingDisc();
     }
     return {};
 }

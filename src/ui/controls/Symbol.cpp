@@ -45,7 +45,9 @@ QPainterPath note()
         path.addRect(stem, foot - 0.58, 0.08, 0.58);
         path.addEllipse(QPointF(stem - 0.075, foot), 0.155, 0.13);
     }
-    return path.simplified();
+    // Curves are flattened to fractions of the unit as the path is simplified.
+    const QTransform larger = QTransform::fromScale(1000, 1000);
+    return larger.inverted().map(larger.map(path).simplified());
 }
 
 QPainterPath unitOutline(const QString& name)

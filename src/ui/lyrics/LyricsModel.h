@@ -21,6 +21,7 @@ class LyricsModel : public QAbstractListModel
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(int activeIndex READ activeIndex NOTIFY activeIndexChanged)
+    Q_PROPERTY(QString activeText READ activeText NOTIFY activeIndexChanged)
     Q_PROPERTY(int activeWord READ activeWord NOTIFY activeWordChanged)
     Q_PROPERTY(bool isSynced READ isSynced NOTIFY lyricsChanged)
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY lyricsChanged)
@@ -50,6 +51,11 @@ public:
 
     /// The row of the line that is sung; -1 before the first.
     int activeIndex() const { return static_cast<int>(_sung.line.value_or(-1)); }
+    /// That line, as a view shows it; empty before the first.
+    QString activeText() const
+    {
+        return _sung.line ? data(index(activeIndex()), TextRole).toString() : QString();
+    }
     /// How many words of that line have begun; 0 when they have no times.
     int activeWord() const { return static_cast<int>(_sung.words); }
     /// Whether there are lines.

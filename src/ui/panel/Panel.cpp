@@ -14,13 +14,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.panel")
 
-constexpr double frameInterval = 1.0 / 60; // seconds
-constexpr double shadowReach = 28;         // points
+constexpr double frameInterval = 0.015; // seconds; a screen may leave some frames out
+constexpr double shadowReach = 28;      // points
 
 QScreen* screenOf(const QRect& pill)
 {
@@ -163,7 +164,25 @@ bool Panel::closesBeside(const QMouseEvent& event)
         return false;
     }
     close();
-    return event.button() == Qt::LeftButton;
+    if (event.button() == Qt::RightButton) {
+        handOn(event);
+    }
+    return true;
+}
+
+/// The panel has the pointer, so a press on another window of the program's has come here.
+void Panel::handOn(const QMouseEvent& event) const
+{
+    const QPointF place = event.globalPosition();
+    const auto windows = QGuiApplication::topLevelWindows();
+    for (QWindow* const window : windows) {
+        if (window != _view.get() && window->isVisible() && window->geometry().contains(place.toPoint())) {
+            QMouseEvent press(event.type(), window->mapFromGlobal(place), place, event.button(),
+                              event.buttons(), event.modifiers());
+            QCoreApplication::sendEvent(window, &press);
+            return;
+        }
+    }
 }
 
 /// `finished` may be the end of the panel.
@@ -220,6 +239,7 @@ void Panel::resize()
 /// Another program may hold the pointer or the keyboard; then the panel closes by its owner only.
 void Panel::startMonitoring()
 {
+    _isMonitoring = true;
     qGuiApp->installEventFilter(this);
     _keyboard = _desktop.bar.claimKeyboard(*_view);
     if (_keyboard) {
@@ -233,8 +253,12 @@ void Panel::startMonitoring()
     }
 }
 
+/// Once: the next panel may have the pointer and the keyboard by then.
 void Panel::stopMonitoring()
 {
+    if (!std::exchange(_isMonitoring, false)) {
+        return;
+    }
     qGuiApp->removeEventFilter(this);
     _view->setMouseGrabEnabled(false);
     _view->setKeyboardGrabEnabled(false);

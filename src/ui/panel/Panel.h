@@ -93,6 +93,7 @@ private:
     void stopMonitoring();
     bool handleKey(const QObject* watched, QKeyEvent& event);
     bool closesBeside(const QMouseEvent& event);
+    void handOn(const QMouseEvent& event) const;
     void finishClosing();
 
     Desktop _desktop;
@@ -106,4 +107,5 @@ private:
     std::unique_ptr<KeyboardClaim> _keyboard;
     bool _isEntering = false;
     bool _isClosing = false;
+    bool _isMonitoring = false;
 };

@@ -8,12 +8,19 @@ Item {
 
     required property Panel panel
     default property alias contents: sheet.data
+    /// What lies on the glass and unfolds with it, within its border.
+    property alias backdrop: behind.data
 
     GlassPane {
         anchors.fill: parent
         colors: root.panel.glass
         shadowExtent: root.panel.shadowExtent
         radius: root.panel.cornerRadius
+    }
+    Item {
+        id: behind
+
+        anchors { fill: parent; margins: root.panel.shadowExtent + 1 }
     }
     Item { // what has not unfolded yet is cut off
         anchors { fill: parent; margins: root.panel.shadowExtent }

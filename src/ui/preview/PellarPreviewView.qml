@@ -1,0 +1,110 @@
+import QtQuick
+import Pellar.Controls
+import Pellar.Lyrics
+import Pellar.Panel
+import Pellar.Track
+
+PanelView {
+    id: root
+
+    required property TrackModel track
+    required property LyricsModel lyrics
+    readonly property var scrubFrac: track.scrubFrac
+    readonly property alias progressHovering: scrubBar.progressHovering
+    readonly property alias hoveringButton: transport.hoveringButton
+    readonly property alias pressingButton: transport.pressingButton
+    readonly property real margin: 24
+
+    implicitWidth: 380
+    implicitHeight: words.y + words.height + 10
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: qsTr("Now Playing")
+
+    backdrop: FadingFrost {
+        anchors.fill: parent
+        track: root.track
+        fullSize: Qt.size(root.panel.openSize.width - 2, root.panel.openSize.height - 2)
+        radius: root.panel.cornerRadius - 1
+    }
+
+    SoftShadow {
+        id: shadow
+
+        anchors { fill: cover; margins: -extent; topMargin: -extent + 10; bottomMargin: -extent - 10 }
+        extent: 24
+        radius: 14
+        strength: 0.34
+        visible: cover.hasPicture
+    }
+    FadingCover {
+        id: cover
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: root.margin + 4
+        width: 248
+        height: 248
+        track: root.track
+        radius: 14
+    }
+    MarqueeText {
+        id: title
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: cover.y + cover.height + 20
+        width: Math.min(implicitWidth, parent.width - 2 * root.margin)
+        height: 28
+        text: root.track.title
+        isActive: root.track.isTitleActive
+        clock: root.track.clock
+        color: root.track.colors.text
+        font { pixelSize: 19; weight: Font.Bold }
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+    MarqueeText {
+        id: byline
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: title.y + title.height
+        width: Math.min(implicitWidth, parent.width - 2 * root.margin)
+        height: 22
+        text: root.track.byline
+        isActive: root.track.isTitleActive
+        clock: root.track.clock
+        color: root.track.colors.dimmedText
+        font.pixelSize: 14
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+    ScrubBar {
+        id: scrubBar
+
+        x: root.margin
+        y: byline.y + byline.height + 10
+        width: parent.width - 2 * x
+        height: implicitHeight
+        track: root.track
+        font.pixelSize: 11
+    }
+    TransportRow {
+        id: transport
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: scrubBar.y + scrubBar.height
+        spacing: 14
+        track: root.track
+    }
+    LyricsPane {
+        id: words
+
+        x: root.margin
+        y: transport.y + transport.height + 4
+        width: parent.width - 2 * x
+        height: 172
+        lyrics: root.lyrics
+        track: root.track
+    }
+}

@@ -1,0 +1,62 @@
+import QtQuick
+import Pellar.Controls
+import Pellar.Track
+
+/// The cover of what plays. That of a new track fades over the last one.
+Item {
+    id: root
+
+    required property TrackModel track
+    property real radius: 8
+    readonly property bool hasPicture: track.hasArtwork
+
+    function follow(): void {
+        if (fade.running && front.opacity < 0.5) {
+            front.image = root.track.artwork
+            return
+        }
+        back.image = front.image
+        front.image = root.track.artwork
+        fade.restart()
+    }
+
+    Connections {
+        target: root.track
+        function onArtworkChanged(): void { root.follow() }
+    }
+    Plate {
+        id: back
+
+        visible: fade.running
+    }
+    Plate {
+        id: front
+
+        Component.onCompleted: image = root.track.artwork
+    }
+    NumberAnimation {
+        id: fade
+
+        target: front
+        property: "opacity"
+        from: 0
+        to: 1
+        duration: 450
+        easing.type: Easing.InOutQuad
+    }
+
+    RoundedBox {
+        anchors.fill: parent
+        radius: root.radius
+        color: "transparent"
+        borderColor: root.track.colors.outline
+    }
+
+    component Plate: ArtworkView {
+        anchors.fill: parent
+        radius: root.radius
+        plate: root.track.colors.plate
+        symbolColor: root.track.colors.track
+        symbolPart: 0.4
+    }
+}

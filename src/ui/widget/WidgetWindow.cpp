@@ -1,0 +1,267 @@
+#include "ui/widget/WidgetWindow.h"
+
+#include "platform/FloatingWindows.h"
+#include "platform/StatusBar.h"
+#include "platform/UserDefaults.h"
+#include "prefs/WidgetManager.h"
+#include "ui/controls/RoundedRegion.h"
+#include "ui/lyrics/LyricsModel.h"
+#include "ui/widget/WidgetPlacement.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QStyleHints>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+const QString frameKey = QStringLiteral("pellar.widget.frame");
+constexpr double frameInterval = 0.015; // seconds
+constexpr double resetSeconds = 0.35;
+constexpr double corner = 16; // points
+
+QList<QRectF> freeParts()
+{
+    QList<QRectF> parts;
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen* const screen : screens) {
+        parts << screen->availableGeometry();
+    }
+    return parts;
+}
+
+QRectF firstFrame()
+{
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    return WidgetPlacement::first(screen != nullptr ? std::optional<QRectF>(screen->availableGeometry())
+                                                    : std::nullopt);
+}
+
+} // namespace
+
+WidgetWindow::WidgetWindow(const Dependencies& dependencies) : _of(dependencies), _track(_of.track)
+{
+    setTitle(QStringLiteral("Pellar Widget"));
+    setColor(Qt::transparent);
+    setResizeMode(QQuickView::SizeRootObjectToView);
+    setMinimumSize(WidgetLayout::smallest.toSize());
+    setMaximumSize(WidgetLayout::largest.toSize());
+    const WidgetManager& shown = _of.manager;
+    _elements.setBinding([&shown] {
+        return WidgetElements{.artwork = shown.showArtwork,
+                              .title = shown.showTitle,
+                              .artist = shown.showArtist,
+                              .progress = shown.showProgress,
+                              .transport = shown.showTransport,
+                              .lyric = shown.showLyric};
+    });
+    _layout.setBinding([this] { return WidgetLayout::make(_size, _elements); });
+    setInitialProperties({{QStringLiteral("widget"), QVariant::fromValue(this)},
+                          {QStringLiteral("manager"), QVariant::fromValue(&_of.manager)},
+                          {QStringLiteral("track"), QVariant::fromValue(&_track)},
+                          {QStringLiteral("lyrics"), QVariant::fromValue(&_of.lyrics)}});
+    engine()->addImportPath(QStringLiteral("qrc:/")); // for the QML files of other modules
+}
+
+/// The view goes before what it shows.
+WidgetWindow::~WidgetWindow()
+{
+    setSource({});
+}
+
+double WidgetWindow::cornerRadius() const
+{
+    return corner;
+}
+
+void WidgetWindow::present()
+{
+    const QRectF frame = savedFrame();
+    _of.manager.allowWindowDrag = true;
+    _of.windows.adopt(*this, _of.manager.alwaysOnTop);
+    _size = frame.size();
+    setSource(QUrl(QStringLiteral("qrc:/Pellar/Widget/WidgetView.qml")));
+    place(frame);
+    show();
+    place(frame);
+    cutCorners();
+
+    for (const auto changed :
+         {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged}) {
+        connect(this, changed, this, &WidgetWindow::persistFrame);
+    }
+    connect(&_of.manager, &WidgetManager::positionReset, this, &WidgetWindow::resetPosition);
+    connect(&_of.bar, &StatusBar::compositingChanged, this, &WidgetWindow::cutCorners);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &WidgetWindow::followScreens);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, &WidgetWindow::watchScreen);
+    const auto screens = QGuiApplication::screens();
+    for (QScreen* const screen : screens) {
+        watchScreen(screen);
+    }
+    _elementsWatch = _elements.addNotifier([this] { fit(); });
+    _onTopWatch =
+        _of.manager.alwaysOnTop.addNotifier([this] { _of.windows.setOnTop(*this, _of.manager.alwaysOnTop); });
+}
+
+QRectF WidgetWindow::savedFrame() const
+{
+    const QVariantMap saved = _of.defaults.dictionary(frameKey).value_or(QVariantMap());
+    QList<double> sides;
+    for (const auto& side :
+         {QStringLiteral("x"), QStringLiteral("y"), QStringLiteral("w"), QStringLiteral("h")}) {
+        const QVariant value = saved.value(side);
+        if (value.typeId() == QMetaType::Double && std::isfinite(value.toDouble())) {
+            sides << value.toDouble();
+        }
+    }
+    if (sides.size() == 4) {
+        return WidgetPlacement::reachable({sides[0], sides[1], sides[2], sides[3]}, freeParts());
+    }
+    QRectF frame = firstFrame();
+    frame.setHeight(WidgetLayout::fittingHeight(_elements));
+    return frame;
+}
+
+/// Not of a place that it has only because its screen has gone: when that comes back, so does the widget.
+void WidgetWindow::persistFrame()
+{
+    const QRectF frame = _of.windows.frame(*this);
+    _size = QSizeF(size());
+    cutCorners();
+    if (_rescued && *_rescued == frame) {
+        return;
+    }
+    _rescued.reset();
+    _of.defaults.setObject(frameKey, QVariantMap{{QStringLiteral("x"), frame.x()},
+                                                 {QStringLiteral("y"), frame.y()},
+                                                 {QStringLiteral("w"), frame.width()},
+                                                 {QStringLiteral("h"), frame.height()}});
+}
+
+void WidgetWindow::place(const QRectF& frame)
+{
+    _of.windows.place(*this, frame);
+}
+
+void WidgetWindow::watchScreen(QScreen* screen)
+{
+    connect(screen, &QScreen::availableGeometryChanged, this, &WidgetWindow::followScreens);
+    followScreens();
+}
+
+void WidgetWindow::followScreens()
+{
+    const QRectF wanted = savedFrame();
+    if (isVisible() && _of.windows.frame(*this) != wanted) {
+        _rescued = wanted;
+        place(wanted);
+    }
+}
+
+/// What is visible decides the height.
+void WidgetWindow::fit()
+{
+    QRectF frame = _of.windows.frame(*this);
+    frame.setHeight(WidgetLayout::fittingHeight(_elements));
+    place(frame);
+}
+
+void WidgetWindow::resetPosition()
+{
+    const QRectF from = _of.windows.frame(*this);
+    const QRectF to = firstFrame();
+    const Uptime start = _of.track.runLoop.uptime();
+    _animation = _of.track.runLoop.every(frameInterval, this, [=, this] {
+        const double left = 1 - std::min(1.0, (_of.track.runLoop.uptime() - start) / resetSeconds);
+        const double share = 1 - left * left * left;
+        const auto between = [share](double a, double b) { return std::round(a + (b - a) * share); };
+        place({between(from.x(), to.x()), between(from.y(), to.y()), between(from.width(), to.width()),
+               between(from.height(), to.height())});
+        if (left == 0) {
+            _animation.reset();
+        }
+    });
+}
+
+void WidgetWindow::setOverButton(bool isOver)
+{
+    _of.manager.allowWindowDrag = !isOver;
+}
+
+void WidgetWindow::press(QPointF point)
+{
+    if (_of.manager.allowWindowDrag) {
+        _drag = Drag{.edges = WidgetPlacement::edgesAt(point, size()),
+                     .start = QCursor::pos(),
+                     .frame = _of.windows.frame(*this)};
+    }
+}
+
+/// A press that hardly moves is none: a desktop that was asked to move the window would not hear of its end.
+void WidgetWindow::drag()
+{
+    if (!_drag) {
+        return;
+    }
+    const QPointF way = QCursor::pos() - _drag->start;
+    const bool isFirst = _drag->frame == _of.windows.frame(*this);
+    if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2) {
+        return;
+    }
+    place(dragged(*_drag, way));
+    if (isFirst &&
+        (_drag->edges ? _of.windows.startResize(*this, _drag->edges) : _of.windows.startMove(*this))) {
+        _drag.reset();
+    }
+}
+
+void WidgetWindow::release()
+{
+    _drag.reset();
+}
+
+/// The edge that is not dragged stays where it is, also when the limits of the size are reached.
+QRectF WidgetWindow::dragged(const Drag& drag, QPointF way)
+{
+    if (!drag.edges) {
+        return drag.frame.translated(way);
+    }
+    QRectF frame = drag.frame;
+    const auto grown = [&drag](Qt::Edge before, Qt::Edge after, double size, double way, double least,
+                               double most) {
+        const double growth = drag.edges & after ? way : drag.edges & before ? -way : 0;
+        return std::clamp(size + growth, least, most);
+    };
+    const QSizeF smallest = WidgetLayout::smallest;
+    const QSizeF largest = WidgetLayout::largest;
+    frame.setSize(
+        {grown(Qt::LeftEdge, Qt::RightEdge, frame.width(), way.x(), smallest.width(), largest.width()),
+         grown(Qt::TopEdge, Qt::BottomEdge, frame.height(), way.y(), smallest.height(), largest.height())});
+    if (drag.edges & Qt::LeftEdge) {
+        frame.moveRight(drag.frame.right());
+    }
+    if (drag.edges & Qt::TopEdge) {
+        frame.moveBottom(drag.frame.bottom());
+    }
+    return frame;
+}
+
+Qt::CursorShape WidgetWindow::cursorAt(QPointF point) const
+{
+    const Qt::Edges edges = WidgetPlacement::edgesAt(point, size());
+    const bool isAside = edges & (Qt::LeftEdge | Qt::RightEdge);
+    const bool isAbove = edges & (Qt::TopEdge | Qt::BottomEdge);
+    if (isAside && isAbove) {
+        const bool isFalling = edges.testFlag(Qt::LeftEdge) == edges.testFlag(Qt::TopEdge);
+        return isFalling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
+    }
+    return isAside ? Qt::SizeHorCursor : isAbove ? Qt::SizeVerCursor : Qt::ArrowCursor;
+}
+
+void WidgetWindow::cutCorners()
+{
+    setMask(_of.bar.isComposited() ? QRegion() : roundedRegion(size(), corner));
+}
