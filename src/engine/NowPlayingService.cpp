@@ -98,8 +98,8 @@ NowPlayingService::Showing NowPlayingService::showing() const
             .activePlayer = _activePlayer};
 }
 
-/// All values are there before the first of them is told, so that nobody ever sees half a track. What has its
-/// value already keeps still, so that nothing is drawn anew.
+/// Sets all values before any observer is notified, so that none of them sees half a track. A value that
+/// stays the same notifies nobody.
 void NowPlayingService::publish(const Showing& next)
 {
     const bool isSpotifyNow = next.activePlayer == Player::spotify && _activePlayer != Player::spotify;
