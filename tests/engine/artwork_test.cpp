@@ -2,24 +2,14 @@
 #include "engine/ArtworkImage.h"
 #include "engine/ArtworkSearch.h"
 #include "support/HttpStandIn.h"
+#include "support/Picture.h"
 
-#include <QBuffer>
 #include <QElapsedTimer>
 #include <QTest>
 
 namespace {
 
 using Manner = HttpStandIn::Manner;
-
-QByteArray picture(const QColor& color, QSize size = {8, 8}, const char* format = "png",
-                   QImage::Format pixels = QImage::Format_RGB32)
-{
-    QImage image(size, pixels);
-    image.fill(color);
-    QBuffer buffer;
-    image.save(&buffer, format);
-    return buffer.data();
-}
 
 } // namespace
 
@@ -36,8 +26,8 @@ private Q_SLOTS:
         const QByteArray address = _server->address().toLatin1();
         _server->answer("/search", {.body = "{\"results\": [{\"artworkUrl100\": \"" + address +
                                             "/100x100/a-100x100.png\"}]}"});
-        _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
-        _server->answer("/green", {.body = picture(Qt::green)});
+        _server->answer("/600x600/a-600x600.png", {.body = pictureFile(Qt::blue)});
+        _server->answer("/green", {.body = pictureFile(Qt::green)});
     }
 
     void chooses()
@@ -63,18 +53,16 @@ private Q_SLOTS:
 
     void loads()
     {
-        const auto data = [](const QByteArray& content) {
-            return QString(u"data:image/any;base64,"_s + QString::fromLatin1(content.toBase64()));
-        };
         // An Exif block with one entry, orientation 6: the camera was held on its side.
         const auto turned =
             QByteArray::fromHex("ffe1002245786966000049492a0008000000010012010300010000000600000000000000");
         const std::vector<std::pair<QString, QSize>> rows = {
-            {data(picture(Qt::red, {2400, 1200}, "jpg")), {600, 300}},
-            {data(picture(Qt::red, {1200, 800}, "jpg").insert(2, turned)), {400, 600}},
-            {data(picture(Qt::black, {5000, 5000}, "png", QImage::Format_Mono)), {0, 0}}, // too large
-            {data(picture(Qt::red, {300, 300}).left(200)), {0, 0}},
-            {u"data:image/png,"_s + QString::fromLatin1(picture(Qt::red).toPercentEncoding()), {8, 8}},
+            {addressOf(pictureFile(Qt::red, {2400, 1200}, "jpg")), {600, 300}},
+            {addressOf(pictureFile(Qt::red, {1200, 800}, "jpg").insert(2, turned)), {400, 600}},
+            {addressOf(pictureFile(Qt::black, {5000, 5000}, "png", QImage::Format_Mono)),
+             {0, 0}}, // too large
+            {addressOf(pictureFile(Qt::red, {300, 300}).left(200)), {0, 0}},
+            {u"data:image/png,"_s + QString::fromLatin1(pictureFile(Qt::red).toPercentEncoding()), {8, 8}},
             {u"file:///dev/zero"_s, {0, 0}}};
         for (const auto& [address, size] : rows) {
             QCOMPARE(loadArtwork(address, {}).size(), size);
@@ -117,7 +105,7 @@ private Q_SLOTS:
         _server->answer("/600x600/a-600x600.png", {.body = "<html>"});
         playMusic(u"Song|||Band|||Album"_s);
         QTRY_COMPARE(_server->requestCount(), 2);
-        _server->answer("/600x600/a-600x600.png", {.body = picture(Qt::blue)});
+        _server->answer("/600x600/a-600x600.png", {.body = pictureFile(Qt::blue)});
         QTRY_COMPARE((_engine->service->refresh(), shown()), QColor(Qt::blue));
     }
 
@@ -150,7 +138,7 @@ private Q_SLOTS:
     /// One that comes when its player is gone, and one that was given up for another track.
     void discardsLateCover()
     {
-        _server->answer("/green", {.body = picture(Qt::green), .manner = Manner::held});
+        _server->answer("/green", {.body = pictureFile(Qt::green), .manner = Manner::held});
         _engine->start();
         QList<QColor> seen;
         const auto watch = _engine->service->bindableArtwork().onValueChanged([&] { seen << shown(); });
