@@ -6,7 +6,7 @@
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/WidgetManager.h"
 
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

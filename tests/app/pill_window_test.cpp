@@ -4,7 +4,7 @@
 #include "ui/QmlModules.h"
 
 #include <QApplication>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "support/MemoryDefaults.h"
 
 #include <QScreen>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 

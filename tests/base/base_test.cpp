@@ -8,11 +8,7 @@
 #include "support/HttpStandIn.h"
 #include "support/ManualRunLoop.h"
 
-#include <QDateTime>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimeZone>
+#include <QtTest>
 
 #include <limits>
 

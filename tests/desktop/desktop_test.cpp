@@ -11,7 +11,7 @@
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
-#include <QTest>
+#include <QtTest>
 
 #include <csignal>
 

@@ -2,7 +2,7 @@
 #include "linux/pipewire/PipewireAudioHardware.h"
 #include "support/Command.h"
 
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -5,7 +5,7 @@
 #include "support/Program.h"
 
 #include <QDBusMessage>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 

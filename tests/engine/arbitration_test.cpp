@@ -1,7 +1,6 @@
 #include "EngineFixture.h"
 
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 class ArbitrationTest : public QObject
 {
@@ -50,9 +49,6 @@ private Q_SLOTS:
         QCOMPARE(engine.service->elapsed(), 30.5);
         QVERIFY(engine.service->isPlaying() && engine.queueRefreshes == 1);
         QCOMPARE(engine.played(), {u"Tide|Shore|Sea|spotify"_s});
-        QCOMPARE(engine.log.take(),
-                 QStringList({u"refresh: srcs=3 am=false sp=true active=none stuck=false"_s,
-                              u"refresh: -> spotify (playing)"_s}));
     }
 
     void clearsOnce()
@@ -166,7 +162,7 @@ private Q_SLOTS:
         engine.start();
         const auto setInterval = [&engine](int seconds) {
             engine.power->updateSettings(PowerMode::normal,
-                                         [=](PowerModeSettings& s) { s.driftRefreshSeconds = seconds; });
+                                         [=](auto& s) { s.driftRefreshSeconds = seconds; });
         };
         setInterval(100);
         engine.desktop.scripts.take();
@@ -190,10 +186,9 @@ private Q_SLOTS:
         const auto questions = [&engine](const auto& happen) {
             engine.desktop.scripts.take();
             happen();
-            // Behind what is going on, not within it.
-            return engine.desktop.scripts.take().isEmpty()
-                       ? (engine.desktop.runLoop.settle(), engine.desktop.scripts.take().size())
-                       : -1;
+            const bool isBehind = engine.desktop.scripts.sources.isEmpty(); // what is going on, not within it
+            engine.desktop.runLoop.settle();
+            return isBehind ? engine.desktop.scripts.take().size() : -1;
         };
         QCOMPARE(questions([&] { Q_EMIT workspace.applicationLaunched(BundleId::music); }), 1);
         QCOMPARE(questions([&] { Q_EMIT workspace.applicationTerminated(BundleId::spotify); }), 1);

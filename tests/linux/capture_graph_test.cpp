@@ -1,7 +1,7 @@
 #include "linux/pipewire/CaptureGraph.h"
 #include "linux/pipewire/GraphProperties.h"
 
-#include <QTest>
+#include <QtTest>
 
 #include <pipewire/keys.h>
 #include <spa/utils/dict.h>

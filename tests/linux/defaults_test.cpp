@@ -1,11 +1,7 @@
 #include "linux/settings/PlistUserDefaults.h"
 #include "linux/settings/PropertyList.h"
 
-#include <QDateTime>
-#include <QDir>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QUrl>
+#include <QtTest>
 
 #include <atomic>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "linux/mpris/MprisTrack.h"
 #include "linux/mpris/PositionClock.h"
 
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -6,7 +6,7 @@
 #include "support/LogFile.h"
 #include "support/Picture.h"
 
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

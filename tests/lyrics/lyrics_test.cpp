@@ -9,9 +9,7 @@
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
 
-#include <QDir>
-#include <QElapsedTimer>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 using Answer = HttpStandIn::Answer;

@@ -6,14 +6,12 @@
 #include "ui/menu/PellarMenuModel.h"
 #include "ui/menu/PellarMenuPanel.h"
 
-#include <QAbstractItemModelTester>
 #include <QAccessible>
 #include <QApplication>
 #include <QQuickItem>
 #include <QQuickView>
-#include <QSignalSpy>
-#include <QTest>
 #include <QWheelEvent>
+#include <QtTest>
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "ui/menu/PellarMenuModel.h"
 
 #include <QAccessible>
-#include <QTest>
+#include <QtTest>
 
 #include <array>
 

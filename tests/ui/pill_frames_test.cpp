@@ -6,7 +6,7 @@
 
 #include <QPainter>
 #include <QQuickView>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "ui/pill/PillColors.h"
 #include "ui/pill/PillLayout.h"
 
-#include <QTest>
+#include <QtTest>
 
 class PillTest : public QObject
 {
