@@ -143,6 +143,11 @@ private Q_SLOTS:
         choose({u"Recently Played"_s, u"Title 2 — Band"_s});
         QTRY_COMPARE(run(u"xclip -selection clipboard -o"_s), u"Title 2 — Band"_s);
 
+        for (const bool isOn : {true, false}) {
+            choose({u"Audio Sources"_s, u"Live Visualizer"_s});
+            QCOMPARE(_defaults.boolean(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s),
+                     std::optional(isOn));
+        }
         choose({u"Sleep Timer"_s, u"15 minutes"_s});
         open();
         clickRow(u"Sleep Timer"_s);

@@ -124,11 +124,9 @@ private Q_SLOTS:
                                 << QString::fromUtf8(keys);
         };
         row("love", "", "4:s 0:x");
-        row("a capital by itself", "\"nP\"", "0:n 1:P 0:x");
         row("all modifiers", "\"k\" using {command down, option down, shift down}", "d:K 0:x");
         row("unknown character", "\"Nж\"", "ERR 0:x");
         row("no modifier", "\"N\" using {shift down, playing}", "ERR 0:x");
-        row("no text", "5", "ERR 0:x");
         row("Ctrl and Shift are held", "\" \"", "0:space 5:X",
             "us;keydown Control_L keydown Shift_R;keyup Shift_R keyup Control_L");
         row("Caps Lock is on", "\"pN\"", "0:p 1:N 2:X", "us;key Caps_Lock;key Caps_Lock");
