@@ -10,8 +10,6 @@
 
 #include <QtTest>
 
-#include <limits>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,28 +24,22 @@ class BaseTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void parsesDecimal()
+    void decimals()
     {
+        for (const auto& [text, value] : {std::pair("42.5", 42.5),
+                                          {"90.0", 90.0},
+                                          {"-1.25", -1.25},
+                                          {"9.9e-05", 9.9e-5},
+                                          {"1000000000000000.0", 1e15},
+                                          {"1.0e+16", 1e16},
+                                          {"187.99999999999997", 187.99999999999997}}) {
+            QCOMPARE(decimalText(value), QLatin1String(text));
+            QCOMPARE(parseDecimal(QString::fromLatin1(text)), value);
+        }
         QCOMPARE(parseDecimal(u"+215.5"_s), 215.5);
-        QCOMPARE(parseDecimal(u"-1.5e2"_s), -150.0);
         for (const char* none : {"", " 1", "1\t", "12,5", "12s", "+-1", "nan", "inf", "1e999", "٣"}) {
             QVERIFY2(parseDecimal(QString::fromUtf8(none)) == 0, none);
         }
-    }
-
-    void writesDecimal()
-    {
-        const QList<std::pair<double, QString>> rows = {
-            {42.5, u"42.5"_s},     {90, u"90.0"_s},
-            {-1.25, u"-1.25"_s},   {100000, u"100000.0"_s},
-            {0.0001, u"0.0001"_s}, {9.9e-5, u"9.9e-05"_s},
-            {0, u"0.0"_s},         {1e15, u"1000000000000000.0"_s},
-            {1e16, u"1.0e+16"_s},  {187.99999999999997, u"187.99999999999997"_s}};
-        for (const auto& [value, text] : rows) {
-            QCOMPARE(decimalText(value), text);
-            QCOMPARE(parseDecimal(text), value);
-        }
-        QCOMPARE(decimalText(std::numeric_limits<double>::infinity()), u"inf"_s);
     }
 
     void notifies()
@@ -61,7 +53,6 @@ private Q_SLOTS:
             center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"late"_s; });
         });
         center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"second"_s; });
-        center.post(u"b"_s);
         center.post(u"a"_s, {{u"k"_s, 1}});
         QCOMPARE(heard, QStringList({u"first 1"_s, u"second"_s}));
         center.post(u"a"_s);
@@ -193,7 +184,6 @@ private Q_SLOTS:
             {{.status = 401, .body = "who", .headers = {"WWW-Authenticate: Basic realm=x"}}, 401, "who"},
             {{.body = "0123456789", .manner = Manner::cutOff}, 0, {}},
             {{.status = 404, .body = "0123", .manner = Manner::cutOff}, 0, {}},
-            {{.status = 404, .body = "what"}, 404, "what"},
             {{.status = 302, .headers = {"Location: /end"}}, 200, "the end"},
             {{.status = 302, .headers = {"Location: /start"}}, 0, {}},
             {{.status = 302, .headers = {"Location: file:///etc/hostname"}}, 0, {}}};
@@ -208,10 +198,7 @@ private Q_SLOTS:
             QTRY_COMPARE(replies.size(), 1);
             std::atomic<bool> isDone = false;
             SerialQueue queue(u"test"_s);
-            queue.async([&] {
-                replies << HttpClient::sendAndWait(asked);
-                isDone = true;
-            });
+            queue.async([&] { replies << HttpClient::sendAndWait(asked), isDone = true; });
             QTRY_VERIFY(isDone);
             for (const HttpReply& reply : replies) {
                 QCOMPARE(reply.status, status);

@@ -3,8 +3,6 @@
 
 #include <QtTest>
 
-#include <atomic>
-#include <limits>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -74,13 +72,11 @@ private Q_SLOTS:
         const QList<std::pair<QVariant, QByteArray>> table = {
             {false, "<false/>"},
             {std::numeric_limits<qlonglong>::min(), "<integer>-9223372036854775808</integer>"},
-            {0.1, "<real>0.1</real>"},
             {5e-324, "<real>5e-324</real>"},
             {QString(), "<string></string>"},
             {u" \r\n "_s, "<string> &#13;\n </string>"},
             {u"<a>&amp;]]>\"'é😀"_s, "<string>&lt;a&gt;&amp;amp;]]&gt;&quot;'é😀</string>"},
             {QByteArray("\0\xff<", 3), "<data>AP88</data>"},
-            {QByteArray(), "<data></data>"},
             {QVariantMap{{QString(), QVariantList()}},
              "<dict>\n\t\t\t\t<key></key>\n\t\t\t\t<array/>\n\t\t\t</dict>"},
             {utc(2026, 1, 31, {17, 5, 9}), "<date>2026-01-31T17:05:09Z</date>"},
@@ -92,7 +88,7 @@ private Q_SLOTS:
             values << value;
             elements += "\t\t\t" + element + '\n';
         }
-        QVariantList given = values.first(10); // and dates that are rounded
+        QVariantList given = values.first(8); // and dates that are rounded
         given << QDateTime({2026, 1, 31}, {18, 5, 9, 900}, Qt::OffsetFromUTC, 3600)
               << utc(-44, 3, 15, {12, 0}) << utc(20'000, 1, 1, {0, 0});
         {
@@ -128,17 +124,15 @@ private Q_SLOTS:
     void damage_data()
     {
         QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("zeros") << QByteArray(100, '\0');
         QTest::newRow("cut") << dict("<true/>").chopped(2);
         QTest::newRow("no dictionary") << plist("<array><true/></array>");
-        QTest::newRow("no UTF-8") << dict("<string>\xff</string>");
-        QTest::newRow("too long") << dict("<string>" + QByteArray(PropertyList::maximumBytes, 'x') +
-                                          "</string>");
+        const QByteArray tooLong(PropertyList::maximumBytes, 'x');
+        QTest::newRow("too long") << dict("<string>" + tooLong + "</string>");
         QTest::newRow("nested") << dict(QByteArray("<array>").repeated(100'000) +
                                         QByteArray("</array>").repeated(100'000));
-        for (const char* const value :
-             {"<colour/>", "<true/><key>b</key>", "<integer>9223372036854775808</integer>",
-              "<real>nan</real>", "<date>2026-04-31T00:00:00Z</date>", "<data>!!!!</data>"}) {
+        for (const char* const value : {"<string>\xff</string>", "<colour/>", "<true/><key>b</key>",
+                                        "<integer>9223372036854775808</integer>", "<real>nan</real>",
+                                        "<date>2026-04-31T00:00:00Z</date>", "<data>!!!!</data>"}) {
             QTest::newRow(value) << dict(value);
         }
     }

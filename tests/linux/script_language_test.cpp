@@ -8,12 +8,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// A player, a list or a track: has what is put into it, can be loved and paused.
+/// A player or a track: has what is put into it, can be loved and paused.
 class Scripted final : public ScriptObject
 {
 public:
-    explicit Scripted(const QMap<QString, ScriptValue>& values) : properties(values) {}
-
     ScriptValue property(const QString& name) override
     {
         return properties.contains(name) ? properties.value(name) : ScriptObject::property(name);
@@ -39,17 +37,18 @@ public:
 /// "Music" plays the second of the tracks Dawn, Noon and Dusk.
 std::shared_ptr<ScriptObject> makeMusic()
 {
-    const auto track = [](const QString& name, const QString& artist) {
-        return std::make_shared<Scripted>(QMap<QString, ScriptValue>{
-            {u"name"_s, name}, {u"artist"_s, artist}, {u"duration"_s, 90.0}, {u"loved"_s, false}});
-    };
-    auto music = std::make_shared<Scripted>(QMap<QString, ScriptValue>{
-        {u"player state"_s, ScriptConstant{u"playing"_s}}, {u"player position"_s, 1.5}});
-    music->tracks = {track(u"Dawn"_s, u"Ada"_s), track(u"Noon"_s, u"Bo"_s), track(u"Dusk"_s, u"Ada"_s)};
-    auto playlist = std::make_shared<Scripted>(QMap<QString, ScriptValue>());
+    auto music = std::make_shared<Scripted>();
+    for (const auto& [name, artist] :
+         {std::pair(u"Dawn"_s, u"Ada"_s), {u"Noon"_s, u"Bo"_s}, {u"Dusk"_s, u"Ada"_s}}) {
+        auto track = std::make_shared<Scripted>();
+        track->properties = {{u"name"_s, name}, {u"artist"_s, artist}, {u"loved"_s, false}};
+        music->tracks.push_back(track);
+    }
+    auto playlist = std::make_shared<Scripted>();
     playlist->tracks = music->tracks;
-    music->properties.insert(u"current track"_s, music->tracks[1]);
-    music->properties.insert(u"current playlist"_s, std::shared_ptr<ScriptObject>(playlist));
+    music->properties = {{u"player state"_s, ScriptConstant{u"playing"_s}},
+                         {u"current track"_s, music->tracks[1]},
+                         {u"current playlist"_s, std::shared_ptr<ScriptObject>(playlist)}};
     return music;
 }
 

@@ -2,7 +2,6 @@
 #include "prefs/PellarTheme.h"
 #include "prefs/PillVisibilityManager.h"
 #include "support/MemoryDefaults.h"
-#include "ui/controls/Marquee.h"
 #include "ui/pill/PillColors.h"
 #include "ui/pill/PillLayout.h"
 
@@ -56,15 +55,6 @@ private Q_SLOTS:
         // Narrower than its contents: nothing turns inside out.
         const PillLayout tiny = PillLayout::make({10, 10}, {});
         QVERIFY(tiny.title.width() >= 0 && tiny.progress.width() <= 10 && tiny.cornerRadius <= 5);
-    }
-
-    void marquee()
-    {
-        // A text of 85 points, a lap of 120 in 4 seconds: at rest, nearly round, and in the next lap without
-        // a rest.
-        for (const auto& [time, offset] : {std::pair(0.6, 0.0), {4.599, -119.97}, {5.1, -15.0}}) {
-            QVERIFY(std::abs(Marquee::offset(time, 85) - offset) < 1e-9);
-        }
     }
 
     /// Contrast of 4.5 : 1 for text and 3 : 1 for the progress, as WCAG 2 asks for.
