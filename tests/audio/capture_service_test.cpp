@@ -67,11 +67,9 @@ private Q_SLOTS:
             QCOMPARE(f.service.isRunning(), status == AudioHardware::authorized);
             QCOMPARE(f.hardware.request != nullptr, status == AudioHardware::notDetermined);
             for (const bool isGranted : {false, true}) {
-                if (f.hardware.request) {
-                    std::thread([&] { f.hardware.request(isGranted); }).join();
-                    QCoreApplication::processEvents();
-                    QCOMPARE(f.service.isRunning(), isGranted);
-                }
+                f.hardware.request ? std::thread(f.hardware.request, isGranted).join() : void();
+                QCoreApplication::processEvents();
+                QVERIFY(!f.hardware.request || f.service.isRunning() == isGranted);
             }
         }
     }
@@ -113,32 +111,22 @@ private Q_SLOTS:
         QCOMPARE(f.hardware.tap.excludedProcesses, QList<AudioObjectId>({3, 7}));
     }
 
-    void publishesSound()
+    void followsItsDevice()
     {
         Fixture f;
         f.service.start();
-        QSignalSpy lives(&f.service, &AudioCapture::liveChanged);
-        QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
-        QTRY_VERIFY(frames.size() > 1);
-        QVERIFY(!f.service.isLive() && f.service.bands() == silence);
-
         f.hardware.play(tone(1024), 1);
-        QTRY_VERIFY(f.service.bands()[2] > 0.9F);
-        QVERIFY(f.service.isLive());
-        QCOMPARE(f.service.bands()[0] + f.service.bands()[3], 0.0F);
+        QTRY_VERIFY(f.service.bands()[2] > 0.9F && f.service.isLive());
         f.hardware.deviceChanged({.isSounding = true, .sampleRate = 192'000}); // the same samples, higher
         QTRY_VERIFY(f.service.bands()[3] > 0.9F && f.service.bands()[2] < 0.1F);
-
         f.hardware.play(QList<float>(1024), 1);
-        frames.clear();
-        QTRY_VERIFY(frames.size() > 2);
-        f.clock.seconds = f.clock.seconds + 1.9;
-        frames.clear();
-        QTRY_VERIFY(frames.size() > 2);
-        QVERIFY(f.service.isLive());
-        f.clock.seconds = f.clock.seconds + 0.1;
-        QTRY_VERIFY(!f.service.isLive());
-        QCOMPARE(lives.size(), 2);
+        for (const double seconds : {0.0, 1.9, 0.1}) {
+            QVERIFY(f.service.isLive());
+            f.clock.seconds = f.clock.seconds + seconds;
+            QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
+            QTRY_VERIFY(frames.size() > 2);
+        }
+        QVERIFY(!f.service.isLive());
     }
 
     /// Who looks 15 times a second is given two frames at once, each of its own time.
@@ -172,8 +160,7 @@ private Q_SLOTS:
         f.hardware.play(tone(2048), 1);
         QTRY_VERIFY(f.service.isLive());
         f.hardware.takeCalls();
-        const int seen = f.clock.questions;
-        while (f.clock.questions < seen + 3) {
+        for (const int seen = f.clock.questions; f.clock.questions < seen + 3;) {
             std::this_thread::yield(); // until frames wait for this thread
         }
         QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);

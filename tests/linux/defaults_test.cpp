@@ -114,11 +114,10 @@ private Q_SLOTS:
     void filesOfOthers()
     {
         _path = _folder->filePath(u"settings.plist"_s);
-        QVERIFY(
-            putFile(_path, dict("<array><!-- by hand --><string>x<![CDATA[<y>]]>&#233;</string><integer> -05 "
-                                "</integer><real>1e2</real><data>\n\tAP\n\t88\n</data></array>")));
-        QCOMPARE(PlistUserDefaults(_path).object(key),
-                 QVariant(QVariantList{u"x<y>é"_s, -5LL, 100.0, QByteArray("\0\xff<", 3)}));
+        QVERIFY(putFile(_path, dict("<array><!-- by hand --><string>x<![CDATA[<y>]]>&#233;</string>"
+                                    "<integer> -05 </integer><data>\n\tAP\n\t88\n</data></array>")));
+        const QVariantList values = {u"x<y>é"_s, -5LL, QByteArray("\0\xff<", 3)};
+        QCOMPARE(PlistUserDefaults(_path).object(key).toList(), values);
     }
 
     void damage_data()
@@ -175,7 +174,7 @@ private Q_SLOTS:
              {QVariant(), QVariant(QVariantList{1.0, -qInf()}),
               QVariant(std::numeric_limits<qulonglong>::max()), QVariant(QString(QChar(0xd800))),
               QVariant(QVariantMap{{QString(QChar(1)), true}}), QVariant(QDateTime()),
-              QVariant(QUrl(u"https://example.org"_s)), nested(PropertyList::maximumDepth)}) {
+              nested(PropertyList::maximumDepth)}) {
             expectWarning("refused");
             defaults.setObject(key, value);
             QCOMPARE(defaults.object(key), deepest);

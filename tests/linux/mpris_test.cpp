@@ -100,9 +100,9 @@ private Q_SLOTS:
         wave[u"mpris:length"_s] = QVariant::fromValue(qulonglong(99500000)); // as the real client
         scene.player.change(MprisStandIn::playing(wave));
         QTRY_COMPARE(scene.mirror.posted, QStringList(u"spotify: Playing Wave by Shore"_s));
-        QCOMPARE(scene.mirror.last[u"Duration"_s].toLongLong(), 99500);
-        QCOMPARE(scene.mirror.last[u"Artwork URL"_s].toString(), u"http://art/1"_s);
-        QVERIFY(scene.mirror.last.contains(u"Playback Position"_s));
+        QVariantMap told = scene.mirror.last;
+        QVERIFY(told[u"Duration"_s] == 99500 && told[u"Artwork URL"_s] == u"http://art/1"_s);
+        QVERIFY(told.contains(u"Playback Position"_s));
     }
 
     /// Of a change of tracks in several steps, or by way of nothing at all, only the end is announced.
@@ -208,22 +208,6 @@ private Q_SLOTS:
         }
     }
 
-    void switchesBetweenPlayers()
-    {
-        Scene scene;
-        MprisStandIn second(u"mpv.instance2"_s);
-        second.set({{status, paused}, {metadata, Mirror::song(two)}});
-        QTRY_COMPARE(scene.mirror.bus.players().size(), 2);
-        QCOMPARE(scene.mirror.title(), one);
-        QTRY_VERIFY(scene.mirror.bus.players().constLast()->isReady());
-        second.change({{status, playing}}); // the latest to start
-        QTRY_COMPARE(scene.mirror.posted, QStringList(u"apple: Playing Two by Band"_s));
-        second.change({{status, paused}}); // the other one still plays
-        QTRY_COMPARE(scene.mirror.posted.last(), u"apple: Playing One by Band"_s);
-        scene.player.change({{status, paused}});
-        QTRY_COMPARE(scene.mirror.posted.last(), u"apple: Paused One by Band"_s);
-    }
-
     /// It is taken to stand still until it is heard again.
     void survivesMutePlayer()
     {
@@ -300,7 +284,7 @@ private Q_SLOTS:
         const QString address = u"unix:path="_s + folder.filePath(u"bus"_s);
         const QString options = u"--session --nofork --nopidfile --print-address --address="_s;
         const auto startBus = [&](QProcess& daemon) {
-            daemon.start(u"dbus-daemon"_s, QProcess::splitCommand(options + address));
+            daemon.start(u"dbus-daemon"_s, QProcess::splitCommand(QString(options + address)));
             return daemon.waitForReadyRead(10000);
         };
         std::optional<Mirror> mirror;

@@ -165,7 +165,6 @@ private Q_SLOTS:
                   "[9223372036854775807:00]a\n[153722867280912930:60]b\n[00:9223372036854775808]c",
                   ""},
                  {"odd times", "[00::12]a\n[-1:30]a\n[+1:+2]b\n[1:-2]c", "-30.0 a|12.0 a|58.0 c|62.0 b"},
-                 {"unclosed tag stays", "[00:10][00:20 b\n[00:30", "10.0 [00:20 b"},
                  {"CR LF ends no line", "[00:01]a\r\n[00:02]b\n[00:03]c", "1.0 a\r\n[00:02]b|3.0 c"},
                  {"a bracket with an accent or a joining mark is another character",
                   "[\u030100:01]a\n[00:02]\u0301b\n[00:03][\u030100:04]c\n\u0600[00:01]a\n[00:04][00\u0600:"
@@ -200,7 +199,6 @@ private Q_SLOTS:
                  {"translation without times",
                   "<tt><p begin='1'>{1-2 夜}<span>night</span><span begin='1'>yoru</span></p></tt>",
                   "1.0 夜nightyoru {1.0-2.0 夜}"},
-                 {"word in a word", "<tt><p begin='1'>{1-2 a{3-4 b}c}</p></tt>", "1.0 bc {3.0-4.0 b}"},
                  {"prefixes, declared or not", "<t:tt><t:p t:begin='1' begin='2'>a<t:br/>b</t:p></t:tt>",
                   "2.0 ab"},
                  {"entities of XML", "<tt><p begin='&#49;'>&lt;&amp;&#x266a;<![CDATA[<p>]]><!--c--></p></tt>",
