@@ -40,9 +40,8 @@ private Q_SLOTS:
         {
             PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
             FakePower power;
-            PowerModeManager(defaults, power).updateSettings(PowerMode::normal, [](PowerModeSettings& mode) {
-                mode.driftRefreshSeconds = 1;
-            });
+            const auto poll = [](PowerModeSettings& mode) { mode.driftRefreshSeconds = 1; };
+            PowerModeManager(defaults, power).updateSettings(PowerMode::normal, poll);
         } // is written by now
         QVERIFY(startProgram());
         _idle = pillPicture();

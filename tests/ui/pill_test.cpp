@@ -44,8 +44,8 @@ private Q_SLOTS:
                     edge = frame.right();
                 }
             }
-            QVERIFY2(pill.contains(line) && line.height() == 3 && line.center().x() == pill.center().x(),
-                     name);
+            QVERIFY2(pill.contains(line) && line.height() == 3, name);
+            QVERIFY2(line.center().x() == pill.center().x(), name);
             QVERIFY2(!shown.showTitle || layout.title.right() == line.right(), name);
             QVERIFY2(!shown.showTitle || layout.title.width() >= 50, name);
             QVERIFY2(!shown.showAlbumArt || std::abs(layout.albumArt.left() - line.left()) <= 0.5, name);
@@ -103,7 +103,6 @@ private Q_SLOTS:
         const QString play = PlayerScripts::playPause(Player::appleMusic);
         const QString next = PlayerScripts::nextTrack(Player::appleMusic);
         const QString preview = u"preview"_s;
-        const auto cover = &PillLayout::albumArt;
         const auto title = &PillLayout::title;
         const auto playButton = &PillLayout::playButton;
         const auto previousButton = &PillLayout::previousButton;
@@ -120,7 +119,7 @@ private Q_SLOTS:
         for (const auto& [name, down, up, outcome, held, movedBy] :
              {Press{"play", playButton, playButton, play},
               {"next", nextButton, nextButton, next},
-              {"cover", cover, cover, u"music://"_s},
+              {"cover", &PillLayout::albumArt, &PillLayout::albumArt, u"music://"_s},
               {"title", title, title, {}},
               {"slid from one to another", previousButton, playButton, {}},
               {"slid off", playButton, title, {}},
@@ -145,8 +144,8 @@ private Q_SLOTS:
                 QVERIFY2(!f.engine.desktop.scripts.take().contains(play), name);
                 f.pill->hover(to);
                 f.pill->release(to);
-                done +=
-                    f.engine.desktop.scripts.take() + std::exchange(f.engine.desktop.workspace.opened, {});
+                done += f.engine.desktop.scripts.take();
+                done += std::exchange(f.engine.desktop.workspace.opened, {});
                 QVERIFY2(std::exchange(done, {}).join(u'+') == outcome, name);
             }
             QCOMPARE(f.engine.desktop.haptics.performed, outcome == preview ? 2 : 0);
@@ -196,15 +195,12 @@ private Q_SLOTS:
     void lightsUpWhatIsUnderThePointer()
     {
         PillFixture f;
-        f.pill->hover(f.pill->layout().albumArt.topLeft() - QPointF(3.9, 3));
-        QCOMPARE(f.pill->hoveredZone(), u"art"_s);
         f.pill->hover(f.pill->layout().progress.center());
         QVERIFY(f.pill->hoveringBar() && f.pill->hoveredZone().isEmpty());
         f.pill->press(f.pill->layout().playButton.center());
         QCOMPARE(f.pill->pressedZone(), u"play"_s);
         f.pill->hover(f.pill->layout().nextButton.center());
-        QCOMPARE(f.pill->hoveredZone(), u"next"_s);
-        QCOMPARE(f.pill->pressedZone(), QString());
+        QVERIFY(f.pill->hoveredZone() == u"next" && f.pill->pressedZone().isEmpty());
         f.pill->leave();
         QVERIFY(f.pill->hoveredZone().isEmpty() && !f.pill->isHovering());
     }
