@@ -93,19 +93,15 @@ private Q_SLOTS:
         AudioBridge bridge(runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
         bridge.start();
         QVERIFY(!capture->isRunning && !bridge.isEnabled() && !bridge.hasUserDecided());
+        bridge.setEnabled(false); // an equal value is a decision, too
+        QVERIFY(bridge.hasUserDecided());
         bridge.setEnabled(true);
-        QVERIFY(capture->isRunning);
         Q_EMIT capture->liveChanged(true);
         Q_EMIT capture->bandsPublished({1, 1, 1, 1});
-        QVERIFY(bridge.isLive() && bridge.bands()[3] == 1);
-
+        QVERIFY(capture->isRunning && bridge.isLive() && bridge.bands()[3] == 1);
         bridge.setEnabled(false);
         runLoop.settle();
-        QVERIFY(!capture->isRunning && !bridge.isLive());
-        QCOMPARE(bridge.bands(), (QList<float>{0, 0, 0, 0}));
-        defaults.values.clear();
-        bridge.setEnabled(false); // an equal value is a decision, too
-        QVERIFY(!AudioBridge(runLoop, defaults, nullptr).isEnabled() && bridge.hasUserDecided());
+        QVERIFY(!capture->isRunning && !bridge.isLive() && bridge.bands() == QList<float>(4));
     }
 
     void keyTakesOneWay()

@@ -59,19 +59,17 @@ private Q_SLOTS:
         QCOMPARE(engine.desktop.scripts.take(),
                  QStringList({PlayerScripts::loveMusic(), PlayerScripts::dislikeMusic()}));
 
-        // Spotify can only be told of love.
-        engine.quit(Player::appleMusic);
-        engine.setState(Player::spotify, u"playing"_s);
-        engine.service->refresh();
-        engine.desktop.scripts.take();
-        engine.service->loveCurrentTrack();
-        engine.service->dislikeCurrentTrack();
-        QCOMPARE(engine.service->currentTrackReaction(), TrackReaction{});
-        QCOMPARE(engine.desktop.scripts.take(), {PlayerScripts::loveSpotify()});
-        engine.desktop.workspace.able.canRate = false; // where that key does something else
-        engine.service->loveCurrentTrack();
-        QVERIFY(engine.desktop.scripts.take().isEmpty());
-        QVERIFY(engine.service->supportsLoveAction() && !engine.service->supportsDislikeAction());
+        // Spotify can only be told of love, and only where that key does nothing else.
+        EngineFixture other(3, u"off"_s, u"playing"_s);
+        for (const bool canRate : {true, false}) {
+            other.desktop.workspace.able.canRate = canRate;
+            other.desktop.scripts.take();
+            other.service->loveCurrentTrack();
+            other.service->dislikeCurrentTrack();
+            QCOMPARE(other.desktop.scripts.take(),
+                     QStringList(canRate ? 1 : 0, PlayerScripts::loveSpotify()));
+        }
+        QVERIFY(other.service->supportsLoveAction() && !other.service->supportsDislikeAction());
     }
 
     void chooseTargetWithNothingOnShow()

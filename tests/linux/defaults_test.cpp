@@ -208,18 +208,6 @@ private Q_SLOTS:
         QTRY_VERIFY(isStored(false));
     }
 
-    void writesOnlyChanges()
-    {
-        PlistUserDefaults(_path).setObject(key, true);
-        {
-            PlistUserDefaults defaults(_path);
-            QVERIFY(QFile::remove(_path));
-            defaults.setObject(key, true);
-            defaults.removeObject(u"absent"_s);
-        }
-        QVERIFY(QFileInfo(_path).dir().isEmpty()); // nor is anything left over
-    }
-
 private:
     std::unique_ptr<QTemporaryDir> _folder;
     QString _path;

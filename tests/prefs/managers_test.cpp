@@ -1,5 +1,4 @@
 #include "prefs/AlbumArtTint.h"
-#include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
 #include "prefs/PowerModeManager.h"
@@ -87,17 +86,6 @@ private Q_SLOTS:
         checkFlags<WidgetManager>(
             u"pellar.widget."_s, u"showArtwork showTitle showArtist showProgress showTransport alwaysOnTop"_s,
             u"enabled showLyric"_s);
-    }
-
-    void style()
-    {
-        MemoryDefaults defaults;
-        MenuStyleManager(defaults).style = PellarMenuStyle::liquidGlass;
-        QCOMPARE(defaults.values, (QVariantMap{{u"pellar.menu.style"_s, u"liquidGlass"_s}}));
-        QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::liquidGlass);
-        defaults.setObject(u"pellar.menu.style"_s, u"Liquid Glass"_s);
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"cannot be read"_s));
-        QVERIFY(MenuStyleManager(defaults).style == PellarMenuStyle::classic);
     }
 
     void storedSettings()

@@ -195,14 +195,13 @@ Quit Pellar)");
         };
         check();
         const QAction* const last = classic.actions().last();
-        menu.state.reaction.loved = true;
-        menu.state.outputs.removeFirst();
-        check();
-        menu.state.title = u"Not Playing"_s;
-        check();
-        menu.state = MenuFixture().state;
-        check();
-        QCOMPARE(classic.actions().last(), last);
+        for (const auto& title : {u"Not Playing"_s, u"Song"_s}) {
+            menu.state.title = title;
+            menu.state.reaction.loved = !menu.state.reaction.loved;
+            menu.state.outputs.removeLast();
+            check();
+            QCOMPARE(classic.actions().last(), last);
+        }
 
         menu.state.title = u"Salt & Stone\nLive"_s;
         menu.state.artist = u"終わりのない歌の題名"_s.repeated(20);

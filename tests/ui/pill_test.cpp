@@ -5,6 +5,7 @@
 #include "ui/pill/PillColors.h"
 #include "ui/pill/PillLayout.h"
 
+#include <QPainter>
 #include <QtTest>
 
 class PillTest : public QObject
@@ -61,9 +62,10 @@ private Q_SLOTS:
     void canBeRead()
     {
         const auto over = [](const QColor& ink, const QColor& ground) {
-            const auto mix = [&](float a, float b) { return a * ink.alphaF() + b * (1 - ink.alphaF()); };
-            return QColor::fromRgbF(mix(ink.redF(), ground.redF()), mix(ink.greenF(), ground.greenF()),
-                                    mix(ink.blueF(), ground.blueF()));
+            QImage mixed(1, 1, QImage::Format_RGB32);
+            mixed.fill(ground);
+            QPainter(&mixed).fillRect(0, 0, 1, 1, ink);
+            return mixed.pixelColor(0, 0);
         };
         const auto luminance = [](const QColor& colour) {
             const auto linear = [](double c) {
