@@ -57,23 +57,6 @@ class CaptureServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void asksForPermission()
-    {
-        for (const int status : {0, 1, 2, 3, 7}) { // the last is the system's own
-            Fixture f;
-            f.hardware.authorization = status;
-            std::thread([&] { f.service.start(); }).join(); // from any thread
-            QCoreApplication::processEvents();
-            QCOMPARE(f.service.isRunning(), status == AudioHardware::authorized);
-            QCOMPARE(f.hardware.request != nullptr, status == AudioHardware::notDetermined);
-            for (const bool isGranted : {false, true}) {
-                f.hardware.request ? std::thread(f.hardware.request, isGranted).join() : void();
-                QCoreApplication::processEvents();
-                QVERIFY(!f.hardware.request || f.service.isRunning() == isGranted);
-            }
-        }
-    }
-
     void forgetsRequestWhenStopped()
     {
         Fixture f;

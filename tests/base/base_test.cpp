@@ -4,7 +4,6 @@
 #include "base/HttpClient.h"
 #include "base/NotificationCenter.h"
 #include "base/SerialQueue.h"
-#include "base/WebAddress.h"
 #include "support/HttpStandIn.h"
 #include "support/ManualRunLoop.h"
 
@@ -48,21 +47,16 @@ private Q_SLOTS:
         QObject context;
         QStringList heard;
         center.observe(u"a"_s, &context, [&](const QVariantMap& info) {
-            heard << u"first "_s + info[u"k"_s].toString();
+            heard << info[u"k"_s].toString();
             // Registered while posting: from the next time on.
             center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"late"_s; });
         });
-        center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"second"_s; });
-        center.post(u"a"_s, {{u"k"_s, 1}});
-        QCOMPARE(heard, QStringList({u"first 1"_s, u"second"_s}));
-        center.post(u"a"_s);
-        QCOMPARE(heard.last(), u"late"_s);
-
         auto dying = std::make_unique<QObject>();
-        center.observe(u"c"_s, &context, [&](const QVariantMap&) { dying.reset(); });
-        center.observe(u"c"_s, dying.get(), [&](const QVariantMap&) { heard << u"too late"_s; });
-        center.post(u"c"_s);
-        center.post(u"c"_s);
+        center.observe(u"a"_s, &context, [&](const QVariantMap&) { dying.reset(); });
+        center.observe(u"a"_s, dying.get(), [&](const QVariantMap&) { heard << u"too late"_s; });
+        center.post(u"a"_s, {{u"k"_s, 1}});
+        QCOMPARE(heard, QStringList(u"1"_s));
+        center.post(u"a"_s);
         QCOMPARE(heard.last(), u"late"_s);
     }
 
@@ -134,15 +128,6 @@ private Q_SLOTS:
             log.write(u"line"_s);
             log.flush(); // a pipe without a reader must not hold it up
             QCOMPARE(target.readAll(), QByteArray());
-        }
-    }
-
-    void encodesQueries()
-    {
-        const auto address = webAddress(u"http://h:1"_s, u"/p"_s, {{u"a"_s, u"+ &Ü/?#=%41"_s}, {u"b"_s, {}}});
-        QVERIFY(address && address->toEncoded() == "http://h:1/p?a=%2B%20%26%C3%9C%2F%3F%23%3D%2541&b=");
-        for (const char* service : {"", "h:1", "file://h", "http://", "http://a b", "https://h:port"}) {
-            QVERIFY2(!webAddress(QString::fromLatin1(service), u"/p"_s), service);
         }
     }
 

@@ -6,19 +6,15 @@
 #include "base/EventLoop.h"
 #include "linux/pipewire/PipewireAudioHardware.h"
 #include "linux/settings/PlistUserDefaults.h"
-#include "support/Command.h"
 #include "support/LogFile.h"
 #include "support/LoopbackServices.h"
 #include "support/MprisStandIn.h"
-#include "support/Program.h"
 
 #include <QGuiApplication>
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
 #include <QtTest>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 

@@ -1,6 +1,5 @@
 #include "linux/settings/PlistUserDefaults.h"
 #include "prefs/PowerModeManager.h"
-#include "support/Command.h"
 #include "support/FakePlatform.h"
 #include "support/LoopbackServices.h"
 #include "support/Program.h"
@@ -14,8 +13,6 @@
 #include <QtTest>
 
 #include <csignal>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 

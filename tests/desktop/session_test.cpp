@@ -11,7 +11,6 @@
 #include "platform/MediaPlayers.h"
 #include "platform/Workspace.h"
 #include "prefs/PillVisibilityManager.h"
-#include "support/Command.h"
 #include "support/EngineParts.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
@@ -19,8 +18,6 @@
 #include "support/RealPlayer.h"
 
 #include <QtTest>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 

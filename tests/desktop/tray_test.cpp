@@ -7,8 +7,6 @@
 #include <QDBusMessage>
 #include <QtTest>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 /// A desktop's tray, as far as programs notice it.

@@ -1,5 +1,4 @@
 #include "EngineFixture.h"
-#include "engine/SongLink.h"
 
 #include <QtTest>
 
@@ -149,19 +148,6 @@ private Q_SLOTS:
         engine.service->refresh();
         engine.service->setSleepTimer(1);
         QCOMPARE(pauses(61), 0);
-    }
-
-    void copyLink()
-    {
-        const auto link = [](Player player, const QString& title) {
-            return songLink(player, title, u"Band"_s, MemoryDefaults());
-        };
-        QCOMPARE(link(Player::spotify, u"50% Röck & Roll?"_s),
-                 u"https://open.spotify.com/search/50%25%20R%C3%B6ck%20&%20Roll?%20Band"_s);
-        EngineFixture engine;
-        engine.start();
-        engine.service->copySongLink();
-        QCOMPARE(engine.desktop.pasteboard.text, u"Not Playing - "_s);
     }
 };
 

@@ -1,5 +1,4 @@
 #include "EngineFixture.h"
-#include "engine/UpNextReply.h"
 
 #include <QtTest>
 
@@ -20,51 +19,12 @@ const QVariantMap wave = {{u"Player State"_s, u"Playing"_s}, {u"Name"_s, u"Wave"
 
 } // namespace
 
-/// What players say: the replies to the engine's scripts, and notifications between them.
+/// What players tell between the polls.
 class ReportsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void statusReplies()
-    {
-        constexpr Player music = Player::appleMusic;
-        constexpr Player spotify = Player::spotify;
-        const std::vector<std::tuple<Player, QString, QString>> rows = {
-            // what stands behind the album; length, position, play state, artwork, or nothing for no track
-            {music, u"215.5|||12.5"_s, u""_s},
-            {music, u"215.5|||-12.5|||true"_s, u"215.5 -12.5 true "_s},
-            {music, u"215.5|||0|||true|||77"_s, u"215.5 0 true "_s},
-            {spotify, u"215000|||0|||true||| \thttps://a/b\r\n"_s, u"215 0 true https://a/b"_s},
-            {spotify, u"missing value|||0|||false||| \n "_s, u"0 0 false "_s},
-        };
-        for (const auto& [player, reply, expected] : rows) {
-            const auto status = parseStatusReply(u"S||| B |||Á|||"_s + reply, player);
-            QCOMPARE(status.has_value(), !expected.isEmpty());
-            if (status) {
-                QCOMPARE(status->title + status->artist + status->album, u"S B Á"_s);
-                const QString times = u"%1 %2 "_s.arg(status->duration).arg(status->position);
-                const QString isPlaying = boolText(status->isPlaying) + u' ';
-                QCOMPARE(times + isPlaying + status->artworkUrl.value_or(QString()), expected);
-            }
-        }
-        QVERIFY(!parseStatusReply(u"STOPPED"_s, music));
-    }
-
-    void upNextReplies()
-    {
-        using Tracks = QList<UpNextTrack>;
-        const std::vector<std::pair<QString, Tracks>> rows = {
-            {u"3|||B|||b###2|||Á|||a###"_s, {{u"B"_s, u"b"_s, 3}, {u"Á"_s, u"a"_s, 2}}},
-            {u" 3 ||| B |||b###4|||A|||a|||c"_s, {{u" B "_s, u"b"_s, 3}, {u"A"_s, u"a"_s, 4}}},
-            {u"3|||B###C|||b###4|||A|||a###"_s, {{u"A"_s, u"a"_s, 4}}}, // a title with "###"
-            {u"x|||B|||b###|||B|||b###1.0|||B|||b###99999999999999999999|||B|||b"_s, {}},
-            {QString(), {}}};
-        for (const auto& [reply, expected] : rows) {
-            QCOMPARE(parseUpNextReply(reply), expected);
-        }
-    }
-
     void musicTells()
     {
         EngineFixture engine(7, u"playing"_s);

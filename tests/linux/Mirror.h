@@ -15,8 +15,6 @@
 #include "support/MemoryDefaults.h"
 #include "support/MprisStandIn.h"
 
-using namespace Qt::Literals::StringLiterals;
-
 /// A run loop whose seconds are a fraction of real ones, so that nobody waits for them.
 class HastyLoop final : public RunLoop
 {

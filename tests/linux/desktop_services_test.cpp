@@ -8,8 +8,6 @@
 #include <QPalette>
 #include <QtTest>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 const QString noObject = u"org.freedesktop.DBus.Error.UnknownObject"_s;

@@ -5,8 +5,6 @@
 
 #include <QtTest>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace scripts = PlayerScripts;
 
 namespace {
@@ -112,9 +110,7 @@ private Q_SLOTS:
         QVERIFY(scene.isSeen);
         QVariantMap burst = {{u"xesam:title"_s, two}, {u"mpris:trackid"_s, u"/t/2"_s}};
         scene.player.change({{metadata, burst}});
-        burst[u"xesam:artist"_s] = u"Solo"_s;
-        scene.player.change({{metadata, burst}});
-        burst[u"mpris:length"_s] = 12000000;
+        burst.insert({{u"xesam:artist"_s, u"Solo"_s}, {u"mpris:length"_s, 12000000}});
         scene.player.change({{metadata, burst}});
         QTRY_COMPARE(scene.mirror.posted, QStringList(u"apple: Playing Two by Solo"_s));
         QCOMPARE(scene.mirror.last[u"Total Time"_s].toLongLong(), 12000);

@@ -63,9 +63,9 @@ QVariantMap parsed(const QByteArray& json)
     return QJsonDocument::fromJson(json).toVariant().toMap();
 }
 
-QImage filled(const QColor& color, QSize size = {3, 2}, QImage::Format format = QImage::Format_RGB32)
+QImage filled(const QColor& color)
 {
-    QImage image(size, format);
+    QImage image(3, 2, QImage::Format_RGB32);
     image.fill(color);
     return image;
 }
@@ -145,15 +145,6 @@ private Q_SLOTS:
         power.isLow = false;
         Q_EMIT power.changed();
         QVERIFY(isCaptureAllowed && manager.effectiveMode() == PowerMode::powerUser);
-    }
-
-    void averages()
-    {
-        QImage holed = filled(Qt::white, {3, 2}, QImage::Format_ARGB32);
-        holed.setPixelColor(0, 0, Qt::transparent);
-        QCOMPARE(averageColor(holed), std::optional(QColor(213, 213, 213)));
-        const QColor bright(255, 254, 1); // sums beyond 32 bits
-        QCOMPARE(averageColor(filled(bright, {4200, 4200})), std::optional(bright));
     }
 
     void boosts()
