@@ -94,10 +94,13 @@ private Q_SLOTS:
     {
         Window window;
         const int left = window.view.x();
-        Q_EMIT window.view.itemDragged(-10000);
-        QCOMPARE(window.view.x(), window.view.screen()->geometry().left());
-        Q_EMIT window.view.itemDragged(10000); // the pointer comes back, and the item is below it again
-        QCOMPARE(window.view.x(), left);
+        for (const int way : {-10000, 10000}) {
+            Q_EMIT window.view.itemDragged(way);
+            QVERIFY(window.view.x() != left &&
+                    window.view.screen()->geometry().contains(window.view.position()));
+            Q_EMIT window.view.itemDragged(-way); // the pointer comes back, and the item is below it again
+            QCOMPARE(window.view.x(), left);
+        }
         const int right = window.view.geometry().right();
         window.item.bindableLength().setValue(101);
         QVERIFY(std::abs(window.view.geometry().right() - right) <= 2); // as it is rounded to whole pixels
