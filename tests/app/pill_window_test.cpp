@@ -96,8 +96,7 @@ private Q_SLOTS:
         const int left = window.view.x();
         for (const int way : {-10000, 10000}) {
             Q_EMIT window.view.itemDragged(way);
-            QVERIFY(window.view.x() != left &&
-                    window.view.screen()->geometry().contains(window.view.position()));
+            QVERIFY(window.view.screen()->geometry().contains(window.view.position()));
             Q_EMIT window.view.itemDragged(-way); // the pointer comes back, and the item is below it again
             QCOMPARE(window.view.x(), left);
         }
