@@ -1,4 +1,5 @@
 #include "EngineFixture.h"
+#include "engine/SongLink.h"
 
 #include <QtTest>
 
@@ -148,6 +149,12 @@ private Q_SLOTS:
         engine.service->refresh();
         engine.service->setSleepTimer(1);
         QCOMPARE(pauses(61), 0);
+    }
+
+    void linksToSpotify()
+    {
+        const QString link = songLink(Player::spotify, u"50% Röck & Roll?"_s, u"Band"_s, MemoryDefaults());
+        QCOMPARE(link, u"https://open.spotify.com/search/50%25%20R%C3%B6ck%20&%20Roll?%20Band"_s);
     }
 };
 

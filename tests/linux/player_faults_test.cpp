@@ -249,8 +249,10 @@ private Q_SLOTS:
             const bool isRefused = failure == accessDenied;
             QCOMPARE(stage.mirror.automation.permission(BundleId::music),
                      std::optional(isRefused ? Automation::refused : Automation::granted));
-            QCOMPARE(stage.mirror.run(u"tell application \"Music\" to count tracks"_s),
-                     isRefused ? u"error -1743"_s : u"0"_s);
+            if (!showsLife) { // a question of ours would have it asked again, too
+                QCOMPARE(stage.mirror.run(u"tell application \"Music\" to count tracks"_s),
+                         isRefused ? u"error -1743"_s : u"0"_s);
+            }
             stage.player.failures.clear();
             if (showsLife) {
                 stage.player.announce(u"org.mpris.MediaPlayer2.Player"_s, {{u"Volume"_s, 1.0}});
