@@ -29,7 +29,7 @@ public:
         QStringList arguments = options;
         arguments +=
             QProcess::splitCommand(u"--no-video --no-terminal --ao=null --loop-playlist=inf"_s);
-        const auto tracks = QDir(_music.path()).entryInfoList(QDir::Files, QDir::Name);
+        const auto tracks = QDir(_music.path()).entryInfoList({u"*.flac"_s}, QDir::Files, QDir::Name);
         for (const QFileInfo& track : tracks) {
             arguments << track.filePath();
         }

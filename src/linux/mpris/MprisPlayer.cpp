@@ -132,8 +132,7 @@ void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringLis
     }
     const State before = _latest;
     apply(changed, true);
-    // Where it is tells where it has come to rest, and whether a cover of another name is that of another
-    // track.
+    // The position is needed after a stop or a pause, and to tell whether another cover means another track.
     const bool isPositionWanted =
         _latest.status != before.status ||
         (!before.track.artworkUrl.isEmpty() && _latest.track.artworkUrl != before.track.artworkUrl);
@@ -155,7 +154,7 @@ void MprisPlayer::seeked(qlonglong microseconds)
     tellMove();
 }
 
-/// Everything at once: players correct the length of a track, too, without a word.
+/// Asks for all properties: players also correct the length of a track without announcing it.
 void MprisPlayer::ask()
 {
     const Uptime now = _runLoop.uptime();
@@ -185,7 +184,7 @@ void MprisPlayer::ask()
     });
 }
 
-/// At the latest of the times for which it was called: an answer before that may come too early.
+/// Asks once, at the latest of the times requested: an answer before that may still be out of date.
 void MprisPlayer::askLater(double seconds)
 {
     const Uptime due = _runLoop.uptime() + seconds;
@@ -225,7 +224,7 @@ void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
     }
     _backoff.reset();
     ++_retryRound;
-    // What the player has announced holds for a while: its answers may still be from before.
+    // What the player has announced holds for a while: answers from before it may still arrive.
     QVariantMap properties = answer.value();
     for (const auto& [name, time] : _announced.asKeyValueRange()) {
         if (_isReady && _runLoop.uptime() - time < PositionClock::catchingUp) {
@@ -311,7 +310,7 @@ void MprisPlayer::applyMetadata(const QVariant& metadata)
     _clock.setLength(_latest.track.length);
 }
 
-/// Once, however often it comes.
+/// Logs a complaint, unless it is the same as the last.
 void MprisPlayer::complain(const QString& complaint)
 {
     if (complaint != std::exchange(_complaint, complaint)) {
