@@ -10,6 +10,7 @@
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
 #include "platform/StatusBar.h"
+#include "prefs/GlobalShortcuts.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
@@ -112,6 +113,23 @@ void AppDelegate::setup()
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
+    connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
+    GlobalShortcuts::shared().setupGlobalShortcuts();
+}
+
+void AppDelegate::handleHotKey(PellarShortcut shortcut)
+{
+    switch (shortcut) {
+    case PellarShortcut::playPause:
+        _service.togglePlayPause();
+        break;
+    case PellarShortcut::nextTrack:
+        _service.nextTrack();
+        break;
+    case PellarShortcut::previousTrack:
+        _service.previousTrack();
+        break;
+    }
 }
 
 void AppDelegate::bindStatusItem()

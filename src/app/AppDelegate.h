@@ -6,6 +6,7 @@
 #include "audio/AwaitedPlayer.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
+#include "prefs/PellarShortcut.h"
 #include "ui/track/TrackModel.h"
 
 #include <QObject>
@@ -45,6 +46,7 @@ public:
 private:
     void setup();
     void bindStatusItem();
+    void handleHotKey(PellarShortcut shortcut);
     void refreshMenus();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);

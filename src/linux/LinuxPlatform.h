@@ -16,7 +16,10 @@
 #include "linux/x11/X11EventTaps.h"
 #include "linux/x11/X11FloatingWindows.h"
 #include "linux/x11/X11StatusBar.h"
+#include "platform/HotKeys.h"
 #include "platform/Platform.h"
+
+#include <memory>
 
 /// The services of a Linux desktop, built and wired.
 class LinuxPlatform
@@ -40,6 +43,7 @@ private:
     Interpreter _interpreter;
     PowerProfiles _power;
     DesktopAppearance _appearance;
+    std::unique_ptr<HotKeys> _hotKeys;
     ClipboardPasteboard _pasteboard;
     X11StatusBar _statusBar;
     X11FloatingWindows _floatingWindows;

@@ -5,6 +5,7 @@ class Automation;
 class EventTaps;
 class FloatingWindows;
 class HapticFeedback;
+class HotKeys;
 class MediaPlayers;
 class NotificationCenter;
 class Pasteboard;
@@ -28,6 +29,7 @@ struct Platform {
     EventTaps& eventTaps;
     MediaPlayers& mediaPlayers;
     HapticFeedback& haptics;
+    HotKeys& hotKeys;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and
     /// "com.spotify.client.PlaybackStateChanged".

@@ -5,6 +5,7 @@
 #include "platform/EventTaps.h"
 #include "platform/FloatingWindows.h"
 #include "platform/HapticFeedback.h"
+#include "platform/HotKeys.h"
 #include "platform/MediaPlayers.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
@@ -103,6 +104,24 @@ public:
     int performed = 0;
 };
 
+class FakeHotKeys final : public HotKeys
+{
+    Q_OBJECT
+
+public:
+    void apply(const QList<HotKey>& hotKeys) override
+    {
+        applied = hotKeys;
+        ++applications;
+    }
+    State state(quint32 id) const override { return states.value(id, State::registered); }
+    std::optional<KeyDown> keyDown(const QKeyEvent& /*event*/) const override { return std::nullopt; }
+
+    QList<HotKey> applied;
+    int applications = 0;
+    QMap<quint32, State> states;
+};
+
 class FakePower final : public PowerState
 {
     Q_OBJECT
@@ -171,6 +190,7 @@ struct FakePlatform {
     FakeEventTaps eventTaps;
     FakeMediaPlayers mediaPlayers;
     FakeHaptics haptics;
+    FakeHotKeys hotKeys;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -185,6 +205,7 @@ struct FakePlatform {
                    .eventTaps = eventTaps,
                    .mediaPlayers = mediaPlayers,
                    .haptics = haptics,
+                   .hotKeys = hotKeys,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };
