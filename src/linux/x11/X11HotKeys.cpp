@@ -122,7 +122,6 @@ void X11HotKeys::release()
     }
     xcb_flush(server);
     _grabs.clear();
-    _held.reset();
 }
 
 /// Has each of them in every setting of the locks, or not at all.
@@ -176,24 +175,22 @@ bool X11HotKeys::nativeEventFilter(const QByteArray& eventType, void* message, q
     return false;
 }
 
-/// A key that is held comes again and again.
+/// A key that is held comes again and again, let go and pressed in the same moment.
 bool X11HotKeys::takeKey(const xcb_key_press_event_t& event, bool isPress)
 {
     if (event.event != X11Session::root()) {
         return false;
     }
     if (!isPress) {
-        if (_held == event.detail) {
-            _held.reset();
-        }
+        _released = {event.detail, event.time};
         return true;
     }
     const uint16_t keyModifiers = event.state & 0xFF & ~_locks;
     const auto found = std::find_if(_grabs.begin(), _grabs.end(), [&](const Grab& grab) {
         return grab.keycode == event.detail && grab.modifiers == keyModifiers;
     });
-    if (found != _grabs.end() && _held != event.detail) {
-        _held = event.detail;
+    const bool isRepeated = _released.keycode == event.detail && _released.time == event.time;
+    if (found != _grabs.end() && !isRepeated) {
         Q_EMIT pressed(found->id);
     }
     return true;

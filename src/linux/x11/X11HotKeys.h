@@ -34,6 +34,11 @@ private:
         uint16_t modifiers = 0; ///< without locks
     };
 
+    struct Release {
+        xcb_keycode_t keycode = 0;
+        xcb_timestamp_t time = 0;
+    };
+
     void release();
     void grab(const std::vector<Grab>& wanted);
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -41,7 +46,7 @@ private:
 
     std::vector<Grab> _grabs;
     QMap<quint32, State> _states;
-    uint16_t _locks = 0;                ///< the modifiers that do not count
-    std::optional<xcb_keycode_t> _held; ///< the key of the hot key that is being pressed
-    int _keyboardEvent = -1;            ///< the number of the event that tells of the keyboard
+    uint16_t _locks = 0;     ///< the modifiers that do not count
+    Release _released;       ///< the last key that was let go
+    int _keyboardEvent = -1; ///< the number of the event that tells of the keyboard
 };
