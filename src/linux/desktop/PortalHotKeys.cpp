@@ -117,7 +117,7 @@ void PortalHotKeys::start()
         return;
     }
     setStates(State::pending);
-    const QString token = expectAnswer(SLOT(sessionCreated(uint, QVariantMap)));
+    const QString token = expectAnswer(SLOT(sessionCreated(uint, QVariantMap, QDBusMessage)));
     const auto request = _portal->CreateSession(
         {{QStringLiteral("handle_token"), token}, {QStringLiteral("session_handle_token"), token}});
     whenAnswered(request, _portal.get(), [this](const QDBusPendingReply<QDBusObjectPath>& reply) {
@@ -134,13 +134,17 @@ QString PortalHotKeys::expectAnswer(const char* slot)
     QDBusConnection bus = QDBusConnection::sessionBus();
     const QString token = QStringLiteral("pellar%1").arg(++_requests);
     const QString sender = bus.baseService().mid(1).replace(u'.', u'_');
-    bus.connect(_portal->service(), portalPath + QStringLiteral("/request/%1/%2").arg(sender, token),
-                QStringLiteral("org.freedesktop.portal.Request"), QStringLiteral("Response"), this, slot);
+    _request = portalPath + QStringLiteral("/request/%1/%2").arg(sender, token);
+    bus.connect(_portal->service(), _request, QStringLiteral("org.freedesktop.portal.Request"),
+                QStringLiteral("Response"), this, slot);
     return token;
 }
 
-void PortalHotKeys::sessionCreated(uint code, const QVariantMap& results)
+void PortalHotKeys::sessionCreated(uint code, const QVariantMap& results, const QDBusMessage& answer)
 {
+    if (answer.path() != _request) {
+        return; // of hot keys that are no longer wanted
+    }
     _session = results.value(QStringLiteral("session_handle")).toString();
     if (code != 0 || _session.isEmpty()) {
         _session.clear();
@@ -163,7 +167,7 @@ void PortalHotKeys::bindShortcuts()
         }
         shortcuts.append({each.action, properties});
     }
-    const QString token = expectAnswer(SLOT(shortcutsBound(uint, QVariantMap)));
+    const QString token = expectAnswer(SLOT(shortcutsBound(uint, QVariantMap, QDBusMessage)));
     const QDBusPendingReply<QDBusObjectPath> request = _portal->asyncCallWithArgumentList(
         QStringLiteral("BindShortcuts"),
         {QVariant::fromValue(QDBusObjectPath(_session)), QVariant::fromValue(shortcuts), QString(),
@@ -175,8 +179,11 @@ void PortalHotKeys::bindShortcuts()
     });
 }
 
-void PortalHotKeys::shortcutsBound(uint code, const QVariantMap& results)
+void PortalHotKeys::shortcutsBound(uint code, const QVariantMap& results, const QDBusMessage& answer)
 {
+    if (answer.path() != _request) {
+        return;
+    }
     const auto bound =
         DBusValue::list<QList<PortalShortcut>>(results.value(QStringLiteral("shortcuts")), "a(sa{sv})");
     if (code != 0 || !bound) {
@@ -211,6 +218,7 @@ void PortalHotKeys::closeSession()
         PortalSessionProxy(_portal->service(), _session, QDBusConnection::sessionBus()).Close();
     }
     _session.clear();
+    _request.clear();
 }
 
 void PortalHotKeys::setStates(State state)

@@ -25,8 +25,8 @@ public:
     std::optional<KeyDown> keyDown(const QKeyEvent& event) const override;
 
 private Q_SLOTS:
-    void sessionCreated(uint code, const QVariantMap& results);
-    void shortcutsBound(uint code, const QVariantMap& results);
+    void sessionCreated(uint code, const QVariantMap& results, const QDBusMessage& answer);
+    void shortcutsBound(uint code, const QVariantMap& results, const QDBusMessage& answer);
     void activated(const QDBusMessage& signal);
 
 private:
@@ -43,5 +43,6 @@ private:
     QList<HotKey> _wanted;
     QMap<quint32, State> _states;
     QString _session; ///< the session's path; empty while there is none
+    QString _request; ///< the path of the question that is open
     int _requests = 0;
 };
