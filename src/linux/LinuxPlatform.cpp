@@ -7,6 +7,7 @@
 #include "linux/x11/X11Session.h"
 #include "linux/x11/X11WindowHints.h"
 
+#include <QCoreApplication>
 #include <QHash>
 
 namespace {
@@ -45,6 +46,7 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
     , _power(QDBusConnection::systemBus(), _runLoop)
     , _appearance(_runLoop)
     , _hotKeys(hotKeys())
+    , _loginItem(QCoreApplication::applicationFilePath())
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,
              .automation = _automation,
@@ -58,6 +60,7 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
              .mediaPlayers = _roster,
              .haptics = _haptics,
              .hotKeys = *_hotKeys,
+             .loginItem = _loginItem,
              .distributedNotifications = _distributedNotifications,
              .notifications = _notifications}
 {

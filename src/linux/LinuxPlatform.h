@@ -2,6 +2,7 @@
 
 #include "base/EventLoop.h"
 #include "base/NotificationCenter.h"
+#include "linux/desktop/AutostartEntry.h"
 #include "linux/desktop/ClipboardPasteboard.h"
 #include "linux/desktop/DesktopAppearance.h"
 #include "linux/desktop/DesktopAutomation.h"
@@ -44,6 +45,7 @@ private:
     PowerProfiles _power;
     DesktopAppearance _appearance;
     std::unique_ptr<HotKeys> _hotKeys;
+    AutostartEntry _loginItem;
     ClipboardPasteboard _pasteboard;
     X11StatusBar _statusBar;
     X11FloatingWindows _floatingWindows;

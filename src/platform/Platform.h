@@ -6,6 +6,7 @@ class EventTaps;
 class FloatingWindows;
 class HapticFeedback;
 class HotKeys;
+class LoginItem;
 class MediaPlayers;
 class NotificationCenter;
 class Pasteboard;
@@ -30,6 +31,7 @@ struct Platform {
     MediaPlayers& mediaPlayers;
     HapticFeedback& haptics;
     HotKeys& hotKeys;
+    LoginItem& loginItem;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and
     /// "com.spotify.client.PlaybackStateChanged".

@@ -6,6 +6,7 @@
 #include "platform/FloatingWindows.h"
 #include "platform/HapticFeedback.h"
 #include "platform/HotKeys.h"
+#include "platform/LoginItem.h"
 #include "platform/MediaPlayers.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
@@ -122,6 +123,20 @@ public:
     QMap<quint32, State> states;
 };
 
+class FakeLoginItem final : public LoginItem
+{
+public:
+    bool isEnabled() const override { return isOn; }
+    std::optional<QString> setEnabled(bool isEnabled) override
+    {
+        isOn = failure ? isOn : isEnabled;
+        return failure;
+    }
+
+    bool isOn = false;
+    std::optional<QString> failure;
+};
+
 class FakePower final : public PowerState
 {
     Q_OBJECT
@@ -191,6 +206,7 @@ struct FakePlatform {
     FakeMediaPlayers mediaPlayers;
     FakeHaptics haptics;
     FakeHotKeys hotKeys;
+    FakeLoginItem loginItem;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -206,6 +222,7 @@ struct FakePlatform {
                    .mediaPlayers = mediaPlayers,
                    .haptics = haptics,
                    .hotKeys = hotKeys,
+                   .loginItem = loginItem,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };

@@ -1,0 +1,91 @@
+#include "linux/desktop/AutostartEntry.h"
+#include "prefs/LaunchAtLogin.h"
+#include "support/LogFile.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+class AutostartTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        _folder = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_CONFIG_HOME", _folder->filePath(u"home"_s).toUtf8());
+        qputenv("XDG_CONFIG_DIRS", _folder->filePath(u"system"_s).toUtf8());
+        qputenv("XDG_CURRENT_DESKTOP", "Ubuntu:GNOME");
+    }
+
+    void entries_data()
+    {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<bool>("isEnabled");
+        QTest::newRow("plain") << QByteArray("Exec=sh") << true;
+        QTest::newRow("arguments") << QByteArray("Exec = \"/bin/sh\" -c true") << true;
+        QTest::newRow("hidden") << QByteArray("Exec=sh\nHidden=true") << false;
+        QTest::newRow("switched off") << QByteArray("Exec=sh\nX-GNOME-Autostart-enabled=false") << false;
+        QTest::newRow("for this desktop") << QByteArray("Exec=sh\nOnlyShowIn=KDE;GNOME;") << true;
+        QTest::newRow("for another") << QByteArray("Exec=sh\nOnlyShowIn=KDE;") << false;
+        QTest::newRow("not for this") << QByteArray("Exec=sh\nNotShowIn=GNOME;") << false;
+        QTest::newRow("program gone") << QByteArray("Exec=/bin/no-such-program") << false;
+        QTest::newRow("condition") << QByteArray("Exec=sh\nTryExec=no-such-program") << false;
+        QTest::newRow("another group") << QByteArray("Name=x\n[Desktop Action y]\nExec=sh") << false;
+        QTest::newRow("nonsense") << QByteArray("\xFF[=;\"\nExec=\"sh\\") << false;
+    }
+
+    void entries()
+    {
+        QFETCH(const QByteArray, lines);
+        put(u"system"_s, "[Desktop Entry]\n" + lines + '\n');
+        QTEST(AutostartEntry(u"/bin/true"_s).isEnabled(), "isEnabled");
+    }
+
+    void startsThisCopy()
+    {
+        const QString program = _folder->filePath(u"a \"$odd\" `100%` \\path"_s);
+        QVERIFY(QFile::copy(u"/bin/true"_s, program));
+        AutostartEntry entry(program);
+        QVERIFY(!entry.isEnabled());
+        QCOMPARE(entry.setEnabled(true), std::nullopt);
+        QVERIFY(entry.isEnabled());
+        QVERIFY(QFile::remove(program));
+        QVERIFY(!entry.isEnabled());
+        QCOMPARE(entry.setEnabled(false), std::nullopt);
+        QVERIFY(QDir(_folder->filePath(u"home/autostart"_s)).isEmpty());
+
+        put(u"system"_s, "[Desktop Entry]\nExec=sh\n");
+        QVERIFY(entry.isEnabled());
+        QCOMPARE(entry.setEnabled(false), std::nullopt);
+        QVERIFY(!entry.isEnabled());
+    }
+
+    void failuresAreLogged()
+    {
+        LogFile log;
+        AutostartEntry entry(u"/bin/true"_s);
+        LaunchAtLogin launch(entry);
+        QVERIFY(QFile(_folder->filePath(u"home"_s)).open(QFile::WriteOnly)); // where the folder should be
+        launch.setEnabled(true);
+        QVERIFY(!launch.isEnabled());
+        const QStringList lines = log.take();
+        QCOMPARE(lines.size(), 1);
+        QVERIFY(lines.first().startsWith(u"LaunchAtLogin: failed to enable login item – "));
+    }
+
+private:
+    void put(const QString& place, const QByteArray& entry)
+    {
+        QVERIFY(QDir(_folder->path()).mkpath(place + u"/autostart"));
+        QFile file(_folder->filePath(place + u"/autostart/com.orvalen.pellar.desktop"));
+        QVERIFY(file.open(QFile::WriteOnly) && file.write(entry) > 0);
+    }
+
+    std::unique_ptr<QTemporaryDir> _folder;
+};
+
+QTEST_GUILESS_MAIN(AutostartTest)
+#include "autostart_test.moc"
