@@ -5,11 +5,14 @@
 #include "app/TrayIcon.h"
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "base/DebugLog.h"
 #include "base/NotificationCenter.h"
 #include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
+#include "platform/RemoteRequests.h"
 #include "platform/StatusBar.h"
+#include "prefs/AnalyticsManager.h"
 #include "prefs/GlobalShortcuts.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
@@ -27,6 +30,8 @@
 #include "ui/widget/FloatingWidget.h"
 
 #include <QMouseEvent>
+
+#include <algorithm>
 
 namespace {
 
@@ -74,10 +79,78 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    _launched = _platform.runLoop.uptime();
+    dlog(QStringLiteral("Start: main menu"));
+    _mainMenu = std::make_unique<MainMenu>();
+    dlog(QStringLiteral("Start: usage ping"));
+    AnalyticsManager::shared().pingIfNeeded();
+    dlog(QStringLiteral("Start: audio capture"));
     _audioCapture.startAudioCapture();
+    dlog(QStringLiteral("Start: observers"));
     _platform.notifications.observe(previewToggled, this, [this](const QVariantMap&) { togglePreview(); });
     _contextMenu.commands.togglePreview = [this] { _platform.notifications.post(previewToggled); };
+    observeRequests();
+    dlog(QStringLiteral("Start: status item"));
     setup();
+}
+
+void AppDelegate::observeRequests()
+{
+    connect(&_platform.remoteRequests, &RemoteRequests::activated, this, &AppDelegate::activate);
+    connect(&_platform.remoteRequests, &RemoteRequests::actionRequested, this, [this](const QString& action) {
+        if (const auto request = withRawValue<Request>(action)) {
+            perform(*request);
+        } else {
+            dlog(QStringLiteral("Requests: \"%1\" is not known").arg(action));
+        }
+    });
+}
+
+void AppDelegate::activate()
+{
+    _statusItem->reveal(_platform.runLoop);
+}
+
+void AppDelegate::perform(Request request)
+{
+    switch (request) {
+    case Request::playPause:
+        performLater(PellarShortcut::playPause);
+        break;
+    case Request::next:
+        performLater(PellarShortcut::nextTrack);
+        break;
+    case Request::previous:
+        performLater(PellarShortcut::previousTrack);
+        break;
+    case Request::togglePreview:
+        _platform.notifications.post(previewToggled);
+        break;
+    case Request::settings:
+        openSettings();
+        break;
+    case Request::quit:
+        QCoreApplication::quit();
+        break;
+    }
+}
+
+void AppDelegate::performLater(PellarShortcut shortcut)
+{
+    constexpr double settling = 1; // seconds
+    const double age = _platform.runLoop.uptime() - _launched;
+    _platform.runLoop.after(std::max(0.0, settling - age), this,
+                            [this, shortcut] { handleHotKey(shortcut); });
+}
+
+/// As the row of the menu does.
+void AppDelegate::openSettings()
+{
+    if (_contextMenu.commands.openSettings) {
+        _contextMenu.commands.openSettings();
+    } else {
+        dlog(QStringLiteral("Requests: this build has no settings window"));
+    }
 }
 
 void AppDelegate::setup()
@@ -114,6 +187,7 @@ void AppDelegate::setup()
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
     connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
+    dlog(QStringLiteral("Start: hot keys"));
     GlobalShortcuts::shared().setupGlobalShortcuts();
 }
 

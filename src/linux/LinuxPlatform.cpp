@@ -61,6 +61,7 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
              .haptics = _haptics,
              .hotKeys = *_hotKeys,
              .loginItem = _loginItem,
+             .remoteRequests = _remoteRequests,
              .distributedNotifications = _distributedNotifications,
              .notifications = _notifications}
 {

@@ -2,6 +2,7 @@
 
 #include "base/EventLoop.h"
 #include "base/NotificationCenter.h"
+#include "linux/desktop/ApplicationService.h"
 #include "linux/desktop/AutostartEntry.h"
 #include "linux/desktop/ClipboardPasteboard.h"
 #include "linux/desktop/DesktopAppearance.h"
@@ -46,6 +47,7 @@ private:
     DesktopAppearance _appearance;
     std::unique_ptr<HotKeys> _hotKeys;
     AutostartEntry _loginItem;
+    ApplicationService _remoteRequests;
     ClipboardPasteboard _pasteboard;
     X11StatusBar _statusBar;
     X11FloatingWindows _floatingWindows;

@@ -11,6 +11,7 @@ class MediaPlayers;
 class NotificationCenter;
 class Pasteboard;
 class PowerState;
+class RemoteRequests;
 class RunLoop;
 class ScriptRunner;
 class StatusBar;
@@ -32,6 +33,7 @@ struct Platform {
     HapticFeedback& haptics;
     HotKeys& hotKeys;
     LoginItem& loginItem;
+    RemoteRequests& remoteRequests;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and
     /// "com.spotify.client.PlaybackStateChanged".

@@ -6,10 +6,15 @@
 #include "support/RealPlayer.h"
 #include "ui/pill/PillLayout.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QGuiApplication>
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
+#include <QRasterWindow>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
@@ -17,6 +22,14 @@
 namespace {
 
 constexpr QSize pillSize(185, 28);
+
+class Cover final : public QRasterWindow
+{
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter(this).fillRect(0, 0, width(), height(), Qt::red);
+    }
+};
 
 QString xdotool(const QString& words)
 {
@@ -61,13 +74,66 @@ private Q_SLOTS:
         QTRY_VERIFY(!isIdle(_layout.title) && !isIdle(_layout.playButton));
     }
 
-    void staysAlone()
+    void answersWithoutADisplay_data()
     {
-        Program second(QStringLiteral(PELLAR_PROGRAM));
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("answer"); // its beginning
+        QTest::addColumn<bool>("isAlone");
+        QTest::newRow("--help") << 0 << u"pellar "_s << false;
+        QTest::newRow("--version") << 0 << u"Pellar "_s << false;
+        QTest::newRow("--pause") << 2 << u"pellar: what is “--pause” here?"_s << false;
+        QTest::newRow("--next") << 1 << u"Pellar needs a display to be shown on, and there is none.\n"_s
+                                << true;
+        QTest::newRow("--quit") << 0 << QString() << true;
+    }
+
+    void answersWithoutADisplay()
+    {
+        QFETCH(const bool, isAlone);
+        QStringList changes = {u"-u"_s, u"DISPLAY"_s};
+        if (isAlone) {
+            changes << u"XDG_RUNTIME_DIR="_s + _elsewhere.path();
+        }
+        Program second(u"env"_s, changes + QStringList{QStringLiteral(PELLAR_PROGRAM),
+                                                       QString::fromUtf8(QTest::currentDataTag())});
         QVERIFY(second.waitForFinished(10000));
-        QCOMPARE(second.readAllStandardError(), QByteArray("Pellar is already running.\n"));
-        QCOMPARE(second.exitCode(), 1);
-        QVERIFY(!xdotool(u"search --onlyvisible --class pellar"_s).contains(u'\n')); // the only window
+        QTEST(second.exitCode(), "code");
+        const QString said =
+            QString::fromUtf8(second.readAllStandardOutput() + second.readAllStandardError());
+        QFETCH(const QString, answer);
+        QVERIFY2(said.startsWith(answer) && said.isEmpty() == answer.isEmpty(), qUtf8Printable(said));
+    }
+
+    void obeysOtherStarts()
+    {
+        const auto start = [](const QString& option) {
+            return run(u"env -u DISPLAY " PELLAR_PROGRAM " "_s + option).isEmpty();
+        };
+        QVERIFY(start(u"--play-pause"_s));
+        QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
+        QVERIFY(start(u"--play-pause"_s));
+        QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
+        const QString title = RealPlayer::metadata(u"title"_s);
+        auto call = QDBusMessage::createMethodCall(u"com.orvalen.pellar"_s, u"/com/orvalen/pellar"_s,
+                                                   u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+        call << u"next"_s << QVariantList() << QVariantMap();
+        QCOMPARE(QDBusConnection::sessionBus().call(call).type(), QDBusMessage::ReplyMessage);
+        QTRY_VERIFY(RealPlayer::metadata(u"title"_s) != title);
+    }
+
+    void showsItselfWhereItIsCovered()
+    {
+        const QPoint place = pill().center();
+        const auto isShown = [&] {
+            return _screen->grabWindow(0).toImage().pixelColor(place) != QColor(Qt::red);
+        };
+        QVERIFY(isShown());
+        Cover cover;
+        cover.showFullScreen();
+        QTRY_VERIFY(!isShown());
+        QCOMPARE(run(QStringLiteral(PELLAR_PROGRAM)), QString());
+        QTRY_VERIFY(isShown());
+        QTRY_VERIFY_WITH_TIMEOUT(!isShown(), 6000); // the window is still there, and in front again
     }
 
     void obeysClicks()
@@ -195,6 +261,7 @@ private:
 
     QScreen* _screen = QGuiApplication::primaryScreen();
     QProcess _program;
+    QTemporaryDir _elsewhere; ///< where nothing runs
     RealPlayer _mpv;
     PillLayout _layout = PillLayout::make(pillSize, {});
     QImage _idle; ///< the pill without a player

@@ -11,6 +11,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/PowerState.h"
+#include "platform/RemoteRequests.h"
 #include "platform/ScriptRunner.h"
 #include "platform/StatusBar.h"
 #include "platform/SystemDefinedEvent.h"
@@ -173,6 +174,7 @@ public:
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
     void place(QWindow& window, const QRect& frame) override { window.setGeometry(frame); }
     std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& /*menu*/) override { return nullptr; }
+    void lift(QWindow& window, bool /*isLifted*/) override { window.show(); }
     bool isComposited() const override { return composited; }
 
     bool composited = true;
@@ -207,6 +209,7 @@ struct FakePlatform {
     FakeHaptics haptics;
     FakeHotKeys hotKeys;
     FakeLoginItem loginItem;
+    RemoteRequests remoteRequests;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -223,6 +226,7 @@ struct FakePlatform {
                    .haptics = haptics,
                    .hotKeys = hotKeys,
                    .loginItem = loginItem,
+                   .remoteRequests = remoteRequests,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };
