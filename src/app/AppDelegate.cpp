@@ -28,6 +28,7 @@
 #include "ui/pill/PillModel.h"
 #include "ui/preview/PellarPreviewPanel.h"
 #include "ui/widget/FloatingWidget.h"
+#include "updates/UpdaterManager.h"
 
 #include <QMouseEvent>
 
@@ -82,6 +83,8 @@ void AppDelegate::applicationDidFinishLaunching()
     _launched = _platform.runLoop.uptime();
     dlog(QStringLiteral("Start: main menu"));
     _mainMenu = std::make_unique<MainMenu>();
+    dlog(QStringLiteral("Start: updater"));
+    UpdaterManager::shared();
     dlog(QStringLiteral("Start: usage ping"));
     AnalyticsManager::shared().pingIfNeeded();
     dlog(QStringLiteral("Start: audio capture"));

@@ -41,7 +41,7 @@ public:
     QStringList sources;
 };
 
-class FakeWorkspace final : public Workspace
+class FakeWorkspace : public Workspace
 {
     Q_OBJECT
 
