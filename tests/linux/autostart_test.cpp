@@ -1,9 +1,10 @@
 #include "linux/desktop/AutostartEntry.h"
 #include "prefs/LaunchAtLogin.h"
+#include "support/Command.h"
 #include "support/LogFile.h"
 
 #include <QDir>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -46,12 +47,18 @@ private Q_SLOTS:
 
     void startsThisCopy()
     {
-        const QString program = _folder->filePath(u"a \"$odd\" `100%` \\path"_s);
-        QVERIFY(QFile::copy(u"/bin/true"_s, program));
+        const QString program = _folder->filePath(u"a \"$odd\" `odd` \\path"_s);
+        QFile script(program);
+        QVERIFY(script.open(QFile::WriteOnly) && script.write("#!/bin/sh\ntouch \"$0 ran\"\n") > 0);
+        script.close();
+        QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
         AutostartEntry entry(program);
         QVERIFY(!entry.isEnabled());
         QCOMPARE(entry.setEnabled(true), std::nullopt);
         QVERIFY(entry.isEnabled());
+        const QString file = _folder->filePath(u"home/autostart/com.orvalen.pellar.desktop"_s);
+        QCOMPARE(output(u"gio"_s, {u"launch"_s, file}), QString());
+        QTRY_VERIFY(QFile::exists(program + u" ran")); // by those who start such entries
         QVERIFY(QFile::remove(program));
         QVERIFY(!entry.isEnabled());
         QCOMPARE(entry.setEnabled(false), std::nullopt);

@@ -18,8 +18,10 @@ const QString fileName = QStringLiteral("autostart/com.orvalen.pellar.desktop");
 /// The entry that counts: the user's own, else the first of the system's. Empty when there is none.
 QString presentEntry()
 {
-    QFile file(QStandardPaths::locate(QStandardPaths::GenericConfigLocation, fileName));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.read(longestEntry)) : QString();
+    const QString path = QStandardPaths::locate(QStandardPaths::GenericConfigLocation, fileName);
+    QFile file(path);
+    const bool isOpen = !path.isEmpty() && file.open(QIODevice::ReadOnly);
+    return isOpen ? QString::fromUtf8(file.read(longestEntry)) : QString();
 }
 
 QString ownPath()
