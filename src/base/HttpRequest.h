@@ -22,7 +22,8 @@ struct HttpRequest {
     bool isSecureOnly = false;
 
     /// Takes the body of a whole answer with a status of 200 to 299 piece by piece as it comes, in place of
-    /// the reply's body, which stays empty. The call still fails if the answer is cut off or too long.
+    /// the reply's body, which stays empty. The call still fails if the answer is cut off or too long, and
+    /// must not be destroyed from here.
     std::function<void(const QByteArray& piece)> receive = {};
 
     /// Whether a redirect from one address to another is followed: between web addresses only, never from

@@ -58,11 +58,11 @@ void AnalyticsManager::setOptedOut(bool isOptedOut)
 
 QString AnalyticsManager::installId()
 {
-    const QString stored = readStored(_defaults, installIdKey, QString());
+    QString stored = readStored(_defaults, installIdKey, QString());
     if (!stored.isEmpty()) {
         return stored;
     }
-    const QString made = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    QString made = QUuid::createUuid().toString(QUuid::WithoutBraces);
     _defaults.setObject(installIdKey, made);
     return made;
 }

@@ -2,7 +2,7 @@
 
 #include "base/RunLoop.h"
 #include "platform/HotKeys.h"
-#include "prefs/PellarShortcut.h"
+#include "prefs/ShortcutBinding.h"
 
 #include <QMap>
 #include <QProperty>
@@ -10,7 +10,6 @@
 
 class KeyboardShortcutManager;
 class NotificationCenter;
-struct KeyDown;
 
 /// Has the bindings registered as hot keys, again whenever one of them or the keyboard changes, and says what
 /// became of each. A chord that another program has is tried again every ten seconds.
@@ -40,6 +39,10 @@ public:
 
     /// One line for people on why the action's chord does nothing; empty when it works or there is none.
     QString note(PellarShortcut shortcut) const;
+
+    /// The chord that a key-down event of a window stands for; none for one without a modifier, or of a key
+    /// that no hot key can have.
+    std::optional<ShortcutBinding> chord(const QKeyEvent& event) const;
 
     /// While a chord is recorded nothing is registered, so that those in use can be pressed, too.
     void setRecording(bool isRecording);
