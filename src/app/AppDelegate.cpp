@@ -147,7 +147,7 @@ void AppDelegate::performLater(PellarShortcut shortcut)
 }
 
 /// As the row of the menu does.
-void AppDelegate::openSettings()
+void AppDelegate::openSettings() const
 {
     if (_contextMenu.commands.openSettings) {
         _contextMenu.commands.openSettings();

@@ -58,7 +58,7 @@ private:
     void handleHotKey(PellarShortcut shortcut);
     void observeRequests();
     void performLater(PellarShortcut shortcut);
-    void openSettings();
+    void openSettings() const;
     void refreshMenus();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);

@@ -13,27 +13,19 @@ class ShortcutsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void recordsAndShows_data()
-    {
-        QTest::addColumn<quint32>("keyCode");
-        QTest::addColumn<quint32>("modifiers");
-        QTest::addColumn<QString>("shown"); // none when the chord is refused
-        QTest::newRow("letter") << 6U << 0x100U << u"⌘ Z"_s;
-        QTest::newRow("all") << 124U << 0x1B00U << u"⌃⌥⇧⌘ Right Arrow"_s;
-        QTest::newRow("shift") << 49U << 0x200U << u"⇧ Space"_s;
-        QTest::newRow("other flags") << 126U << 0x1500U << u"⌃⌘ Up Arrow"_s; // Caps Lock is 0x400
-        QTest::newRow("only others") << 126U << 0x400U << QString();
-        QTest::newRow("number") << 130U << 0x800U << u"⌥ 130"_s;
-        QTest::newRow("no key's") << 127U << 0x800U << u"⌥ 127"_s;
-    }
-
     void recordsAndShows()
     {
-        QFETCH(const quint32, keyCode);
-        QFETCH(const quint32, modifiers);
-        const auto binding = ShortcutBinding::from({.keyCode = keyCode, .modifiers = modifiers});
-        QTEST(binding ? binding->displayString() : QString(), "shown");
-        QCOMPARE(ShortcutBinding({49, 0}).displayString(), u"Space"_s);
+        const auto shown = [](quint32 keyCode, quint32 modifiers) {
+            const auto binding = ShortcutBinding::from({.keyCode = keyCode, .modifiers = modifiers});
+            return binding ? binding->displayString() : QString();
+        };
+        QCOMPARE(shown(6, 0x100), u"⌘ Z"_s);
+        QCOMPARE(shown(124, 0x1B00), u"⌃⌥⇧⌘ Right Arrow"_s);
+        QCOMPARE(shown(126, 0x1500), u"⌃⌘ Up Arrow"_s); // Caps Lock, 0x400, does not count
+        QCOMPARE(shown(49, 0x200), u"⇧ Space"_s);
+        QCOMPARE(shown(49, 0x400), QString());
+        QCOMPARE(shown(127, 0x800), u"⌥ 127"_s);
+        QCOMPARE(ShortcutBinding({66, 0}).displayString(), u"66"_s);
     }
 
     void stores()
@@ -56,10 +48,9 @@ private Q_SLOTS:
         QCOMPARE(defaults.values.size(), 3);
         QCOMPARE(defaults.values.value(next), standard);
 
-        for (const QVariant& odd :
-             {QVariant(u"off"_s), QVariant(QVariantMap{{u"keyCode"_s, qlonglong{3}}}),
-              QVariant(QVariantMap{{u"keyCode"_s, 3.0}, {u"modifiers"_s, 256.0}}),
-              QVariant(QVariantMap{{u"keyCode"_s, qlonglong{-1}}, {u"modifiers"_s, qlonglong{256}}})}) {
+        for (const QVariantMap& odd :
+             {QVariantMap{{u"keyCode"_s, qlonglong{3}}},
+              QVariantMap{{u"keyCode"_s, qlonglong{-1}}, {u"modifiers"_s, qlonglong{256}}}}) {
             defaults.setObject(next, odd);
             QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"nextTrack cannot be read"_s));
             QVERIFY(KeyboardShortcutManager(defaults, platform.notifications)

@@ -128,14 +128,9 @@ class FakeLoginItem final : public LoginItem
 {
 public:
     bool isEnabled() const override { return isOn; }
-    std::optional<QString> setEnabled(bool isEnabled) override
-    {
-        isOn = failure ? isOn : isEnabled;
-        return failure;
-    }
+    std::optional<QString> setEnabled(bool isEnabled) override { return isOn = isEnabled, std::nullopt; }
 
     bool isOn = false;
-    std::optional<QString> failure;
 };
 
 class FakePower final : public PowerState

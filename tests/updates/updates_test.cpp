@@ -80,31 +80,18 @@ private Q_SLOTS:
         _log.take();
     }
 
-    void comparesVersions_data()
-    {
-        QTest::addColumn<QStringList>("ascending");
-        QTest::addColumn<bool>("areSame");
-        const auto row = [](const char* name, const char* versions, bool areSame = false) {
-            QTest::newRow(name) << QString::fromLatin1(versions).split(u' ') << areSame;
-        };
-        row("numbers", "0.9 0.10 1 1.0.1 1.2 1.10.0 10 99999999999999999999 100000000000000000000");
-        row("before a release", "2.0a1 2.0b1 2.0b2 2.0b10 2.0rc 2.0-beta 2.0 2.0.1b3 2.0.1");
-        row("zeros", "1 1.0 1.0.0 01.00", true);
-        row("separators", "1.2 1,2 1_2", true);
-        row("nothing", " 0.1");
-    }
-
     void comparesVersions()
     {
-        QFETCH(const QStringList, ascending);
-        QFETCH(const bool, areSame);
-        for (qsizetype i = 0; i < ascending.size(); ++i) {
-            for (qsizetype j = 0; j < ascending.size(); ++j) {
-                const int order = compareVersions(ascending[i], ascending[j]);
-                const int sign = (order > 0) - (order < 0);
-                const int wanted = areSame ? 0 : (i > j) - (i < j);
-                QVERIFY2(sign == wanted, qUtf8Printable(ascending[i] + u' ' + ascending[j]));
-            }
+        const QStringList ascending =
+            u" 0.1 0.9 0.10 1 1.0.1 1.2 1.10.0 2.0a1 2.0b1 2.0b2 2.0b10 2.0rc 2.0-beta 2.0 "
+            "2.0.1b3 2.0.1 10 99999999999999999999 100000000000000000000"_s.split(u' ');
+        for (qsizetype i = 1; i < ascending.size(); ++i) {
+            QVERIFY2(compareVersions(ascending[i - 1], ascending[i]) < 0, qPrintable(ascending[i]));
+            QVERIFY2(compareVersions(ascending[i], ascending[i - 1]) > 0, qPrintable(ascending[i]));
+        }
+        for (const QString& same : {u"1.2"_s, u"1.2.0.0"_s, u"01.02"_s, u"1,2"_s}) {
+            QVERIFY2(compareVersions(same, u"1.2"_s) == 0 && compareVersions(u"1.2"_s, same) == 0,
+                     qPrintable(same));
         }
     }
 
@@ -160,42 +147,35 @@ private Q_SLOTS:
     void refuses_data()
     {
         QTest::addColumn<QString>("feed");
-        QTest::addColumn<State>("end"); // after the user has asked, and tried to install
-        const auto row = [this](const char* name, const QString& feed, State end = State::failed) {
-            QTest::newRow(name) << feed << end;
+        QTest::addColumn<QString>("why"); // none when nothing newer is found
+        const auto row = [](const char* name, const QString& feed, const char* why) {
+            QTest::newRow(name) << feed << QString::fromLatin1(why);
         };
         const QString two = item(u"2"_s);
         const auto with = [&two](const QString& before, const QString& after) {
             return QString(two).replace(QRegularExpression(before), after);
         };
-        row("no signature", with(u"sparkle:edSignature='[^']*'"_s, {}));
-        row("broken signature", with(u"edSignature='..."_s, u"edSignature='!!"_s));
-        row("wrong signature", with(u"edSignature='..."_s, u"edSignature='AAA"_s));
-        row("no length", with(u"length"_s, u"size"_s));
-        row("shorter", with(u"100000"_s, u"99999"_s));
-        row("longer", with(u"100000"_s, u"100001"_s));
-        row("cut off", with(u"pellar_2.deb"_s, u"cut.deb"_s));
-        row("not there", with(u"pellar_2.deb"_s, u"none.deb"_s));
-        row("redirected into the open", with(u"pellar_2.deb"_s, u"moved.deb"_s));
-        row("in the open", with(u"http://127.0.0.1:\\d+"_s, u"http://example.org"_s));
-        row("a file", with(u"http://127.0.0.1:\\d+"_s, u"file:///"_s));
-        row("older", item(u"0.9"_s), State::upToDate);
-        row("the same", item(u"1.0.0"_s), State::upToDate);
-        row("nothing that fits",
-            with(u"<title>"_s, u"<sparkle:minimumSystemVersion>99</sparkle:minimumSystemVersion><title>"_s),
-            State::upToDate);
-        row("broken feed", u"<item>"_s);
-        row("entities", u"<!DOCTYPE"_s);
+        row("no signature", with(u"sparkle:edSignature='[^']*'"_s, {}), "no signature");
+        row("broken signature", with(u"edSignature='..."_s, u"edSignature='!!"_s), "no signature");
+        row("wrong signature", with(u"edSignature='..."_s, u"edSignature='AAA"_s), "signature is wrong");
+        row("no length", with(u"length"_s, u"size"_s), "length cannot be");
+        row("shorter", with(u"100000"_s, u"99999"_s), "more than 99999 bytes");
+        row("longer", with(u"100000"_s, u"100001"_s), "100000 bytes in place of 100001");
+        row("cut off", with(u"pellar_2.deb"_s, u"cut.deb"_s), "closed");
+        row("not there", with(u"pellar_2.deb"_s, u"none.deb"_s), "404");
+        row("redirected", with(u"pellar_2.deb"_s, u"moved.deb"_s), "redirected to http://example.org");
+        row("in the open", with(u"http://127.0.0.1:\\d+"_s, u"http://example.org"_s), "in the open");
+        row("older", item(u"0.9"_s), "");
+        row("for others", item(u"2"_s, u"<sparkle:minimumSystemVersion>99</sparkle:minimumSystemVersion>"_s),
+            "");
+        row("broken feed", u"<item>"_s, "cannot be read");
     }
 
     void refuses()
     {
         QFETCH(const QString, feed);
-        QFETCH(const State, end);
+        QFETCH(const QString, why);
         put(QString(feed).replace(QRegularExpression(u"127.0.0.1:\\d+"_s), _server->address().mid(7)));
-        if (feed.startsWith(u"<!")) {
-            _server->answer("/feed", {.body = "<!DOCTYPE rss [<!ENTITY a \"b\">]><rss><channel/></rss>"});
-        }
         _server->answer("/cut.deb", {.body = _package, .manner = Manner::cutOff});
         _server->answer("/moved.deb", {.status = 302, .headers = {"Location: http://example.org/2.deb"}});
         const auto updater = start();
@@ -203,9 +183,9 @@ private Q_SLOTS:
         updater->checkForUpdates();
         QTRY_VERIFY(updater->state() != State::checking);
         updater->install();
-        QTRY_COMPARE(updater->state(), end);
-        QCOMPARE(updater->message().isEmpty(), end == State::upToDate);
-        QCOMPARE(_log.take().size(), QByteArray(QTest::currentDataTag()) == "the same" ? 0 : 1);
+        QTRY_COMPARE(updater->state(), why.isEmpty() ? State::upToDate : State::failed);
+        QVERIFY2(updater->message().contains(why), qPrintable(updater->message()));
+        QCOMPARE(_log.take().size(), 1);
         QVERIFY(!QDir(packages()).exists() && !QFile::exists(installed()));
     }
 
@@ -230,15 +210,9 @@ private Q_SLOTS:
         for (const auto& [feed, key] : {std::pair(QString(), _maker.publicKey()),
                                         std::pair(u"http://example.org/feed"_s, _maker.publicKey()),
                                         std::pair(u"https://example.org/feed"_s, QByteArray("short"))}) {
-            UpdaterManager updater({_defaults, _platform.runLoop, _workspace}, {.feed = feed,
-                                                                                .publicKey = key,
-                                                                                .version = u"1"_s,
-                                                                                .systemVersion = {},
-                                                                                .folder = packages()});
-            QVERIFY(!updater.isAvailable());
-            QCOMPARE(_log.take().size(), 1);
+            UpdaterManager updater({_defaults, _platform.runLoop, _workspace}, {feed, key, u"1"_s, {}, {}});
             updater.checkForUpdates();
-            QCOMPARE(updater.state(), State::failed);
+            QVERIFY(!updater.isAvailable() && updater.state() == State::failed);
         }
     }
 

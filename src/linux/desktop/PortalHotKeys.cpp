@@ -132,7 +132,7 @@ void PortalHotKeys::start()
 QString PortalHotKeys::expectAnswer(const char* slot)
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    const QString token = QStringLiteral("pellar%1").arg(++_requests);
+    QString token = QStringLiteral("pellar%1").arg(++_requests);
     const QString sender = bus.baseService().mid(1).replace(u'.', u'_');
     _request = portalPath + QStringLiteral("/request/%1/%2").arg(sender, token);
     bus.connect(_portal->service(), _request, QStringLiteral("org.freedesktop.portal.Request"),
