@@ -81,7 +81,8 @@ private Q_SLOTS:
             Program other(u"env"_s, {u"-u"_s, u"DISPLAY"_s, u"XDG_RUNTIME_DIR="_s + run,
                                      QStringLiteral(PELLAR_PROGRAM), option});
             const bool hasEnded = other.waitForFinished(10000) && other.exitCode() == code;
-            return hasEnded ? other.readAllStandardOutput() + other.readAllStandardError() : "?";
+            return hasEnded ? QByteArray(other.readAllStandardOutput() + other.readAllStandardError())
+                            : QByteArray("?");
         };
         QVERIFY(said(u"--help"_s, 0, false).startsWith("pellar "));
         QVERIFY(said(u"--version"_s, 0, false).startsWith("Pellar "));
