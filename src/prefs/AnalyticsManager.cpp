@@ -37,7 +37,6 @@ AnalyticsManager::AnalyticsManager(UserDefaults& defaults, RunLoop& runLoop, QSt
     , _runLoop(runLoop)
     , _endpoint(std::move(endpoint))
     , _version(std::move(version))
-    , _http(runLoop)
 {
 }
 
@@ -91,7 +90,10 @@ void AnalyticsManager::sendPing()
                         .body = QJsonDocument(body).toJson(QJsonDocument::Compact),
                         .timeout = timeout,
                         .isSecureOnly = true};
-    _call = _http.send(std::move(request), this, [](const HttpReply& reply) {
+    if (!_http) {
+        _http.emplace(_runLoop);
+    }
+    _call = _http->send(std::move(request), this, [](const HttpReply& reply) {
         if (reply.hasFailed()) {
             dlog(QStringLiteral("Analytics: the ping failed: %1").arg(reply.failure));
         }

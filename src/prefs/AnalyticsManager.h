@@ -41,6 +41,6 @@ private:
     QString _endpoint;
     QString _version;
     Preference<bool> _isOptedOut{_defaults, optOutKey, false};
-    HttpClient _http;
+    std::optional<HttpClient> _http; ///< once there is something to ask
     std::unique_ptr<HttpCall> _call;
 };

@@ -38,7 +38,6 @@ UpdaterManager::UpdaterManager(const Dependencies& dependencies, Build build)
     , _runLoop(dependencies.runLoop)
     , _workspace(dependencies.workspace)
     , _build(std::move(build))
-    , _http(dependencies.runLoop)
 {
     if (!isAvailable()) {
         dlog(QStringLiteral("Updates: this build has none"));
@@ -106,7 +105,10 @@ void UpdaterManager::check(bool isAskedFor)
                         .body = {},
                         .byteLimit = longestFeed,
                         .isSecureOnly = true};
-    _call = _http.send(std::move(request), this, [this](const HttpReply& reply) {
+    if (!_http) {
+        _http.emplace(_runLoop);
+    }
+    _call = _http->send(std::move(request), this, [this](const HttpReply& reply) {
         const auto call = std::move(_call);
         takeReply(reply);
     });

@@ -116,7 +116,7 @@ private:
     RunLoop& _runLoop;
     Workspace& _workspace;
     Build _build;
-    HttpClient _http;
+    std::optional<HttpClient> _http; ///< once there is something to ask
     std::unique_ptr<HttpCall> _call; ///< while the feed is asked for
     std::unique_ptr<UpdateDownload> _download;
     std::unique_ptr<RunLoop::Timer> _daily;
