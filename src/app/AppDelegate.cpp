@@ -5,11 +5,15 @@
 #include "app/TrayIcon.h"
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "base/DebugLog.h"
 #include "base/NotificationCenter.h"
 #include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
+#include "platform/RemoteRequests.h"
 #include "platform/StatusBar.h"
+#include "prefs/AnalyticsManager.h"
+#include "prefs/GlobalShortcuts.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
@@ -24,8 +28,11 @@
 #include "ui/pill/PillModel.h"
 #include "ui/preview/PellarPreviewPanel.h"
 #include "ui/widget/FloatingWidget.h"
+#include "updates/UpdaterManager.h"
 
 #include <QMouseEvent>
+
+#include <algorithm>
 
 namespace {
 
@@ -73,10 +80,80 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching()
 {
+    _launched = _platform.runLoop.uptime();
+    dlog(QStringLiteral("Start: main menu"));
+    _mainMenu = std::make_unique<MainMenu>();
+    dlog(QStringLiteral("Start: updater"));
+    UpdaterManager::shared();
+    dlog(QStringLiteral("Start: usage ping"));
+    AnalyticsManager::shared().pingIfNeeded();
+    dlog(QStringLiteral("Start: audio capture"));
     _audioCapture.startAudioCapture();
+    dlog(QStringLiteral("Start: observers"));
     _platform.notifications.observe(previewToggled, this, [this](const QVariantMap&) { togglePreview(); });
     _contextMenu.commands.togglePreview = [this] { _platform.notifications.post(previewToggled); };
+    observeRequests();
+    dlog(QStringLiteral("Start: status item"));
     setup();
+}
+
+void AppDelegate::observeRequests()
+{
+    connect(&_platform.remoteRequests, &RemoteRequests::activated, this, &AppDelegate::activate);
+    connect(&_platform.remoteRequests, &RemoteRequests::actionRequested, this, [this](const QString& action) {
+        if (const auto request = withRawValue<Request>(action)) {
+            perform(*request);
+        } else {
+            dlog(QStringLiteral("Requests: \"%1\" is not known").arg(action));
+        }
+    });
+}
+
+void AppDelegate::activate()
+{
+    _statusItem->reveal(_platform.runLoop);
+}
+
+void AppDelegate::perform(Request request)
+{
+    switch (request) {
+    case Request::playPause:
+        performLater(PellarShortcut::playPause);
+        break;
+    case Request::next:
+        performLater(PellarShortcut::nextTrack);
+        break;
+    case Request::previous:
+        performLater(PellarShortcut::previousTrack);
+        break;
+    case Request::togglePreview:
+        _platform.notifications.post(previewToggled);
+        break;
+    case Request::settings:
+        openSettings();
+        break;
+    case Request::quit:
+        QCoreApplication::quit();
+        break;
+    }
+}
+
+void AppDelegate::performLater(PellarShortcut shortcut)
+{
+    constexpr double settling = 1; // seconds
+    const double age = _platform.runLoop.uptime() - _launched;
+    _platform.runLoop.after(std::max(0.0, settling - age), this,
+                            [this, shortcut] { handleHotKey(shortcut); });
+}
+
+/// As the row of the menu does.
+void AppDelegate::openSettings() const
+{
+    if (_contextMenu.commands.openSettings) {
+        _contextMenu.commands.openSettings();
+    } else {
+        dlog(QStringLiteral("Requests: this build has no settings window"));
+    }
 }
 
 void AppDelegate::setup()
@@ -112,6 +189,24 @@ void AppDelegate::setup()
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
+    connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
+    dlog(QStringLiteral("Start: hot keys"));
+    GlobalShortcuts::shared().setupGlobalShortcuts();
+}
+
+void AppDelegate::handleHotKey(PellarShortcut shortcut)
+{
+    switch (shortcut) {
+    case PellarShortcut::playPause:
+        _service.togglePlayPause();
+        break;
+    case PellarShortcut::nextTrack:
+        _service.nextTrack();
+        break;
+    case PellarShortcut::previousTrack:
+        _service.previousTrack();
+        break;
+    }
 }
 
 void AppDelegate::bindStatusItem()

@@ -2,10 +2,13 @@
 
 #include "app/AudioCaptureSupervision.h"
 #include "app/ContextMenu.h"
+#include "app/MainMenu.h"
+#include "app/Request.h"
 #include "audio/AudioDeviceManager.h"
 #include "audio/AwaitedPlayer.h"
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
+#include "prefs/PellarShortcut.h"
 #include "ui/track/TrackModel.h"
 
 #include <QObject>
@@ -42,9 +45,20 @@ public:
     /// Starts everything, once the event loop is about to run.
     void applicationDidFinishLaunching();
 
+    /// Does what is asked for from outside. Playback waits until the players have had the time to tell of
+    /// themselves, when the program has only just started.
+    void perform(Request request);
+
+    /// Brings the pill to the front.
+    void activate();
+
 private:
     void setup();
     void bindStatusItem();
+    void handleHotKey(PellarShortcut shortcut);
+    void observeRequests();
+    void performLater(PellarShortcut shortcut);
+    void openSettings() const;
     void refreshMenus();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);
@@ -65,6 +79,8 @@ private:
     NowPlayingService _service;
     ContextMenu _contextMenu;
     AudioCaptureSupervision _audioCapture;
+    std::unique_ptr<MainMenu> _mainMenu;
+    Uptime _launched;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;

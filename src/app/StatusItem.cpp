@@ -2,6 +2,7 @@
 
 #include "app/StatusHostingView.h"
 #include "app/StatusItemPlacement.h"
+#include "base/RunLoop.h"
 #include "platform/StatusBar.h"
 #include "platform/UserDefaults.h"
 #include "ui/controls/PaintedWindowSize.h"
@@ -40,6 +41,25 @@ void StatusItem::setView(StatusHostingView* view)
     followScreen(QGuiApplication::primaryScreen());
     _view->show();
     place();
+}
+
+void StatusItem::reveal(RunLoop& runLoop)
+{
+    constexpr double moment = 3; // seconds
+    if (std::exchange(_isRevealed, true)) {
+        return;
+    }
+    const bool wasHidden = !_view->isVisible();
+    const auto lift = [this](bool isLifted) {
+        _bar.lift(*_view, isLifted);
+        place();
+    };
+    lift(true);
+    runLoop.after(moment, this, [this, wasHidden, lift] {
+        _isRevealed = false;
+        lift(false);
+        _view->setVisible(!wasHidden);
+    });
 }
 
 /// While it is dragged the place may be one beyond the screen: the pointer is there, and comes back.

@@ -6,6 +6,7 @@
 #include <QRect>
 
 class QScreen;
+class RunLoop;
 class StatusBar;
 class StatusHostingView;
 class UserDefaults;
@@ -23,6 +24,9 @@ public:
 
     /// Puts the view on screen.
     void setView(StatusHostingView* view);
+
+    /// Brings the item to the front of all, for some seconds also where something covers it, or it is hidden.
+    void reveal(RunLoop& runLoop);
 
     /// The item's width, in points. Its right edge stays where it is.
     QBindable<double> bindableLength() { return &_length; }
@@ -51,6 +55,7 @@ private:
     QString _placeKey;
     double _rightInset;
     bool _isDragged = false;
+    bool _isRevealed = false;
     StatusHostingView* _view = nullptr;
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(StatusItem, double, _length, 0, &StatusItem::place)
     Q_OBJECT_BINDABLE_PROPERTY(StatusItem, StatusItem::Corners, _corners, &StatusItem::cutCorners)

@@ -1,8 +1,11 @@
 #include "app/AppDelegate.h"
+#include "app/CommandLine.h"
+#include "app/DisplayGuard.h"
 #include "app/SingleInstance.h"
 #include "audio/PlayerChoice.h"
 #include "linux/LinuxPlatform.h"
 #include "linux/desktop/MemoryFootprint.h"
+#include "linux/desktop/RunningCopy.h"
 #include "linux/settings/PlistUserDefaults.h"
 #include "platform/Platform.h"
 #include "ui/QmlModules.h"
@@ -10,7 +13,9 @@
 #include <QApplication>
 #include <QQuickWindow>
 
+#include <algorithm>
 #include <cstdio>
+#include <optional>
 
 namespace {
 
@@ -52,26 +57,30 @@ void chooseRenderer()
     }
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+/// The program that is not the first one.
+int handOver(int argc, char** argv, const CommandLine& line)
 {
-    keepHeapSmall();
-    keepToRunningBus();
+    const QCoreApplication application(argc, argv);
+    if (RunningCopy::request(line.request ? rawValue(*line.request) : QString())) {
+        return 0;
+    }
+    std::fputs("Pellar is already running, and does not answer.\n", stderr);
+    return 1;
+}
+
+int run(int argc, char** argv, std::optional<Request> request)
+{
     chooseWindowSystem();
     chooseRenderer();
     drawWithoutWaiting();
     importQmlModules();
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pellar"));
+    auto display = std::make_optional<DisplayGuard>();
+    const QApplication application(argc, argv);
+    display.reset();
     QApplication::setApplicationDisplayName(QStringLiteral("Pellar"));
+    QApplication::setDesktopFileName(QStringLiteral("com.orvalen.pellar"));
     QApplication::setQuitOnLastWindowClosed(false);
 
-    const SingleInstance instance;
-    if (!instance.isFirst()) {
-        std::fputs("Pellar is already running.\n", stderr);
-        return 1;
-    }
     PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
     UserDefaults::setStandard(&defaults);
     const PlayerChoice casting(defaults);
@@ -80,7 +89,33 @@ int main(int argc, char** argv)
 
     AppDelegate delegate(linux.ports(), defaults, linux.appearance());
     delegate.applicationDidFinishLaunching();
+    if (request) {
+        delegate.perform(*request);
+    }
     constexpr double startSeconds = 3;
     linux.ports().runLoop.after(startSeconds, &delegate, releaseReadOnlyPages);
     return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    keepHeapSmall();
+    keepToRunningBus();
+    QCoreApplication::setApplicationName(QStringLiteral("pellar"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(PELLAR_VERSION));
+    QStringList arguments;
+    std::transform(argv, argv + argc, std::back_inserter(arguments),
+                   [](const char* argument) { return QString::fromLocal8Bit(argument); });
+    const auto line = CommandLine::parse(arguments, QCoreApplication::applicationVersion());
+    if (!line.answer.isEmpty()) {
+        std::fputs(qUtf8Printable(line.answer), line.isWrong ? stderr : stdout);
+        return line.isWrong ? 2 : 0;
+    }
+    const SingleInstance instance;
+    if (!instance.isFirst()) {
+        return handOver(argc, argv, line);
+    }
+    return line.request == Request::quit ? 0 : run(argc, argv, line.request);
 }

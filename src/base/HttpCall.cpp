@@ -29,6 +29,11 @@ QNetworkRequest networkRequest(const HttpRequest& request)
     return result;
 }
 
+bool isSuccess(const QNetworkReply& reply)
+{
+    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() / 100 == 2;
+}
+
 /// An answer such as "404 Not Found" is an error to Qt, too, but not to us.
 bool isWholeAnswer(const QNetworkReply& reply, int status)
 {
@@ -46,8 +51,11 @@ HttpCall::HttpCall(QNetworkAccessManager& network, RunLoop& runLoop, HttpRequest
     , _request(std::move(request))
     , _completion(std::move(completion))
 {
-    if (!isWebAddress(_request.url)) {
-        runLoop.after(0, this, [this] { fail(QStringLiteral("not a web address")); });
+    if (!isWebAddress(_request.url) || (_request.isSecureOnly && !isSecureAddress(_request.url))) {
+        runLoop.after(0, this, [this] {
+            fail(_request.isSecureOnly ? QStringLiteral("not a secure web address")
+                                       : QStringLiteral("not a web address"));
+        });
         return;
     }
     start();
@@ -74,12 +82,17 @@ void HttpCall::start()
 bool HttpCall::read()
 {
     // No more than is wanted: a small answer may decompress to a huge one.
-    while (_body.size() <= _request.byteLimit) {
-        const QByteArray piece = _reply->read(_request.byteLimit + 1 - _body.size());
+    while (_length <= _request.byteLimit) {
+        const QByteArray piece = _reply->read(_request.byteLimit + 1 - _length);
         if (piece.isEmpty()) {
             return true;
         }
-        _body += piece;
+        _length += piece.size();
+        if (!_request.receive) {
+            _body += piece;
+        } else if (isSuccess(*_reply)) {
+            _request.receive(piece);
+        }
     }
     fail(QStringLiteral("more than %1 bytes").arg(_request.byteLimit));
     return false;
@@ -113,6 +126,7 @@ void HttpCall::redirect(int status, const QUrl& target)
     }
     drop();
     _body.clear();
+    _length = 0;
     _request.url = target;
     if (status != temporaryRedirect && status != permanentRedirect) {
         _request.method = HttpRequest::Method::get;

@@ -49,5 +49,6 @@ private:
     Completion _completion;
     QPointer<QNetworkReply> _reply; ///< belongs to the network manager
     QByteArray _body;
-    int _redirects = 0; ///< followed so far
+    qsizetype _length = 0; ///< of what has come, in bytes
+    int _redirects = 0;    ///< followed so far
 };

@@ -1,5 +1,7 @@
 #include "base/WebAddress.h"
 
+#include <QHostAddress>
+
 namespace {
 
 QString encoded(const QString& text)
@@ -25,4 +27,10 @@ bool isWebAddress(const QUrl& address)
     const QString scheme = address.scheme();
     return address.isValid() && !address.host().isEmpty() &&
            (scheme == QStringLiteral("http") || scheme == QStringLiteral("https"));
+}
+
+bool isSecureAddress(const QUrl& address)
+{
+    const bool staysHere = QHostAddress(address.host()).isLoopback();
+    return isWebAddress(address) && (address.scheme() == QStringLiteral("https") || staysHere);
 }

@@ -16,3 +16,7 @@ std::optional<QUrl> webAddress(const QString& service, const QString& path, cons
 
 /// Whether an address is an absolute one with the scheme http or https.
 bool isWebAddress(const QUrl& address);
+
+/// Whether what goes to a web address and comes from it is safe from others on the way: by https, or without
+/// leaving this computer.
+bool isSecureAddress(const QUrl& address);

@@ -1,9 +1,13 @@
 #include "linux/LinuxPlatform.h"
 
+#include "linux/desktop/PortalHotKeys.h"
 #include "linux/mpris/MprisApplication.h"
 #include "linux/x11/SystemEvents.h"
+#include "linux/x11/X11HotKeys.h"
 #include "linux/x11/X11Session.h"
+#include "linux/x11/X11WindowHints.h"
 
+#include <QCoreApplication>
 #include <QHash>
 
 namespace {
@@ -21,6 +25,15 @@ Interpreter::Applications scriptedApplications(PlayerRoster& roster, RunLoop& ru
     return [applications](const QString& name) { return applications.value(name); };
 }
 
+/// The X server's grabs reach no further than its own windows where it is a guest.
+std::unique_ptr<HotKeys> hotKeys()
+{
+    if (X11WindowHints::isWaylandSession()) {
+        return std::make_unique<PortalHotKeys>();
+    }
+    return std::make_unique<X11HotKeys>();
+}
+
 } // namespace
 
 LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
@@ -32,6 +45,8 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
     , _interpreter(scriptedApplications(_roster, _runLoop))
     , _power(QDBusConnection::systemBus(), _runLoop)
     , _appearance(_runLoop)
+    , _hotKeys(hotKeys())
+    , _loginItem(QCoreApplication::applicationFilePath())
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,
              .automation = _automation,
@@ -44,6 +59,9 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
              .eventTaps = _eventTaps,
              .mediaPlayers = _roster,
              .haptics = _haptics,
+             .hotKeys = *_hotKeys,
+             .loginItem = _loginItem,
+             .remoteRequests = _remoteRequests,
              .distributedNotifications = _distributedNotifications,
              .notifications = _notifications}
 {

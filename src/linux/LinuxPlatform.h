@@ -2,6 +2,8 @@
 
 #include "base/EventLoop.h"
 #include "base/NotificationCenter.h"
+#include "linux/desktop/ApplicationService.h"
+#include "linux/desktop/AutostartEntry.h"
 #include "linux/desktop/ClipboardPasteboard.h"
 #include "linux/desktop/DesktopAppearance.h"
 #include "linux/desktop/DesktopAutomation.h"
@@ -16,7 +18,10 @@
 #include "linux/x11/X11EventTaps.h"
 #include "linux/x11/X11FloatingWindows.h"
 #include "linux/x11/X11StatusBar.h"
+#include "platform/HotKeys.h"
 #include "platform/Platform.h"
+
+#include <memory>
 
 /// The services of a Linux desktop, built and wired.
 class LinuxPlatform
@@ -40,6 +45,9 @@ private:
     Interpreter _interpreter;
     PowerProfiles _power;
     DesktopAppearance _appearance;
+    std::unique_ptr<HotKeys> _hotKeys;
+    AutostartEntry _loginItem;
+    ApplicationService _remoteRequests;
     ClipboardPasteboard _pasteboard;
     X11StatusBar _statusBar;
     X11FloatingWindows _floatingWindows;

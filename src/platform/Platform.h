@@ -5,10 +5,13 @@ class Automation;
 class EventTaps;
 class FloatingWindows;
 class HapticFeedback;
+class HotKeys;
+class LoginItem;
 class MediaPlayers;
 class NotificationCenter;
 class Pasteboard;
 class PowerState;
+class RemoteRequests;
 class RunLoop;
 class ScriptRunner;
 class StatusBar;
@@ -28,6 +31,9 @@ struct Platform {
     EventTaps& eventTaps;
     MediaPlayers& mediaPlayers;
     HapticFeedback& haptics;
+    HotKeys& hotKeys;
+    LoginItem& loginItem;
+    RemoteRequests& remoteRequests;
 
     /// What the players say of themselves: "com.apple.Music.playerInfo" and
     /// "com.spotify.client.PlaybackStateChanged".

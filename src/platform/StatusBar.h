@@ -26,6 +26,10 @@ public:
     /// Puts an adopted window there, in points; to be called again once it is shown.
     virtual void place(QWindow& window, const QRect& frame) = 0;
 
+    /// Takes an adopted window that is shown above everything else, windows in full screen and other panels
+    /// too, or puts it back to its usual place.
+    virtual void lift(QWindow& window, bool isLifted) = 0;
+
     /// Whether translucent windows are blended with what lies below them.
     virtual bool isComposited() const = 0;
 

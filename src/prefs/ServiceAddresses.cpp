@@ -19,5 +19,7 @@ ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
     , lyrics(address(defaults, QStringLiteral("lyrics"), QStringLiteral("https://lrclib.net")))
     , artworkSearch(
           address(defaults, QStringLiteral("artworkSearch"), QStringLiteral("https://itunes.apple.com")))
+    , usagePing(address(defaults, QStringLiteral("usagePing"), QString()))
+    , updateFeed(address(defaults, QStringLiteral("updateFeed"), QStringLiteral(PELLAR_UPDATE_FEED)))
 {
 }

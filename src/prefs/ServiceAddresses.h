@@ -13,4 +13,8 @@ struct ServiceAddresses {
     QString appleMusicWeb;
     QString lyrics;
     QString artworkSearch;
+
+    // Whole addresses, and empty by default: what there is no address for is off.
+    QString usagePing;
+    QString updateFeed; ///< else the build's
 };

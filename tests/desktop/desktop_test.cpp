@@ -6,10 +6,15 @@
 #include "support/RealPlayer.h"
 #include "ui/pill/PillLayout.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QGuiApplication>
 #include <QImage>
+#include <QPainter>
 #include <QPixmap>
+#include <QRasterWindow>
 #include <QScreen>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <csignal>
@@ -17,6 +22,14 @@
 namespace {
 
 constexpr QSize pillSize(185, 28);
+
+class Cover final : public QRasterWindow
+{
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter(this).fillRect(0, 0, width(), height(), Qt::red);
+    }
+};
 
 QString xdotool(const QString& words)
 {
@@ -61,13 +74,53 @@ private Q_SLOTS:
         QTRY_VERIFY(!isIdle(_layout.title) && !isIdle(_layout.playButton));
     }
 
-    void staysAlone()
+    void answersWithoutADisplay()
     {
-        Program second(QStringLiteral(PELLAR_PROGRAM));
-        QVERIFY(second.waitForFinished(10000));
-        QCOMPARE(second.readAllStandardError(), QByteArray("Pellar is already running.\n"));
-        QCOMPARE(second.exitCode(), 1);
-        QVERIFY(!xdotool(u"search --onlyvisible --class pellar"_s).contains(u'\n')); // the only window
+        const auto said = [this](const QString& option, int code, bool isAlone) -> QByteArray {
+            const QString run = isAlone ? _elsewhere.path() : qEnvironmentVariable("XDG_RUNTIME_DIR");
+            Program other(u"env"_s, {u"-u"_s, u"DISPLAY"_s, u"XDG_RUNTIME_DIR="_s + run,
+                                     QStringLiteral(PELLAR_PROGRAM), option});
+            const bool hasEnded = other.waitForFinished(10000) && other.exitCode() == code;
+            return hasEnded ? QByteArray(other.readAllStandardOutput() + other.readAllStandardError())
+                            : QByteArray("?");
+        };
+        QVERIFY(said(u"--help"_s, 0, false).startsWith("pellar "));
+        QVERIFY(said(u"--version"_s, 0, false).startsWith("Pellar "));
+        QVERIFY(said(u"--pause"_s, 2, false).contains("--pause"));
+        QCOMPARE(said(u"--next"_s, 1, true), "Pellar needs a display to be shown on, and there is none.\n");
+        QCOMPARE(said(u"--quit"_s, 0, true), "");
+    }
+
+    void obeysOtherStarts()
+    {
+        const auto start = [](const QString& option) {
+            return run(u"env -u DISPLAY " PELLAR_PROGRAM " "_s + option).isEmpty();
+        };
+        QVERIFY(start(u"--play-pause"_s));
+        QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
+        QVERIFY(start(u"--play-pause"_s));
+        QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
+        const QString title = RealPlayer::metadata(u"title"_s);
+        auto call = QDBusMessage::createMethodCall(u"com.orvalen.pellar"_s, u"/com/orvalen/pellar"_s,
+                                                   u"org.freedesktop.Application"_s, u"ActivateAction"_s);
+        call << u"next"_s << QVariantList() << QVariantMap();
+        QCOMPARE(QDBusConnection::sessionBus().call(call).type(), QDBusMessage::ReplyMessage);
+        QTRY_VERIFY(RealPlayer::metadata(u"title"_s) != title);
+    }
+
+    void showsItselfWhereItIsCovered()
+    {
+        const QPoint place = pill().center();
+        const auto isShown = [&] {
+            return _screen->grabWindow(0).toImage().pixelColor(place) != QColor(Qt::red);
+        };
+        QVERIFY(isShown());
+        Cover cover;
+        cover.showFullScreen();
+        QTRY_VERIFY(!isShown());
+        QCOMPARE(run(QStringLiteral(PELLAR_PROGRAM)), QString());
+        QTRY_VERIFY(isShown());
+        QTRY_VERIFY_WITH_TIMEOUT(!isShown(), 6000); // the window is still there, and in front again
     }
 
     void obeysClicks()
@@ -195,6 +248,7 @@ private:
 
     QScreen* _screen = QGuiApplication::primaryScreen();
     QProcess _program;
+    QTemporaryDir _elsewhere; ///< where nothing runs
     RealPlayer _mpv;
     PillLayout _layout = PillLayout::make(pillSize, {});
     QImage _idle; ///< the pill without a player

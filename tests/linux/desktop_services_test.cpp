@@ -1,5 +1,6 @@
 #include "base/EventLoop.h"
 #include "linux/desktop/DesktopAppearance.h"
+#include "linux/desktop/PortalHotKeys.h"
 #include "linux/desktop/PowerProfiles.h"
 #include "support/BusStandIn.h"
 
@@ -52,12 +53,37 @@ public:
                    {u"org.freedesktop.appearance"_s, key, QVariant::fromValue(QDBusVariant(scheme))});
     }
 
+    QVariantList bound; ///< what was asked for last
+    QString session;    ///< empty while there is none
+
 protected:
-    std::optional<QVariantList> perform(const QDBusMessage& /*read*/) override
+    std::optional<QVariantList> perform(const QDBusMessage& call) override
     {
+        if (call.interface().endsWith(u"GlobalShortcuts"_s)) {
+            return shortcuts(call);
+        }
         // The value comes in two wrappings.
         const auto inner = QVariant::fromValue(QDBusVariant(1U));
         return QVariantList{QVariant::fromValue(QDBusVariant(inner))};
+    }
+
+private:
+    /// Gives the first shortcut that is asked for, and no other.
+    QVariantList shortcuts(const QDBusMessage& call)
+    {
+        const auto options = qdbus_cast<QVariantMap>(call.arguments().constLast());
+        const QString request = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
+            call.service().mid(1).replace(u'.', u'_'), options.value(u"handle_token"_s).toString());
+        QVariantMap results;
+        if (call.member() == u"CreateSession") {
+            session = u"/session/1"_s;
+            results[u"session_handle"_s] = session;
+        } else {
+            bound = call.arguments();
+            results[u"shortcuts"_s] = bound.value(1);
+        }
+        emitSignal(u"org.freedesktop.portal.Request"_s, u"Response"_s, {0U, results}, request);
+        return {QVariant::fromValue(QDBusObjectPath(request))};
     }
 };
 
@@ -109,6 +135,42 @@ private Q_SLOTS:
                 QTRY_VERIFY(power.isLowPowerModeEnabled() && latecomer.isLowPowerModeEnabled());
             }
         }
+    }
+
+    void bindsHotKeysByPortal()
+    {
+        PortalHotKeys keys;
+        QSignalSpy pressed(&keys, &HotKeys::pressed);
+        const HotKey play{.id = 1, .keyCode = 49, .modifiers = 0x300, .name = u"Play"_s, .action = u"play"_s};
+        keys.apply({play});
+        QCOMPARE(keys.state(1), HotKeys::State::unavailable);
+        Portal portal;
+        QVERIFY(portal.own(u"org.freedesktop.portal.Desktop"_s));
+        QTRY_COMPARE(keys.state(1), HotKeys::State::registered);
+        const auto list = portal.bound.value(1).value<QDBusArgument>();
+        QString id;
+        QVariantMap properties;
+        list.beginArray();
+        list.beginStructure();
+        list >> id >> properties;
+        QCOMPARE(id, play.action);
+        QCOMPARE(properties, (QVariantMap{{u"description"_s, u"Play"_s},
+                                          {u"preferred_trigger"_s, u"SHIFT+LOGO+space"_s}}));
+
+        for (const QString& session : {u"/session/2"_s, portal.session}) {
+            portal.emitSignal(
+                u"org.freedesktop.portal.GlobalShortcuts"_s, u"Activated"_s,
+                {QVariant::fromValue(QDBusObjectPath(session)), play.action, qulonglong{1}, QVariantMap()});
+        }
+        QTRY_COMPARE(pressed.count(), 1);
+        portal.bound.clear();
+        keys.apply({play});
+        QCOMPARE(keys.state(1), HotKeys::State::registered); // without another question
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"gives no hot keys"_s));
+        portal.failures[u"CreateSession"_s] = noObject;
+        keys.apply({{.id = 1, .keyCode = 50, .modifiers = 0x300, .name = u"Play"_s, .action = u"play"_s}});
+        QTRY_COMPARE(keys.state(1), HotKeys::State::unavailable);
+        QVERIFY(portal.bound.isEmpty());
     }
 
     void followsPaletteAndPortal()

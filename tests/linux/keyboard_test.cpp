@@ -2,6 +2,8 @@
 #include "engine/PlayerScripts.h"
 #include "linux/script/Interpreter.h"
 #include "linux/x11/SystemEvents.h"
+#include "linux/x11/VirtualKeys.h"
+#include "linux/x11/X11Keyboard.h"
 #include "linux/x11/X11Session.h"
 #include "linux/x11/X11Windows.h"
 #include "support/Command.h"
@@ -152,6 +154,36 @@ private Q_SLOTS:
             QVERIFY(tap(x));
             QTRY_COMPARE(witness.keys(), QString(keys).remove(u"ERR "_s));
         }
+    }
+
+    void keyCodes_data()
+    {
+        QTest::addColumn<quint32>("code");
+        QTest::addColumn<int>("place"); // of the key, by its keycode
+        QTest::newRow("us") << 6U << 52;
+        QTest::newRow("de") << 6U << 29;    // Z is where Y was
+        QTest::newRow("fr") << 18U << 10;   // 1 is typed with Shift
+        QTest::newRow("ru") << 6U << 52;    // nothing is labelled Z
+        QTest::newRow("ru,de") << 6U << 29; // but on the other layout
+    }
+
+    /// Whatever the layout, the code that is recorded for a key means that key.
+    void keyCodes()
+    {
+        const auto reset = qScopeGuard([] { run(u"setxkbmap us"_s); });
+        QCOMPARE(run(u"setxkbmap -layout "_s + QString::fromLatin1(QTest::currentDataTag())), QString());
+        const auto keyboard = X11Keyboard::state();
+        QVERIFY(keyboard);
+        QFETCH(const quint32, code);
+        QTEST(int{VirtualKeys::keycode(code, *keyboard).value_or(0)}, "place");
+        int recordable = 0;
+        for (int keycode = 8; keycode < 256; ++keycode) {
+            if (const auto recorded = VirtualKeys::code(static_cast<xcb_keycode_t>(keycode), *keyboard)) {
+                QCOMPARE(VirtualKeys::keycode(*recorded, *keyboard), static_cast<xcb_keycode_t>(keycode));
+                ++recordable;
+            }
+        }
+        QVERIFY2(recordable > 80, qPrintable(QString::number(recordable)));
     }
 
     void aHeldHotKeySwallowsNothing()

@@ -1,5 +1,7 @@
+#include "prefs/AnalyticsManager.h"
 #include "prefs/ListeningStats.h"
 #include "prefs/RecentlyPlayedManager.h"
+#include "support/HttpStandIn.h"
 #include "support/ManualRunLoop.h"
 #include "support/MemoryDefaults.h"
 
@@ -170,6 +172,43 @@ private Q_SLOTS:
 
 private:
     ManualRunLoop _clock;
+
+    void pingsOnceADay()
+    {
+        HttpStandIn server;
+        server.answer("/count", {.status = 500}); // which changes nothing
+        ManualRunLoop clock;
+        MemoryDefaults defaults;
+        defaults.setObject(AnalyticsManager::installIdKey, QString());
+        const auto start = [&](double secondsLater, const QString& endpoint) {
+            clock.setDateForward(secondsLater);
+            AnalyticsManager manager(defaults, clock, endpoint, u"1.2"_s);
+            manager.pingIfNeeded();
+            const bool isDue = defaults.values.contains(AnalyticsManager::lastPingKey) &&
+                               defaults.real(AnalyticsManager::lastPingKey) == clock.now().sinceUnixEpoch();
+            return isDue && QTest::qWaitFor([&] { return server.requestCount() == 1; }, 2000);
+        };
+        const QString endpoint = server.address() + u"/count"_s;
+        QVERIFY(!start(0, {}));
+        QVERIFY(start(0, endpoint));
+        const HttpStandIn::Request ping = server.take().first();
+        const QString id = defaults.string(AnalyticsManager::installIdKey).value();
+        QVERIFY(QRegularExpression(u"^[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}$"_s).match(id).hasMatch());
+        QCOMPARE(ping.method, "POST");
+        QCOMPARE(ping.headers.value("content-type"), "application/json");
+        const int major = QSysInfo::productVersion().section(u'.', 0, 0).toInt();
+        QCOMPARE(ping.body, uR"({"app":"pellar","installId":"%1","osMajor":%2,"version":"1.2"})"_s.arg(id)
+                                .arg(major)
+                                .toUtf8());
+        QVERIFY(!start(86'399, endpoint));
+        QVERIFY(start(1, endpoint));
+        QCOMPARE(server.take().first().body, ping.body);
+        AnalyticsManager user(defaults, clock, endpoint, {});
+        user.setOptedOut(true);
+        QVERIFY(!start(172'800, endpoint));
+        user.setOptedOut(false);
+        QVERIFY(start(0, endpoint)); // counted again at once
+    }
 };
 
 QTEST_GUILESS_MAIN(PersonalDataTest)

@@ -42,9 +42,10 @@ public:
     {
         emitSignal(propertiesInterface, u"PropertiesChanged"_s, {interface, values, invalidated});
     }
-    void emitSignal(const QString& interface, const QString& member, const QVariantList& arguments)
+    void emitSignal(const QString& interface, const QString& member, const QVariantList& arguments,
+                    const QString& path = {})
     {
-        auto signal = QDBusMessage::createSignal(_path, interface, member);
+        auto signal = QDBusMessage::createSignal(path.isEmpty() ? _path : path, interface, member);
         signal.setArguments(arguments);
         _bus.send(signal);
     }

@@ -5,10 +5,13 @@
 #include "platform/EventTaps.h"
 #include "platform/FloatingWindows.h"
 #include "platform/HapticFeedback.h"
+#include "platform/HotKeys.h"
+#include "platform/LoginItem.h"
 #include "platform/MediaPlayers.h"
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/PowerState.h"
+#include "platform/RemoteRequests.h"
 #include "platform/ScriptRunner.h"
 #include "platform/StatusBar.h"
 #include "platform/SystemDefinedEvent.h"
@@ -38,7 +41,7 @@ public:
     QStringList sources;
 };
 
-class FakeWorkspace final : public Workspace
+class FakeWorkspace : public Workspace
 {
     Q_OBJECT
 
@@ -103,6 +106,33 @@ public:
     int performed = 0;
 };
 
+class FakeHotKeys final : public HotKeys
+{
+    Q_OBJECT
+
+public:
+    void apply(const QList<HotKey>& hotKeys) override
+    {
+        applied = hotKeys;
+        ++applications;
+    }
+    State state(quint32 id) const override { return states.value(id, State::registered); }
+    std::optional<KeyDown> keyDown(const QKeyEvent& /*event*/) const override { return std::nullopt; }
+
+    QList<HotKey> applied;
+    int applications = 0;
+    QMap<quint32, State> states;
+};
+
+class FakeLoginItem final : public LoginItem
+{
+public:
+    bool isEnabled() const override { return isOn; }
+    std::optional<QString> setEnabled(bool isEnabled) override { return isOn = isEnabled, std::nullopt; }
+
+    bool isOn = false;
+};
+
 class FakePower final : public PowerState
 {
     Q_OBJECT
@@ -139,6 +169,7 @@ public:
     void adopt(QWindow& window) override { window.setFlags(Qt::FramelessWindowHint); }
     void place(QWindow& window, const QRect& frame) override { window.setGeometry(frame); }
     std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& /*menu*/) override { return nullptr; }
+    void lift(QWindow& window, bool /*isLifted*/) override { window.show(); }
     bool isComposited() const override { return composited; }
 
     bool composited = true;
@@ -171,6 +202,9 @@ struct FakePlatform {
     FakeEventTaps eventTaps;
     FakeMediaPlayers mediaPlayers;
     FakeHaptics haptics;
+    FakeHotKeys hotKeys;
+    FakeLoginItem loginItem;
+    RemoteRequests remoteRequests;
     NotificationCenter distributedNotifications;
     NotificationCenter notifications;
     Platform ports{.runLoop = runLoop,
@@ -185,6 +219,9 @@ struct FakePlatform {
                    .eventTaps = eventTaps,
                    .mediaPlayers = mediaPlayers,
                    .haptics = haptics,
+                   .hotKeys = hotKeys,
+                   .loginItem = loginItem,
+                   .remoteRequests = remoteRequests,
                    .distributedNotifications = distributedNotifications,
                    .notifications = notifications};
 };

@@ -56,19 +56,24 @@ std::optional<Key> findKey(xcb_keysym_t symbol, size_t layout, const KeyboardSta
     return std::nullopt;
 }
 
-std::optional<Key> findKey(char32_t character, KeyModifiers modifiers, const KeyboardState& state)
+/// On the present layout, else, if wanted, on any that can be read.
+std::optional<Key> findKey(xcb_keysym_t symbol, bool onAnyLayout, const KeyboardState& state)
 {
-    const xcb_keysym_t symbol = symbolOf(character);
     const size_t present = state.mask >> 13U & 3U;
     std::optional<Key> found;
     if (present < readableLayouts) {
         found = findKey(symbol, present, state);
     }
-    const bool isShortcut = modifiers.testAnyFlags(KeyModifier::control | KeyModifier::alt);
-    for (size_t layout = 0; isShortcut && !found && layout < readableLayouts; ++layout) {
+    for (size_t layout = 0; onAnyLayout && !found && layout < readableLayouts; ++layout) {
         found = findKey(symbol, layout, state);
     }
     return found;
+}
+
+std::optional<Key> findKey(char32_t character, KeyModifiers modifiers, const KeyboardState& state)
+{
+    const bool isShortcut = modifiers.testAnyFlags(KeyModifier::control | KeyModifier::alt);
+    return findKey(symbolOf(character), isShortcut, state);
 }
 
 std::span<const xcb_keycode_t> modifierKeys(xcb_map_index_t modifier, const KeyboardState& state)
@@ -184,6 +189,37 @@ std::optional<xcb_keycode_t> KeyboardState::key(xcb_keysym_t symbol) const
     }
     const auto index = static_cast<size_t>(found - symbols.begin());
     return static_cast<xcb_keycode_t>(firstKeycode + index / columns);
+}
+
+std::optional<xcb_keycode_t> KeyboardState::shortcutKey(xcb_keysym_t symbol) const
+{
+    const auto found = findKey(symbol, true, *this);
+    return found ? std::optional(found->keycode) : std::nullopt;
+}
+
+std::span<const xcb_keysym_t> KeyboardState::symbolsOf(xcb_keycode_t keycode) const
+{
+    const size_t first = static_cast<size_t>(keycode - firstKeycode) * columns;
+    const bool isKey = keycode >= firstKeycode && first + columns <= symbols.size();
+    return isKey ? std::span(symbols).subspan(first, columns) : std::span<const xcb_keysym_t>();
+}
+
+bool KeyboardState::isBlank(xcb_keycode_t keycode) const
+{
+    const auto types = symbolsOf(keycode);
+    return std::all_of(types.begin(), types.end(), [](xcb_keysym_t each) { return each == XCB_NO_SYMBOL; });
+}
+
+uint16_t KeyboardState::modifierWith(std::initializer_list<xcb_keysym_t> keySymbols) const
+{
+    const auto isOne = [&](xcb_keycode_t keycode) {
+        const auto types = symbolsOf(keycode);
+        return std::find_first_of(types.begin(), types.end(), keySymbols.begin(), keySymbols.end()) !=
+               types.end();
+    };
+    const auto found = std::find_if(modifierKeys.begin(), modifierKeys.end(), isOne);
+    const auto index = static_cast<size_t>(found - modifierKeys.begin());
+    return found != modifierKeys.end() ? static_cast<uint16_t>(1U << index / keysPerModifier) : uint16_t{0};
 }
 
 std::optional<std::vector<KeyEvent>> keyEvents(const Keystroke& keystroke, const KeyboardState& state)

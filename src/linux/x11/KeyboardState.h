@@ -5,7 +5,9 @@
 #include <xcb/xcb.h>
 
 #include <array>
+#include <initializer_list>
 #include <optional>
+#include <span>
 #include <vector>
 
 /// What the keys of the keyboard mean, and which are held, at one moment.
@@ -23,6 +25,19 @@ struct KeyboardState {
 
     /// The first key with this symbol, in whatever layout and level.
     std::optional<xcb_keycode_t> key(xcb_keysym_t symbol) const;
+
+    /// The key that a shortcut with this symbol means: the one that types it, plain or else with Shift, on
+    /// the present layout, or else on another one.
+    std::optional<xcb_keycode_t> shortcutKey(xcb_keysym_t symbol) const;
+
+    /// All that a key can type; empty for a keycode that is none.
+    std::span<const xcb_keysym_t> symbolsOf(xcb_keycode_t keycode) const;
+
+    /// Whether a key types nothing at all: the keyboard has no such key.
+    bool isBlank(xcb_keycode_t keycode) const;
+
+    /// The bit of the modifier that a key with one of these symbols is; 0 when there is none.
+    uint16_t modifierWith(std::initializer_list<xcb_keysym_t> keySymbols) const;
 
     bool isHeld(xcb_keycode_t keycode) const { return (held.at(keycode / 8U) >> (keycode % 8U) & 1U) != 0; }
 };

@@ -56,7 +56,7 @@ std::variant<Events, Reason> plan(const Keystroke& keystroke)
     if (!X11Session::hasXTest()) {
         return QStringLiteral("This desktop lets no program type.");
     }
-    const auto state = readState(X11Session::connection());
+    const auto state = X11Keyboard::state();
     if (!state) {
         return QStringLiteral("The keyboard cannot be read.");
     }
@@ -94,15 +94,21 @@ std::optional<QString> X11Keyboard::press(const Keystroke& keystroke)
     return reasonOf(planned);
 }
 
+std::optional<KeyboardState> X11Keyboard::state()
+{
+    xcb_connection_t* const server = X11Session::connection();
+    return server != nullptr ? readState(server) : std::nullopt;
+}
+
 std::optional<xcb_keycode_t> X11Keyboard::key(xcb_keysym_t symbol)
 {
-    const auto state = X11Session::hasXTest() ? readState(X11Session::connection()) : std::nullopt;
+    const auto state = X11Session::hasXTest() ? X11Keyboard::state() : std::nullopt;
     return state ? state->key(symbol) : std::nullopt;
 }
 
 std::optional<QString> X11Keyboard::tap(xcb_keycode_t keycode)
 {
-    const auto state = X11Session::hasXTest() ? readState(X11Session::connection()) : std::nullopt;
+    const auto state = X11Session::hasXTest() ? X11Keyboard::state() : std::nullopt;
     if (!state) {
         return QStringLiteral("The keyboard cannot be read.");
     }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "linux/x11/Keystroke.h"
-
-#include <xcb/xcb.h>
+#include "linux/x11/KeyboardState.h"
 
 #include <optional>
 
@@ -14,6 +12,9 @@ namespace X11Keyboard {
 /// 256 characters. Gives the reason, for people, when nothing was sent: no such keyboard, or a character that
 /// is not on it.
 std::optional<QString> press(const Keystroke& keystroke);
+
+/// What the keyboard is now; none without an X server.
+std::optional<KeyboardState> state();
 
 /// The key with this symbol; none on a keyboard without, or when no key events can be sent.
 std::optional<xcb_keycode_t> key(xcb_keysym_t symbol);

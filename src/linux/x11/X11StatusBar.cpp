@@ -64,6 +64,19 @@ void X11StatusBar::place(QWindow& window, const QRect& frame)
     xcb_flush(X11Session::connection());
 }
 
+/// What nobody manages lies above all. The window manager looks at that, and at what a dock says of itself,
+/// when a window is shown, and wipes it off when one is hidden.
+void X11StatusBar::lift(QWindow& window, bool isLifted)
+{
+    if (X11Session::connection() != nullptr && !X11WindowHints::isWaylandSession()) {
+        window.hide();
+        window.setFlag(Qt::BypassWindowManagerHint, isLifted);
+        X11WindowHints::describe(window, QStringLiteral("DOCK"), true);
+        window.show();
+    }
+    window.raise();
+}
+
 bool X11StatusBar::isComposited() const
 {
     return X11Session::isComposited();

@@ -17,6 +17,7 @@ public:
     int thickness() const override;
     void adopt(QWindow& window) override;
     void place(QWindow& window, const QRect& frame) override;
+    void lift(QWindow& window, bool isLifted) override;
     bool isComposited() const override;
     std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& menu) override;
 

@@ -1,0 +1,26 @@
+#include "app/MainMenu.h"
+
+#include "prefs/GlobalShortcuts.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QWindow>
+
+MainMenu::MainMenu()
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+bool MainMenu::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress || qobject_cast<QWindow*>(watched) == nullptr) {
+        return false;
+    }
+    const auto* const press = static_cast<const QKeyEvent*>(event);
+    const bool isQuit = press->key() == Qt::Key_Q && press->modifiers() == Qt::ControlModifier;
+    if (!isQuit || GlobalShortcuts::shared().isRecording()) { // the chord may be the one that is recorded
+        return false;
+    }
+    QCoreApplication::quit();
+    return true;
+}
