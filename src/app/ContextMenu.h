@@ -15,8 +15,8 @@ class RecentlyPlayedManager;
 class WidgetManager;
 class Workspace;
 
-/// Where the context menu takes its rows from: it reads the engine and the managers each time a menu opens,
-/// and hands the commands of the rows to them.
+/// Builds the rows of the context menu: reads the engine and the managers each time a menu opens, and passes
+/// the rows' commands to them.
 class ContextMenu
 {
 public:

@@ -2,6 +2,7 @@
 #include "app/SingleInstance.h"
 #include "audio/PlayerChoice.h"
 #include "linux/LinuxPlatform.h"
+#include "linux/desktop/MemoryFootprint.h"
 #include "linux/settings/PlistUserDefaults.h"
 #include "platform/Platform.h"
 #include "ui/QmlModules.h"
@@ -10,23 +11,8 @@
 #include <QQuickWindow>
 
 #include <cstdio>
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace {
-
-/// Covers come and go in pieces of a megabyte. Left to itself the allocator raises its thresholds as they do,
-/// and keeps what they leave behind in an arena for each thread that has decoded one.
-void keepHeapSmall()
-{
-#ifdef __GLIBC__
-    constexpr int threshold = 128 * 1024; // bytes
-    mallopt(M_MMAP_THRESHOLD, threshold);
-    mallopt(M_TRIM_THRESHOLD, threshold);
-    mallopt(M_ARENA_MAX, 2);
-#endif
-}
 
 /// The pill is a window that places itself, which Wayland has no word for: there it runs on XWayland.
 void chooseWindowSystem()
@@ -94,5 +80,7 @@ int main(int argc, char** argv)
 
     AppDelegate delegate(linux.ports(), defaults, linux.appearance());
     delegate.applicationDidFinishLaunching();
+    constexpr double startSeconds = 3;
+    linux.ports().runLoop.after(startSeconds, &delegate, releaseReadOnlyPages);
     return QApplication::exec();
 }

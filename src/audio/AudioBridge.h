@@ -43,13 +43,13 @@ public:
     /// How often the levels are looked at.
     void setPace(int framesPerSecond);
 
-    /// Brings the levels up to now; without this, they are a tenth of a second late at most.
+    /// Publishes the newest levels; without this they are up to a tenth of a second late.
     void catchUp();
 
 Q_SIGNALS:
     void bandsPublished(const QList<float>& bands);
 
-    /// The switch has been set, perhaps to what it was.
+    /// The switch has been set, even if to the same value.
     void enabledSet();
 
 private:

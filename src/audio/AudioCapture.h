@@ -12,11 +12,11 @@ public:
     virtual void start() = 0;
     virtual void stop() = 0;
 
-    /// How often somebody looks at the levels; frames may be made together as far as nobody sees it.
+    /// How often the levels are read; frames in between may be analysed together.
     virtual void setPace(int framesPerSecond) = 0;
 
-    /// Publishes at once what is ready. Who looks at the levels at times of its own calls this first, so that
-    /// the main thread need not be woken for them in between.
+    /// Publishes at once what is ready. Called before the levels are read, so that the main thread is not
+    /// woken for frames that nobody reads.
     virtual void catchUp() = 0;
 
 Q_SIGNALS:

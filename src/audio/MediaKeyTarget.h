@@ -2,7 +2,8 @@
 
 #include "platform/MediaPlayers.h"
 
-/// Whom a media key reaches when no program has grabbed it: the player that began to play last. When none
-/// plays, the one that was addressed last (by its id), which has obeyed, else the one that played last of
-/// those in no role: Music and Spotify, at rest, are not what sounds. Null when there is nobody.
+/// The player that gets a media key which no program has grabbed: the one that began to play last. When none
+/// plays, it is the one addressed last (by its id), which the key has just paused, else the one in no role
+/// that played last: Music and Spotify, when they rest, are not what the key is meant for. Null when there is
+/// none.
 const MediaPlayer* mediaKeyTarget(const QList<MediaPlayer>& players, const QString& addressed);

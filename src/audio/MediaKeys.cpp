@@ -48,7 +48,7 @@ void trace(MediaKeys::Key key, const QString& message)
     dlog(QStringLiteral("MediaKeys: ") + keyName(key) + message);
 }
 
-/// What web players take for the key: the text to type, and the modifiers.
+/// The shortcut of web players for the key: the text to type, and the modifiers.
 QString keystroke(MediaKeys::Key key)
 {
     switch (key) {
@@ -130,10 +130,10 @@ bool MediaKeys::typeInto(qint64 browser, Key key)
     return false;
 }
 
-/// The other keys have none that can be told from outside in time.
+/// Only play/pause has an effect that can be seen from outside in time.
 void MediaKeys::watchEffect(const MediaPlayer* player)
 {
-    // Two keys in one second undo each other, whether or not the page has an ear for them.
+    // Two presses within a second undo each other, whether or not the page reacts to keys.
     const bool isUndone = _typed && isWithoutEffect();
     _typed.reset();
     if (player == nullptr || isUndone) {

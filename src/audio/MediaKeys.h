@@ -10,10 +10,10 @@ struct MediaPlayer;
 struct Platform;
 
 /// Controls sound whose maker is no known player: by a keystroke into the browser in front, so that the page
-/// there reacts, or by the media keys that any other program listens to. A page that goes on playing, or
-/// resting, has no ear for keys: the browser gets the command. Where no program has grabbed a media key, the
-/// player that sounds gets the command itself; where there is no such player, either, the window in front
-/// gets the key. Each command takes effect once.
+/// there reacts, or by the media keys that any other program listens to. When the key has not changed what
+/// the page does, the browser gets the command as a player. A media key that no program has grabbed becomes a
+/// command to the player that sounds, or, without such a player, goes to the window in front. Each command
+/// takes effect once.
 class MediaKeys
 {
 public:

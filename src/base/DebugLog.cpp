@@ -33,7 +33,8 @@ void append(const QString& path, const QByteArray& line)
     close(descriptor);
 }
 
-/// As a viewer of the log may have it, or grep: a control character, or a separator of lines or paragraphs.
+/// Whether a tool that reads the log may take it for the end of a line: a control character, or a separator
+/// of lines or paragraphs.
 bool breaksLine(QChar c)
 {
     return c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||

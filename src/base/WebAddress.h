@@ -14,5 +14,5 @@ using QueryItems = QList<std::pair<QString, QString>>;
 /// digits and "-._~" is percent-encoded. None when the service is no web address.
 std::optional<QUrl> webAddress(const QString& service, const QString& path, const QueryItems& items = {});
 
-/// Whether an address is a whole one of the schemes http or https.
+/// Whether an address is an absolute one with the scheme http or https.
 bool isWebAddress(const QUrl& address);

@@ -37,8 +37,8 @@ void NowPlayingService::clearArtwork()
     updateShownArtwork();
 }
 
-/// Takes note of the track on show, whose cover is at `address` if the player tells that. A track of the same
-/// name whose cover is another one is another track here.
+/// Notes the track on show and the address of its cover, empty when the player gives none. The same name with
+/// another cover is another track.
 void NowPlayingService::followArtworkOwner(const QString& address)
 {
     ArtworkOwner owner{_activePlayer, _title, _artist, _album, address};

@@ -150,10 +150,9 @@ void NowPlayingService::followPlace(double place)
     _clock = reckoned(showing(), place);
 }
 
-/// All values are there before the first of them is told, so that nobody ever sees half a track. What has its
-/// value already keeps still, so that nothing is drawn anew. They are told one by one: in an update group of
-/// Qt 6.4 a second binding to the same property may be left out. `place` is where the track is, if what has
-/// elapsed was not read just now.
+/// Sets all values before any observer is notified, so that none of them sees half a track. A value that
+/// stays the same notifies nobody. They are told one by one: in an update group of Qt 6.4 a second binding to
+/// the same property may be left out. `place` is where the track is, if `elapsed` was not read just now.
 void NowPlayingService::publish(const Showing& next, std::optional<double> place)
 {
     const bool isSpotifyNow = next.activePlayer == Player::spotify && _activePlayer != Player::spotify;

@@ -85,7 +85,7 @@ public:
     std::optional<double> sleepTimerRemaining() const { return _sleepTimerRemaining; }
     /// The source whose data the fields show.
     Player activePlayer() const { return _activePlayer; }
-    /// How long was listened to what; what plays now is counted every second.
+    /// The listening times; the current track is counted every second.
     const ListeningStats& stats() const { return _stats; }
 
     QBindable<QString> bindableTitle() const { return &_title; }
@@ -134,7 +134,7 @@ public:
     /// Puts a link that finds the track on the clipboard; without a player, title and artist as plain text.
     void copySongLink();
 
-    /// Brings the player that commands go to to the front.
+    /// Raises the window of the player that commands are sent to.
     Q_INVOKABLE void openInApp();
 
     /// Time left in the track as "-3:07"; empty when the duration is unknown.

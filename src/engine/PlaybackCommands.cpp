@@ -121,8 +121,8 @@ void NowPlayingService::sendMediaKey(MediaKeys::Key key)
     scheduleHijackSilencer();
 }
 
-/// A media key may also be grabbed by a player that was paused: it is paused again. One that is no source is
-/// what the key was meant for.
+/// A media key may start a paused player instead of what it was meant for; that player is paused again. One
+/// that is no enabled source is left alone: the key was meant for it.
 void NowPlayingService::scheduleHijackSilencer()
 {
     _platform.runLoop.after(hijackDelay, this, [this] {

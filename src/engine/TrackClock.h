@@ -6,7 +6,7 @@
 
 /// Where a track is at any time, reckoned from a time when that was known.
 struct TrackClock {
-    double place = 0;  ///< seconds from the start of the track, at the time `since`
+    double place = 0;  ///< seconds from the start of the track, at the time `since`; below 0 before it begins
     Uptime since;      ///< when it was there
     double rate = 0;   ///< track seconds that pass in a second; 0 while it stands still
     double length = 0; ///< of the track, in seconds; 0 when unknown

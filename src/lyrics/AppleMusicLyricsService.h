@@ -1,25 +1,12 @@
 #pragma once
 
+#include "lyrics/LyricsRequest.h"
 #include "lyrics/SyncedLyric.h"
-
-#include <QString>
 
 #include <functional>
 
 class QObject;
 class RunLoop;
-
-/// The track whose lyrics are asked for.
-struct LyricsRequest {
-    QString title;
-    QString artist;
-    QString album;
-
-    /// What lyrics are remembered under: requests that differ in letter case alone share a key.
-    QString key() const { return QString(title + u'|' + artist + u'|' + album).toLower(); }
-
-    friend bool operator==(const LyricsRequest&, const LyricsRequest&) = default;
-};
 
 /// Word-timed lyrics from Apple Music. The source is switched off: it has no lyrics for any track.
 class AppleMusicLyricsService

@@ -61,9 +61,10 @@ bool isListOfObjects(const QJsonArray& array)
 } // namespace
 
 LyricsService::LyricsService(RunLoop& runLoop, NotificationCenter& notifications,
-                             const UserDefaults& defaults, AppleMusic appleMusic)
+                             const UserDefaults& defaults, const Workspace& workspace, AppleMusic appleMusic)
     : _defaults(defaults)
     , _appleMusic(std::move(appleMusic))
+    , _local(runLoop, workspace)
     , _http(runLoop)
 {
     notifications.observe(QStringLiteral("com.orvalen.pellar.appleMusicAuthChanged"), this,
@@ -75,6 +76,7 @@ LyricsService& LyricsService::shared()
     static auto* const instance = [] {
         const Platform& platform = Platform::current();
         return new LyricsService(platform.runLoop, platform.notifications, UserDefaults::standard(),
+                                 platform.workspace,
                                  [](const LyricsRequest& request, QObject* context, auto completion) {
                                      AppleMusicLyricsService::shared().fetch(request, context, completion);
                                  });
@@ -86,11 +88,12 @@ void LyricsService::fetch(const QString& title, const QString& artist, const QSt
 {
     _inflightTask.reset();
     _lookup.reset();
+    const LyricsRequest request{.title = title, .artist = artist, .album = album};
     if (title.isEmpty() || artist.isEmpty()) {
         settle(std::nullopt);
+        findLocally(request, [] {}); // a file without tags may have its words beside it
         return;
     }
-    const LyricsRequest request{.title = title, .artist = artist, .album = album};
     _lastRequest = request;
     if (const auto found = _cache.constFind(request.key()); found != _cache.constEnd()) {
         settle(*found);
@@ -100,12 +103,26 @@ void LyricsService::fetch(const QString& title, const QString& artist, const QSt
     _isLoading = true;
     log(QStringLiteral("fetch start: title=") + title + QStringLiteral(" artist=") + artist +
         QStringLiteral(" album=") + album);
-    lookUp(request);
+    findLocally(request, [this, request] { askAppleMusic(request); });
 }
 
-void LyricsService::lookUp(const LyricsRequest& request)
+/// Begins a lookup. `otherwise` goes on with it where this machine has no lyrics of the track.
+void LyricsService::findLocally(const LyricsRequest& request, std::function<void()> otherwise)
 {
     _lookup = std::make_unique<QObject>();
+    _local.find(request, _lookup.get(),
+                [this, request, otherwise = std::move(otherwise)](const std::optional<Lyrics>& lyrics) {
+                    if (!lyrics) {
+                        otherwise();
+                        return;
+                    }
+                    log(QStringLiteral("local hit: ") + synced(*lyrics));
+                    keep(request, *lyrics);
+                });
+}
+
+void LyricsService::askAppleMusic(const LyricsRequest& request)
+{
     _appleMusic(request, _lookup.get(), [this, lookup = QPointer(_lookup.get()), request](const auto& lines) {
         if (lookup.isNull()) {
             return;

@@ -3,6 +3,7 @@
 #include "base/HttpClient.h"
 #include "base/WebAddress.h"
 #include "lyrics/AppleMusicLyricsService.h"
+#include "lyrics/LocalLyrics.h"
 #include "lyrics/Lyrics.h"
 
 #include <QHash>
@@ -17,8 +18,9 @@ class NotificationCenter;
 class RunLoop;
 class UserDefaults;
 
-/// Finds the lyrics of the track that is playing: from Apple Music, else from the lyrics service by exact
-/// match, else by its search. Every result, and that there was none, is remembered for the run. Main thread.
+/// Finds the lyrics of the track that is playing: on this machine, where nobody need be asked for them; else
+/// from Apple Music, else from the lyrics service by exact match, else by its search. Every result, and that
+/// there was none, is remembered for the run. Main thread.
 class LyricsService : public QObject
 {
     Q_OBJECT
@@ -30,13 +32,14 @@ public:
         std::function<void(const LyricsRequest&, QObject* context, AppleMusicLyricsService::Completion)>;
 
     LyricsService(RunLoop& runLoop, NotificationCenter& notifications, const UserDefaults& defaults,
-                  AppleMusic appleMusic);
+                  const Workspace& workspace, AppleMusic appleMusic);
     static LyricsService& shared();
 
     /// Starts or answers a lookup and returns at once. A lookup under way is given up.
     void fetch(const QString& title, const QString& artist, const QString& album);
 
-    /// None while loading and without a title or an artist; empty lyrics when there are none to be had.
+    /// None while loading, and without a title or an artist unless this machine has them; empty lyrics when
+    /// there are none to be had.
     std::optional<Lyrics> current() const { return _current; }
     QBindable<std::optional<Lyrics>> bindableCurrent() const { return &_current; }
 
@@ -50,7 +53,8 @@ Q_SIGNALS:
 private:
     using Handler = void (LyricsService::*)(const LyricsRequest&, const HttpReply&);
 
-    void lookUp(const LyricsRequest& request);
+    void findLocally(const LyricsRequest& request, std::function<void()> otherwise);
+    void askAppleMusic(const LyricsRequest& request);
     void fetchExact(const LyricsRequest& request);
     void readExact(const LyricsRequest& request, const HttpReply& reply);
     void fetchFuzzy(const LyricsRequest& request);
@@ -63,6 +67,7 @@ private:
 
     const UserDefaults& _defaults;
     AppleMusic _appleMusic;
+    LocalLyrics _local;
     HttpClient _http;
     QHash<QString, Lyrics> _cache; ///< by request key; empty lyrics where there are none
     std::unique_ptr<HttpCall> _inflightTask;

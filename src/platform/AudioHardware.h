@@ -98,8 +98,8 @@ public:
         friend bool operator==(const DeviceState&, const DeviceState&) = default;
     };
 
-    /// Tells, on any thread, when a started device changes, soon after it does. Nothing is told once `stop`
-    /// has returned; a device of which nothing is told sounds.
+    /// Reports, on any thread, every change of a started device soon after it happens, and nothing once
+    /// `stop` has returned. A device without a report counts as sounding.
     virtual void observeDevice(AudioObjectId device, std::function<void(DeviceState state)> changed) = 0;
 
     virtual int start(AudioObjectId device, AudioIOProcId proc) = 0;

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// The system's word on whether this program may automate another application.
+/// Whether the system lets this program automate other applications.
 class Automation
 {
 public:

@@ -2,8 +2,8 @@
 
 #include "platform/MediaPlayers.h"
 
-/// Who takes the roles of "Music" and "Spotify". The program says so to the platform, which asks anew
-/// whenever a player comes, goes or changes.
+/// Decides which players take the roles of "Music" and "Spotify". The platform asks again whenever a player
+/// comes, goes or changes.
 class PlayerCasting
 {
 public:

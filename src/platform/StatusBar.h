@@ -29,8 +29,8 @@ public:
     /// Whether translucent windows are blended with what lies below them.
     virtual bool isComposited() const = 0;
 
-    /// For a menu that is shown, which outlives the claim. Null where the menu's own grab is enough to get
-    /// every key and to hear of every click.
+    /// Takes the keyboard for a menu that is shown and that outlives the claim. Null where the menu's own
+    /// grab already brings it every key and click.
     virtual std::unique_ptr<KeyboardClaim> claimKeyboard(QWindow& menu) = 0;
 
 Q_SIGNALS:

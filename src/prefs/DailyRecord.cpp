@@ -8,7 +8,8 @@ const QString dateField = QStringLiteral("date");
 const QString totalField = QStringLiteral("totalSeconds");
 const QString artistsField = QStringLiteral("artists");
 
-/// Generous: by moving through the time zones one calendar day may be lived for two days and more.
+/// Far more than a day has, since a calendar day lasts longer for somebody who travels through the time
+/// zones.
 constexpr double mostSecondsADay = 1e6;
 
 double seconds(const QJsonValue& value)

@@ -20,7 +20,7 @@ struct DailyRecord {
 
     /// An object with the fields above.
     QJsonObject json() const;
-    /// None without a day. A time that cannot be listened to in a day is cut to one that can, one that is no
-    /// number is left out. Unknown fields do no harm.
+    /// None without a day. A time too long for a day is cut to the longest, one that is no number is left
+    /// out. Unknown fields do no harm.
     static std::optional<DailyRecord> fromJson(const QJsonObject& object);
 };

@@ -7,8 +7,8 @@
 class RunLoop;
 class UserDefaults;
 
-/// How long was listened to music, by calendar day and artist, over the last ninety days. Days are those of
-/// the time zone that the computer is in at the time.
+/// Listening time by calendar day and artist over the last ninety days. A day is that of the time zone set at
+/// the time of listening.
 class ListeningStats
 {
 public:

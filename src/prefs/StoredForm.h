@@ -31,7 +31,7 @@ struct StoredForm<Case> {
     }
 };
 
-/// Tells the log of a setting that has been ignored.
+/// Logs that a setting has been ignored.
 void logUnreadable(const QString& key);
 
 /// What is stored under a key, else the fallback. What is there but cannot be read is logged.

@@ -6,7 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-/// Tells the log how many entries of a stored list have been dropped.
+/// Logs how many entries of a stored list have been dropped.
 void logDropped(qsizetype entries);
 
 /// A list of records is stored as a JSON array of objects. An entry that is no record is dropped and leaves

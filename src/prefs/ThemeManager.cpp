@@ -32,8 +32,8 @@ void ThemeManager::recomputeTint()
     }
 }
 
-/// The tint stays as it is meanwhile. A result that comes when the artwork or the mode has gone is dropped;
-/// one of artwork that has been replaced is followed by that of the newer one.
+/// Works in the background; the tint stays until it is done. The result is dropped when by then the mode is
+/// another one or the artwork is gone; for artwork that was replaced a newer result follows.
 void ThemeManager::extractTint()
 {
     _extractionQueue.async([this, artwork = _artwork] {

@@ -1,17 +1,11 @@
 #include "app/AudioCaptureSupervision.h"
-#include "app/ContextMenu.h"
 #include "audio/AudioDeviceManager.h"
 #include "engine/EngineFixture.h"
-#include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
-#include "prefs/WidgetManager.h"
 
-#include <QTest>
+#include <QtTest>
 
 namespace {
-
-constexpr int playersOnly = 3;
-constexpr int systemAudioToo = 7;
 
 /// An engine whose capture is switched on and supervised.
 struct Supervised : EngineFixture {
@@ -64,7 +58,7 @@ class AudioSupervisionTest : public QObject
 private Q_SLOTS:
     void followsUse()
     {
-        Supervised engine(playersOnly);
+        Supervised engine(3);
         QVERIFY(!engine.isCapturing());
         engine.play(u"playing"_s);
         QVERIFY(engine.isCapturing());
@@ -90,7 +84,7 @@ private Q_SLOTS:
     /// Through silences and keys, and whatever becomes of the clock on the wall.
     void listensWhileSystemAudioIsFollowed()
     {
-        Supervised engine(systemAudioToo);
+        Supervised engine(7);
         engine.hearFor(2, 0.5F);
         QCOMPARE(engine.service->activePlayer(), Player::systemAudio);
         engine.service->togglePlayPause();
@@ -105,43 +99,9 @@ private Q_SLOTS:
         QVERIFY(!engine.isCapturing());
     }
 
-    void isSwitchedInTheMenu()
-    {
-        Supervised engine(systemAudioToo);
-        MenuVisibilityManager menuVisibility(engine.defaults);
-        WidgetManager widget(engine.defaults);
-        const ContextMenu menu({.service = *engine.service,
-                                .pasteboard = engine.desktop.pasteboard,
-                                .audioDevices = engine.devices,
-                                .audioSources = *engine.manager,
-                                .audio = *engine.bridge,
-                                .power = *engine.power,
-                                .recentlyPlayed = *engine.recentlyPlayed,
-                                .visibility = menuVisibility,
-                                .widget = widget,
-                                .workspace = engine.desktop.workspace});
-        const auto row = [&menu] {
-            for (const PellarMenuItem& item : menu.items()) {
-                if (item.title == u"Audio Sources") {
-                    return item.items.back();
-                }
-            }
-            return PellarMenuItem();
-        };
-        for (const bool isOn : {true, false, true}) {
-            QCOMPARE(row().title, u"Live Visualizer"_s);
-            QCOMPARE(row().isOn, isOn);
-            QCOMPARE(engine.isCapturing(), isOn);
-            row().choose();
-        }
-        engine.manager->toggle(AudioSource::systemAudio);
-        row().choose();
-        QVERIFY(row().isOn && !engine.isCapturing()); // for nothing plays
-    }
-
     void triesAgainWhileWanted()
     {
-        Supervised engine(playersOnly);
+        Supervised engine(3);
         engine.play(u"playing"_s);
         QVERIFY(engine.isCapturing());
         const int starts = engine.capture->starts;

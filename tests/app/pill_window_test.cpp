@@ -1,10 +1,11 @@
 #include "app/StatusHostingView.h"
 #include "app/StatusItem.h"
+#include "app/StatusItemPlacement.h"
 #include "ui/PillFixture.h"
 #include "ui/QmlModules.h"
 
 #include <QApplication>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -71,6 +72,37 @@ private Q_SLOTS:
         QTest::mouseClick(&window.view, Qt::LeftButton, {},
                           window.pill->layout().playButton.center().toPoint());
         QVERIFY(window.engine.desktop.scripts.take().contains(PlayerScripts::playPause(Player::appleMusic)));
+    }
+
+    void placesItem()
+    {
+        const QRect first(0, 0, 1000, 800);
+        const QRect second(1000, 200, 1000, 800);
+        for (const auto& [screen, inset, left] : {std::tuple(first, 100.0, 715),
+                                                  {second, 100, 1715},
+                                                  {first, 5000, 0},
+                                                  {first, std::nan(""), 815}}) {
+            const QRect frame = StatusItemPlacement::frame(screen, {185, 28}, inset);
+            QCOMPARE(frame, QRect(left, screen.top(), 185, 28));
+            const double again = StatusItemPlacement::rightInset(screen, frame);
+            QCOMPARE(StatusItemPlacement::frame(screen, {185, 28}, again), frame);
+        }
+    }
+
+    /// That it is remembered, too, is tried in a real session.
+    void isDragged()
+    {
+        Window window;
+        const int left = window.view.x();
+        for (const int way : {-10000, 10000}) {
+            Q_EMIT window.view.itemDragged(way);
+            QVERIFY(window.view.screen()->geometry().contains(window.view.position()));
+            Q_EMIT window.view.itemDragged(-way); // the pointer comes back, and the item is below it again
+            QCOMPARE(window.view.x(), left);
+        }
+        const int right = window.view.geometry().right();
+        window.item.bindableLength().setValue(101);
+        QVERIFY(std::abs(window.view.geometry().right() - right) <= 2); // as it is rounded to whole pixels
     }
 
     void followsTheCompositor()

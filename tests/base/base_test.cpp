@@ -4,17 +4,10 @@
 #include "base/HttpClient.h"
 #include "base/NotificationCenter.h"
 #include "base/SerialQueue.h"
-#include "base/WebAddress.h"
 #include "support/HttpStandIn.h"
 #include "support/ManualRunLoop.h"
 
-#include <QDateTime>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimeZone>
-
-#include <limits>
+#include <QtTest>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,28 +23,22 @@ class BaseTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void parsesDecimal()
+    void decimals()
     {
+        for (const auto& [text, value] : {std::pair("42.5", 42.5),
+                                          {"90.0", 90.0},
+                                          {"-1.25", -1.25},
+                                          {"9.9e-05", 9.9e-5},
+                                          {"1000000000000000.0", 1e15},
+                                          {"1.0e+16", 1e16},
+                                          {"187.99999999999997", 187.99999999999997}}) {
+            QCOMPARE(decimalText(value), QLatin1String(text));
+            QCOMPARE(parseDecimal(QString::fromLatin1(text)), value);
+        }
         QCOMPARE(parseDecimal(u"+215.5"_s), 215.5);
-        QCOMPARE(parseDecimal(u"-1.5e2"_s), -150.0);
         for (const char* none : {"", " 1", "1\t", "12,5", "12s", "+-1", "nan", "inf", "1e999", "٣"}) {
             QVERIFY2(parseDecimal(QString::fromUtf8(none)) == 0, none);
         }
-    }
-
-    void writesDecimal()
-    {
-        const QList<std::pair<double, QString>> rows = {
-            {42.5, u"42.5"_s},     {90, u"90.0"_s},
-            {-1.25, u"-1.25"_s},   {100000, u"100000.0"_s},
-            {0.0001, u"0.0001"_s}, {9.9e-5, u"9.9e-05"_s},
-            {0, u"0.0"_s},         {1e15, u"1000000000000000.0"_s},
-            {1e16, u"1.0e+16"_s},  {187.99999999999997, u"187.99999999999997"_s}};
-        for (const auto& [value, text] : rows) {
-            QCOMPARE(decimalText(value), text);
-            QCOMPARE(parseDecimal(text), value);
-        }
-        QCOMPARE(decimalText(std::numeric_limits<double>::infinity()), u"inf"_s);
     }
 
     void notifies()
@@ -60,22 +47,16 @@ private Q_SLOTS:
         QObject context;
         QStringList heard;
         center.observe(u"a"_s, &context, [&](const QVariantMap& info) {
-            heard << u"first "_s + info[u"k"_s].toString();
+            heard << info[u"k"_s].toString();
             // Registered while posting: from the next time on.
             center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"late"_s; });
         });
-        center.observe(u"a"_s, &context, [&](const QVariantMap&) { heard << u"second"_s; });
-        center.post(u"b"_s);
-        center.post(u"a"_s, {{u"k"_s, 1}});
-        QCOMPARE(heard, QStringList({u"first 1"_s, u"second"_s}));
-        center.post(u"a"_s);
-        QCOMPARE(heard.last(), u"late"_s);
-
         auto dying = std::make_unique<QObject>();
-        center.observe(u"c"_s, &context, [&](const QVariantMap&) { dying.reset(); });
-        center.observe(u"c"_s, dying.get(), [&](const QVariantMap&) { heard << u"too late"_s; });
-        center.post(u"c"_s);
-        center.post(u"c"_s);
+        center.observe(u"a"_s, &context, [&](const QVariantMap&) { dying.reset(); });
+        center.observe(u"a"_s, dying.get(), [&](const QVariantMap&) { heard << u"too late"_s; });
+        center.post(u"a"_s, {{u"k"_s, 1}});
+        QCOMPARE(heard, QStringList(u"1"_s));
+        center.post(u"a"_s);
         QCOMPARE(heard.last(), u"late"_s);
     }
 
@@ -122,12 +103,8 @@ private Q_SLOTS:
             QVERIFY(file.open(QIODevice::ReadOnly));
             const QString text = QString::fromUtf8(file.readAll());
             file.close();
-            const QString line = u"\\[\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d \\+0000\\] naïve 夜\\n"_s;
-            const auto all = QRegularExpression::anchoredPattern(line.repeated(isNew ? 1 : 2));
-            QVERIFY2(QRegularExpression(all).match(text).hasMatch(), qPrintable(text));
-            struct stat status = {};
-            QCOMPARE(::stat(QFile::encodeName(file.fileName()).constData(), &status), 0);
-            QCOMPARE(status.st_mode & 0777U, 0600U);
+            QCOMPARE(text.count(u"+0000] naïve 夜\n"_s), isNew ? 1 : 2);
+            QCOMPARE(QFileInfo(file).permissions() & 0x0fff, QFile::ReadUser | QFile::WriteUser);
             file.setPermissions(QFile::ReadOther | QFile::ReadOwner | QFile::WriteOwner); // to be narrowed
         }
         umask(before);
@@ -151,15 +128,6 @@ private Q_SLOTS:
             log.write(u"line"_s);
             log.flush(); // a pipe without a reader must not hold it up
             QCOMPARE(target.readAll(), QByteArray());
-        }
-    }
-
-    void encodesQueries()
-    {
-        const auto address = webAddress(u"http://h:1"_s, u"/p"_s, {{u"a"_s, u"+ &Ü/?#=%41"_s}, {u"b"_s, {}}});
-        QVERIFY(address && address->toEncoded() == "http://h:1/p?a=%2B%20%26%C3%9C%2F%3F%23%3D%2541&b=");
-        for (const char* service : {"", "h:1", "file://h", "http://", "http://a b", "https://h:port"}) {
-            QVERIFY2(!webAddress(QString::fromLatin1(service), u"/p"_s), service);
         }
     }
 
@@ -197,7 +165,6 @@ private Q_SLOTS:
             {{.status = 401, .body = "who", .headers = {"WWW-Authenticate: Basic realm=x"}}, 401, "who"},
             {{.body = "0123456789", .manner = Manner::cutOff}, 0, {}},
             {{.status = 404, .body = "0123", .manner = Manner::cutOff}, 0, {}},
-            {{.status = 404, .body = "what"}, 404, "what"},
             {{.status = 302, .headers = {"Location: /end"}}, 200, "the end"},
             {{.status = 302, .headers = {"Location: /start"}}, 0, {}},
             {{.status = 302, .headers = {"Location: file:///etc/hostname"}}, 0, {}}};
@@ -212,10 +179,7 @@ private Q_SLOTS:
             QTRY_COMPARE(replies.size(), 1);
             std::atomic<bool> isDone = false;
             SerialQueue queue(u"test"_s);
-            queue.async([&] {
-                replies << HttpClient::sendAndWait(asked);
-                isDone = true;
-            });
+            queue.async([&] { replies << HttpClient::sendAndWait(asked), isDone = true; });
             QTRY_VERIFY(isDone);
             for (const HttpReply& reply : replies) {
                 QCOMPARE(reply.status, status);

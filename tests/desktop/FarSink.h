@@ -19,8 +19,7 @@ public:
             pw_thread_loop_get_loop(_loop), "far",
             pw_properties_new(PW_KEY_NODE_NAME, "far", PW_KEY_MEDIA_CLASS, "Audio/Sink", nullptr), &_events,
             nullptr);
-        addInput("playback_FL", "FL");
-        addInput("playback_FR", "FR");
+        addInput();
         pw_filter_connect(_filter, PW_FILTER_FLAG_CUSTOM_LATENCY, nullptr, 0);
         pw_thread_loop_start(_loop);
     }
@@ -35,7 +34,7 @@ public:
     FarSink& operator=(const FarSink&) = delete;
 
 private:
-    void addInput(const char* name, const char* channel)
+    void addInput()
     {
         spa_latency_info latency{};
         latency.direction = SPA_DIRECTION_INPUT;
@@ -44,9 +43,9 @@ private:
         spa_pod_builder builder{};
         spa_pod_builder_init(&builder, space.data(), space.size());
         const spa_pod* parameter = spa_latency_build(&builder, SPA_PARAM_Latency, &latency);
-        pw_filter_add_port(_filter, PW_DIRECTION_INPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, 1,
-                           pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio", PW_KEY_PORT_NAME,
-                                             name, PW_KEY_AUDIO_CHANNEL, channel, nullptr),
+        auto* const properties = pw_properties_new(PW_KEY_FORMAT_DSP, "32 bit float mono audio",
+                                                   PW_KEY_PORT_NAME, "playback_FL", nullptr);
+        pw_filter_add_port(_filter, PW_DIRECTION_INPUT, PW_FILTER_PORT_FLAG_MAP_BUFFERS, 1, properties,
                            &parameter, 1);
     }
 

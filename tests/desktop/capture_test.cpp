@@ -6,11 +6,9 @@
 #include "base/EventLoop.h"
 #include "linux/pipewire/PipewireAudioHardware.h"
 #include "linux/settings/PlistUserDefaults.h"
-#include "support/Command.h"
 #include "support/LogFile.h"
 #include "support/LoopbackServices.h"
 #include "support/MprisStandIn.h"
-#include "support/Program.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -18,22 +16,12 @@
 #include <QScreen>
 #include <QtTest>
 
-#include <csignal>
-#include <memory>
-
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 constexpr float loud = 0.8F;
 constexpr float quiet = 0.05F;
 const QString captureNode = u"pellar.capture"_s;
 constexpr int pillCenter = 948; // of a fresh installation, from the left of the screen
-
-Program player(const QString& file, const QString& program = u"pw-play"_s)
-{
-    return Program(program, {file});
-}
 
 QImage topOfScreen()
 {
@@ -44,7 +32,7 @@ QImage topOfScreen()
 QStringList latencies()
 {
     QStringList latencies;
-    const auto objects = QJsonDocument::fromJson(output(u"pw-dump"_s, {}).toUtf8()).array();
+    const auto objects = QJsonDocument::fromJson(run(u"pw-dump"_s).toUtf8()).array();
     for (const auto& object : objects) {
         const QJsonObject info = object[u"info"].toObject();
         if (info[u"props"][u"port.alias"].toString().startsWith(u"pw-play"_s)) {
@@ -56,7 +44,7 @@ QStringList latencies()
 
 bool isLinked(const QString& port)
 {
-    return output(u"pw-link"_s, {u"--links"_s}).contains(port);
+    return run(u"pw-link --links"_s).contains(port);
 }
 
 /// Who keeps the pace for whom, by the name of the driver.
@@ -92,11 +80,9 @@ class CaptureTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        const auto tone = [](const QString& path, const QString& source) {
-            output(u"ffmpeg"_s, {u"-nostdin"_s, u"-f"_s, u"lavfi"_s, u"-i"_s, source, path});
-        };
-        tone(_low, u"aevalsrc=0|0|0|0|0.4*sin(2*PI*440*t)|0:channel_layout=5.1:duration=60"_s);
-        tone(_high, u"aevalsrc=0|0.4*sin(2*PI*8000*t):duration=60:sample_rate=96000"_s);
+        const QString make = u"ffmpeg -nostdin -f lavfi -i aevalsrc="_s;
+        run(make + u"0|0|0|0|0.4*sin(2*PI*440*t)|0:channel_layout=5.1:duration=60 " + _low);
+        run(make + u"0|0.4*sin(2*PI*8000*t):duration=60:sample_rate=96000 " + _high);
     }
 
     void init()
@@ -110,20 +96,51 @@ private Q_SLOTS:
         _server.send(SIGCONT);
         if (QTest::currentTestFailed() && _service) {
             qInfo().noquote() << _service->bands() << _log.take().join(u'\n');
-            qInfo().noquote() << output(u"pw-link"_s, {u"-l"_s});
+            qInfo().noquote() << run(u"pw-link -l"_s);
         }
         _service.reset();
         _log.take();
     }
 
+    void switchesDevicesBothWays()
+    {
+        QTRY_COMPARE(sinks(), u"speakers* headphones"_s);
+        const auto devices = _devices.outputDevices();
+        QCOMPARE(devices.constFirst().name, u"Speakers"_s);
+        _devices.setOutput(devices.constLast().id);
+        QTRY_COMPARE(run(u"pactl get-default-sink"_s), u"headphones"_s);
+        QTRY_COMPARE(sinks(), u"speakers headphones*"_s);
+        _devices.setOutput(0);
+        _devices.setOutput(devices.constFirst().id + 10'000);
+        run(u"pactl set-default-sink speakers"_s); // by somebody else
+        QTRY_COMPARE(sinks(), u"speakers* headphones"_s);
+    }
+
+    /// But no microphones.
+    void followsDevices()
+    {
+        const QString load = u"pactl load-module module-null-sink "_s;
+        const QString microphone = run(load + u"media.class=Audio/Source sink_name=microphone");
+        QTRY_VERIFY(run(u"pactl list short sources"_s).contains(u"microphone"_s));
+        const QString kitchen = run(load + u"sink_name=kitchen sink_properties=device.description=Küche");
+        QTRY_COMPARE(sinks(), u"speakers* headphones kitchen"_s);
+        QCOMPARE(_devices.outputDevices().constLast().name, u"Küche"_s);
+        _devices.setOutput(_devices.outputDevices().constLast().id);
+        QTRY_COMPARE(sinks(), u"speakers headphones kitchen*"_s);
+        run(u"pactl unload-module "_s + kitchen);
+        run(u"pactl unload-module "_s + microphone);
+        QTRY_VERIFY(sinks() == u"speakers* headphones" || sinks() == u"speakers headphones*");
+        run(u"pactl set-default-sink speakers"_s);
+    }
+
     /// As they come and go and are moved to another sink, and no recording is shown.
     void followsStreams()
     {
-        const Program low = player(_low, u"paplay"_s);
+        const Program low(u"paplay"_s, {_low});
         QTRY_VERIFY(isHeard(1) && isUnheard(3));
         QCOMPARE(run(u"pactl list short source-outputs"_s), QString());
         {
-            const Program high = player(_high);
+            const Program high(u"pw-play"_s, {_high});
             QTRY_VERIFY(isHeard(1) && isHeard(3));
         }
         QTRY_VERIFY(isHeard(1) && isUnheard(3));
@@ -132,7 +149,7 @@ private Q_SLOTS:
         const QString before = sink();
         QTRY_VERIFY((run(u"pactl move-sink-input %1 headphones"_s.arg(stream)), sink() != before));
         QVERIFY(isStillHeard(1));
-        const Program high = player(_high); // on the other sink
+        const Program high(u"pw-play"_s, {_high}); // on the other sink
         QTRY_VERIFY(isHeard(1) && isHeard(3));
     }
 
@@ -142,7 +159,7 @@ private Q_SLOTS:
         const FarSink far;
         const Program low(u"pw-play"_s, {u"--target=0"_s, _low}); // of the session
         const QString farPort = u"far:playback_FL"_s;
-        QTRY_VERIFY((output(u"pw-link"_s, {u"pw-play:output_FL"_s, farPort}), isLinked(farPort)));
+        QTRY_VERIFY((run(u"pw-link pw-play:output_FL "_s + farPort), isLinked(farPort)));
         QTRY_VERIFY(isHeard(1));
         const QStringList told = latencies();
         QVERIFY(told.join(u' ').contains(u"200000000"_s));
@@ -154,7 +171,7 @@ private Q_SLOTS:
     /// Each sink keeps the pace for its own player, also when a node of the capture was removed.
     void joinsNoSinks()
     {
-        const Program low = player(_low);
+        const Program low(u"pw-play"_s, {_low});
         const Program high(u"pw-play"_s, {u"--target=headphones"_s, _high});
         QTRY_VERIFY(isHeard(1) && isHeard(3));
         const QSet<QString> both = {u"pw-play"_s, captureNode};
@@ -173,13 +190,11 @@ private Q_SLOTS:
     /// And asks for permission before there is a server.
     void survivesRestarts()
     {
-        AudioDeviceManager devices(_hardware);
-        QTRY_COMPARE(devices.outputDevices().size(), 2);
         QTRY_VERIFY(_service->isRunning());
         for (const bool isRetried : {false, true, false}) {
             _server.kill();
-            QTRY_VERIFY(isUnheard(1) && devices.outputDevices().isEmpty());
-            QCOMPARE(devices.currentOutput(), 0U);
+            QTRY_VERIFY(isUnheard(1) && sinks().isEmpty());
+            QCOMPARE(_devices.currentOutput(), 0U);
             QStringList log;
             PipewireAudioHardware late;
             AudioCaptureService lateService(late, _runLoop);
@@ -193,12 +208,12 @@ private Q_SLOTS:
             if (isRetried) {
                 _service->start(); // as when its devices are there
             }
-            const Program low = player(_low);
+            const Program low(u"pw-play"_s, {_low});
             QTRY_VERIFY(isHeard(1));
             QVERIFY(_service->isRunning() && !lateService.isRunning());
             lateService.start();
             QTRY_VERIFY(lateService.bands()[1] > loud);
-            QTRY_COMPARE_WITH_TIMEOUT(devices.outputDevices().size(), 2, 10'000);
+            QTRY_COMPARE_WITH_TIMEOUT(sinks(), u"speakers* headphones"_s, 10'000);
         }
     }
 
@@ -207,16 +222,15 @@ private Q_SLOTS:
     {
         _server.kill();
         QVERIFY(_server.start("link-factory"));
-        AudioDeviceManager devices(_hardware);
-        connect(&devices, &AudioDeviceManager::devicesChanged, _service.get(), [this] { _service->start(); });
+        connect(&_devices, &AudioDeviceManager::devicesChanged, _service.get(),
+                [this] { _service->start(); });
         QTRY_COMPARE(_hardware.authorizationStatus(), int{AudioHardware::restricted});
-        const auto connection = [] { return output(u"pw-cli"_s, {u"info"_s, u"Pellar"_s}); };
-        const QString before = connection();
+        const QString before = run(u"pw-cli info Pellar"_s);
         _service->start();
-        QCOMPARE(connection(), before);
+        QCOMPARE(run(u"pw-cli info Pellar"_s), before);
         _server.kill();
         QVERIFY(_server.start());
-        const Program low = player(_low);
+        const Program low(u"pw-play"_s, {_low});
         QTRY_VERIFY(isHeard(1));
     }
 
@@ -248,7 +262,7 @@ private Q_SLOTS:
         const Program pellar(QStringLiteral(PELLAR_PROGRAM));
         QTRY_VERIFY(topOfScreen() != desktop);
         _server.send(SIGCONT);
-        const Program low = player(_low);
+        const Program low(u"pw-play"_s, {_low});
         QTRY_VERIFY(isLinked(captureNode));
         QCOMPARE(pellar.state(), QProcess::Running);
     }
@@ -265,6 +279,16 @@ private:
         return QTest::qWaitFor([&] { return frames.size() > framesToForget; }) && isHeard(band);
     }
 
+    /// Those that are listed, with a star behind the current one.
+    QString sinks() const
+    {
+        QStringList uids;
+        for (const AudioOutputDevice& device : _devices.outputDevices()) {
+            uids << device.uid + (device.id == _devices.currentOutput() ? u"*"_s : QString());
+        }
+        return uids.join(u' ');
+    }
+
     QTemporaryDir _folder;
     const QString _low = _folder.filePath(u"low.wav"_s);   ///< 440 Hz, one of six channels, at the rear
     const QString _high = _folder.filePath(u"high.wav"_s); ///< 8 kHz, only on the right
@@ -272,6 +296,7 @@ private:
     LogFile _log;
     SoundServer _server;
     PipewireAudioHardware _hardware;
+    AudioDeviceManager _devices{_hardware};
     std::unique_ptr<AudioCaptureService> _service;
 };
 

@@ -1,6 +1,5 @@
 #include "linux/settings/PlistUserDefaults.h"
 #include "prefs/PowerModeManager.h"
-#include "support/Command.h"
 #include "support/FakePlatform.h"
 #include "support/LoopbackServices.h"
 #include "support/Program.h"
@@ -11,11 +10,9 @@
 #include <QImage>
 #include <QPixmap>
 #include <QScreen>
-#include <QTest>
+#include <QtTest>
 
 #include <csignal>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -40,9 +37,8 @@ private Q_SLOTS:
         {
             PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
             FakePower power;
-            PowerModeManager(defaults, power).updateSettings(PowerMode::normal, [](PowerModeSettings& mode) {
-                mode.driftRefreshSeconds = 1;
-            });
+            const auto poll = [](PowerModeSettings& mode) { mode.driftRefreshSeconds = 1; };
+            PowerModeManager(defaults, power).updateSettings(PowerMode::normal, poll);
         } // is written by now
         QVERIFY(startProgram());
         _idle = pillPicture();

@@ -3,7 +3,6 @@
 #include "linux/LinuxPlatform.h"
 #include "linux/settings/PlistUserDefaults.h"
 #include "prefs/MenuStyleManager.h"
-#include "support/Command.h"
 #include "support/MprisStandIn.h"
 #include "support/Program.h"
 #include "support/RealPlayer.h"
@@ -15,8 +14,6 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QtTest>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -109,10 +106,16 @@ private Q_SLOTS:
         choose({u"Up Next"_s, u"Title 3 — Band"_s});
         QTRY_COMPARE(player.calls.last(), u"GoTo /t/3"_s);
         choose({u"Copy Song Link"_s});
-        QTRY_VERIFY(run(u"xclip -selection clipboard -o"_s).contains(u"Title%202"_s));
+        QTRY_VERIFY(
+            run(u"xclip -selection clipboard -o"_s).contains(u"apple.com/search?term=Title%202%20Band"_s));
         choose({u"Recently Played"_s, u"Title 2 — Band"_s});
         QTRY_COMPARE(run(u"xclip -selection clipboard -o"_s), u"Title 2 — Band"_s);
 
+        for (const bool isOn : {true, false}) {
+            choose({u"Audio Sources"_s, u"Live Visualizer"_s});
+            QCOMPARE(_defaults.boolean(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s),
+                     std::optional(isOn));
+        }
         choose({u"Sleep Timer"_s, u"15 minutes"_s});
         open();
         clickRow(u"Sleep Timer"_s);

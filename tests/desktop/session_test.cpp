@@ -11,7 +11,6 @@
 #include "platform/MediaPlayers.h"
 #include "platform/Workspace.h"
 #include "prefs/PillVisibilityManager.h"
-#include "support/Command.h"
 #include "support/EngineParts.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
@@ -19,8 +18,6 @@
 #include "support/RealPlayer.h"
 
 #include <QtTest>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -40,22 +37,20 @@ public:
     ~Grabber() { xcb_disconnect(_server); }
     Q_DISABLE_COPY(Grabber)
 
-    /// How many keys went down, and how many came up, so far.
-    std::pair<int, int> keys()
+    /// Which keys went down and came up so far: "down up".
+    QString keys()
     {
         while (xcb_generic_event_t* const event = xcb_poll_for_event(_server)) {
             const int type = event->response_type & 0x7F;
-            _down += type == XCB_KEY_PRESS ? 1 : 0;
-            _up += type == XCB_KEY_RELEASE ? 1 : 0;
+            _keys << (type == XCB_KEY_PRESS ? u"down"_s : type == XCB_KEY_RELEASE ? u"up"_s : QString());
             std::free(event);
         }
-        return {_down, _up};
+        return _keys.join(u' ').simplified();
     }
 
 private:
     xcb_connection_t* _server;
-    int _down = 0;
-    int _up = 0;
+    QStringList _keys;
 };
 
 /// The engine, hearing and controlling this desktop.
@@ -65,10 +60,8 @@ struct Session {
         parts.start(ports, defaults,
                     std::make_unique<AudioCaptureService>(ports.audioHardware, ports.runLoop),
                     {.sendMediaKey = [this](MediaKeys::Key key) { mediaKeys.send(key); }});
-        parts.manager->setEnabledSources(AudioSource::appleMusic | AudioSource::spotify |
-                                         AudioSource::systemAudio);
-        parts.power->updateSettings(PowerMode::normal,
-                                    [](PowerModeSettings& mode) { mode.driftRefreshSeconds = 1; });
+        parts.manager->setEnabledSources(AudioSources::fromInt(7));
+        parts.power->updateSettings(PowerMode::normal, [](auto& mode) { mode.driftRefreshSeconds = 1; });
         supervision = std::make_unique<AudioCaptureSupervision>(
             AudioCaptureSupervision::Dependencies{.platform = ports,
                                                   .service = *parts.service,
@@ -82,8 +75,8 @@ struct Session {
 
     bool isShowingSystemAudio(bool isPlaying) const
     {
-        return parts.service->activePlayer() == Player::systemAudio &&
-               parts.service->isPlaying() == isPlaying;
+        const NowPlayingService& service = *parts.service;
+        return service.activePlayer() == Player::systemAudio && service.isPlaying() == isPlaying;
     }
 
     LogFile log;
@@ -214,10 +207,10 @@ private Q_SLOTS:
 
         Grabber grabber;
         _service->togglePlayPause();
-        QTRY_COMPARE(grabber.keys(), std::pair(1, 1));
+        QTRY_COMPARE(grabber.keys(), u"down up"_s);
         run(u"xdotool keydown Shift_L"_s);
         _service->nextTrack();
-        QTRY_COMPARE(grabber.keys(), std::pair(2, 2));
+        QTRY_COMPARE(grabber.keys(), u"down up down up"_s);
         run(u"xdotool keyup Shift_L"_s);
         QCOMPARE(_page.state(), u"playing 5 toggles 2 next 1 previous"_s);
     }

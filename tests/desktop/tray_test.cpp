@@ -5,9 +5,7 @@
 #include "support/Program.h"
 
 #include <QDBusMessage>
-#include <QTest>
-
-using namespace Qt::Literals::StringLiterals;
+#include <QtTest>
 
 namespace {
 

@@ -1,9 +1,6 @@
 #include "EngineFixture.h"
-#include "base/Decimal.h"
-#include "engine/UpNextReply.h"
 
-#include <QSignalSpy>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -16,68 +13,63 @@ QVariantMap musicInfo(const QString& state)
             {u"Total Time"_s, qlonglong(180500)}};
 }
 
-QVariantMap spotifyInfo(const QString& state)
-{
-    return {{u"Player State"_s, state},        {u"Name"_s, u"Wave"_s},
-            {u"Artist"_s, u"Shore"_s},         {u"Album"_s, u"Sea"_s},
-            {u"Duration"_s, qlonglong(99000)}, {u"Playback Position"_s, 7.25}};
-}
+const QVariantMap wave = {{u"Player State"_s, u"Playing"_s}, {u"Name"_s, u"Wave"_s},
+                          {u"Artist"_s, u"Shore"_s},         {u"Album"_s, u"Sea"_s},
+                          {u"Duration"_s, qlonglong(99000)}, {u"Playback Position"_s, 7.25}};
 
 } // namespace
 
-/// What players say: the replies to the engine's scripts, and notifications between them.
+/// What players tell between the polls.
 class ReportsTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void statusReplies()
+    void clockReckons()
     {
-        constexpr Player music = Player::appleMusic;
-        constexpr Player spotify = Player::spotify;
-        const std::vector<std::tuple<Player, QString, QString>> rows = {
-            // what stands behind the album; length, position, play state, artwork, or nothing for no track
-            {music, u"215.5|||12.5"_s, u""_s},
-            {music, u"215.5|||-12.5|||true"_s, u"215.5 -12.5 true "_s},
-            {music, u"215.5|||0|||true|||77"_s, u"215.5 0 true "_s},
-            {spotify, u"215000|||0|||true||| \thttps://a/b\r\n"_s, u"215 0 true https://a/b"_s},
-            {spotify, u"missing value|||0|||false||| \n "_s, u"0 0 false "_s},
-            {music, u"0|||0|||True"_s, u"0 0 false "_s},
+        // the place at 100 s, the rate, the time; where it is, and how long until it is at 20 s
+        for (const auto& [place, rate, time, at, until] :
+             std::initializer_list<std::tuple<double, double, double, double, std::optional<double>>>{
+                 {10, 1, 104, 14, 6},
+                 {10, 1.5, 104, 16, 4 / 1.5},
+                 {10, 0, 104, 10, {}},
+                 {10, 1, 111, 21, {}},
+                 {-2, 1, 101, 0, 21},
+                 {10, 1, 200, 30, {}}}) {
+            const TrackClock clock{.place = place, .since = {100}, .rate = rate, .length = 30};
+            QCOMPARE(clock.at({time}), at);
+            QCOMPARE(clock.until(20, {time}), until);
+            QVERIFY(!clock.until(31, {time})); // behind the end
+        }
+    }
+
+    /// What has elapsed is counted once a second; where the track is, is known at any time.
+    void clockFollowsThePlayer()
+    {
+        EngineFixture engine(7, u"playing"_s);
+        const auto place = [&](double seconds) {
+            engine.desktop.runLoop.advance(seconds);
+            return engine.service->position();
         };
-        for (const auto& [player, reply, expected] : rows) {
-            const auto status = parseStatusReply(u"S||| B |||Á|||"_s + reply, player);
-            QCOMPARE(status.has_value(), !expected.isEmpty());
-            if (status) {
-                QCOMPARE(status->title + status->artist + status->album, u"S B Á"_s);
-                const QString state =
-                    boolText(status->isPlaying) + u' ' + status->artworkUrl.value_or(QString());
-                QCOMPARE(u"%1 %2 "_s.arg(status->duration).arg(status->position) + state, expected);
-            }
-        }
-        QVERIFY(!parseStatusReply(u"STOPPED"_s, music));
-    }
-
-    void reactionReplies()
-    {
-        QCOMPARE(parseReactionReply(std::nullopt), TrackReaction());
-        QCOMPARE(parseReactionReply(u"True|TRUE"_s), TrackReaction());
-        QCOMPARE(parseReactionReply(u"|true"_s), (TrackReaction{false, true}));
-        QCOMPARE(parseReactionReply(u" true \n|\tfalse|true"_s), (TrackReaction{true, false}));
-    }
-
-    void upNextReplies()
-    {
-        using Tracks = QList<UpNextTrack>;
-        const std::vector<std::pair<QString, Tracks>> rows = {
-            {u"3|||B|||b###2|||Á|||a###"_s, {{u"B"_s, u"b"_s, 3}, {u"Á"_s, u"a"_s, 2}}},
-            {u" 3 ||| B |||b###4|||A|||a|||c"_s, {{u" B "_s, u"b"_s, 3}, {u"A"_s, u"a"_s, 4}}},
-            {u"3||||||###"_s, {{QString(), QString(), 3}}},
-            {u"3|||B###C|||b###4|||A|||a###"_s, {{u"A"_s, u"a"_s, 4}}}, // a title with "###"
-            {u"x|||B|||b###|||B|||b###1.0|||B|||b###99999999999999999999|||B|||b"_s, {}},
-            {QString(), {}}};
-        for (const auto& [reply, expected] : rows) {
-            QCOMPARE(parseUpNextReply(reply), expected);
-        }
+        QSignalSpy changes(engine.service.get(), &NowPlayingService::clockChanged);
+        QCOMPARE(place(2.4), 14.4);
+        QVERIFY(changes.isEmpty());
+        const QVariantMap same{{u"Name"_s, u"Song"_s}, {u"Artist"_s, u"Band"_s}};
+        const auto tell = [&](const QString& state, const QVariantMap& info) {
+            QVariantMap all = info;
+            all[u"Player State"_s] = state;
+            engine.notify(Player::appleMusic, all);
+        };
+        tell(u"Paused"_s, same);
+        QCOMPARE(place(5), 14.4);
+        tell(u"Playing"_s, same);
+        QCOMPARE(place(0.6), 15.0);
+        engine.service->seekTo(100);
+        QCOMPARE(place(0.25), 100.25);
+        tell(u"Playing"_s, musicInfo(u"Playing"_s));
+        QCOMPARE(place(0.02), 0.02);
+        tell(u"Stopped"_s, {});
+        QCOMPARE(place(0.005), 0.02);
     }
 
     void musicTells()
@@ -85,8 +77,7 @@ private Q_SLOTS:
         EngineFixture engine(7, u"playing"_s);
         engine.notify(Player::appleMusic, musicInfo(u"Playing"_s));
         QCOMPARE(engine.shown(), u"New|Band|Album"_s);
-        QCOMPARE(engine.service->duration(), 180.5);
-        QCOMPARE(engine.service->elapsed(), 0.0);
+        QVERIFY(engine.service->duration() == 180.5 && engine.service->elapsed() == 0);
         QCOMPARE(engine.played().first(), u"New|Band|Album|appleMusic"_s);
         const int questions = engine.desktop.workspace.artworkQuestions;
         engine.desktop.runLoop.advance(0.17);
@@ -113,11 +104,10 @@ private Q_SLOTS:
     {
         EngineFixture engine;
         engine.start();
-        engine.notify(Player::spotify, spotifyInfo(u"Playing"_s));
+        engine.notify(Player::spotify, wave);
         QCOMPARE(engine.service->activePlayer(), Player::spotify);
-        QCOMPARE(engine.service->duration(), 99.0);
-        QCOMPARE(engine.service->elapsed(), 7.25);
-        QVariantMap later = spotifyInfo(u"Paused"_s);
+        QVERIFY(engine.service->duration() == 99 && engine.service->elapsed() == 7.25);
+        QVariantMap later = wave;
         later[u"Playback Position"_s] = 60.0;
         engine.notify(Player::spotify, later);
         QCOMPARE(engine.service->elapsed(), 7.25); // the same track: left to the polls
@@ -131,7 +121,6 @@ private Q_SLOTS:
         const std::vector<std::tuple<int, QString, QVariantMap, bool>> rows = {
             // enabled sources, what Spotify does, what Music tells, and whether it is taken
             {7, u"off"_s, info, true},
-            {7, u"off"_s, {}, false},
             {7, u"off"_s, {{u"Name"_s, u"New"_s}}, false},
             {6, u"off"_s, info, false},
             {7, u"playing"_s, info, false}};
@@ -151,11 +140,12 @@ private Q_SLOTS:
     void stopsOnlyItsOwn()
     {
         EngineFixture engine(7, u"off"_s, u"playing"_s);
-        engine.notify(Player::appleMusic, {{u"Player State"_s, u"Stopped"_s}});
-        QVERIFY(engine.service->isPlaying());
-        engine.notify(Player::spotify, {{u"Player State"_s, u"Stopped"_s}});
-        QVERIFY(!engine.service->isPlaying());
-        QCOMPARE(engine.service->title(), u"Tide"_s); // only a refresh clears
+        for (const auto& [player, isPlaying] :
+             {std::pair(Player::appleMusic, true), {Player::spotify, false}}) {
+            engine.notify(player, {{u"Player State"_s, u"Stopped"_s}});
+            QCOMPARE(engine.service->isPlaying(), isPlaying);
+            QCOMPARE(engine.service->title(), u"Tide"_s); // only a refresh clears
+        }
     }
 
     void survivesNonsense()
@@ -169,13 +159,12 @@ private Q_SLOTS:
             {u"Artwork URL"_s, QStringList(), u"Wave 99 7.25"_s}};
         for (const auto& [key, value, expected] : rows) {
             EngineFixture engine(7, u"off"_s, u"paused"_s);
-            QVariantMap info = spotifyInfo(u"Playing"_s);
+            QVariantMap info = wave;
             info[key] = value;
             engine.notify(Player::spotify, info);
-            const NowPlayingService& service = *engine.service;
-            QVERIFY(service.isPlaying());
-            QCOMPARE(u"%1 %2 %3"_s.arg(service.title()).arg(service.duration()).arg(service.elapsed()),
-                     expected);
+            const NowPlayingService& now = *engine.service;
+            QVERIFY(now.isPlaying());
+            QCOMPARE(u"%1 %2 %3"_s.arg(now.title()).arg(now.duration()).arg(now.elapsed()), expected);
         }
     }
 };

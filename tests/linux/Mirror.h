@@ -15,7 +15,30 @@
 #include "support/MemoryDefaults.h"
 #include "support/MprisStandIn.h"
 
-using namespace Qt::Literals::StringLiterals;
+/// A run loop whose seconds are a fraction of real ones, so that nobody waits for them.
+class HastyLoop final : public RunLoop
+{
+public:
+    static constexpr int haste = 3;
+
+    Date now() const override { return _loop.now(); }
+    Uptime uptime() const override { return {_loop.uptime().seconds * haste}; }
+    void after(double seconds, QObject* context, Work work) override
+    {
+        _loop.after(seconds / haste, context, std::move(work));
+    }
+    std::unique_ptr<Timer> once(double seconds, QObject* context, Work work) override
+    {
+        return _loop.once(seconds / haste, context, std::move(work));
+    }
+    std::unique_ptr<Timer> every(double seconds, QObject* context, Work work) override
+    {
+        return _loop.every(seconds / haste, context, std::move(work));
+    }
+
+private:
+    EventLoop _loop;
+};
 
 /// Everything between the bus and the portable rooms, and what is announced to them.
 struct Mirror {
@@ -49,7 +72,7 @@ struct Mirror {
                                       seconds);
     }
 
-    EventLoop runLoop;
+    HastyLoop runLoop;
     MemoryDefaults defaults;
     MprisBus bus;
     PlayerChoice casting{defaults};

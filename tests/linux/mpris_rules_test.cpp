@@ -1,7 +1,8 @@
 #include "linux/mpris/MprisTrack.h"
+#include "linux/mpris/PlayerChange.h"
 #include "linux/mpris/PositionClock.h"
 
-#include <QTest>
+#include <QtTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -11,40 +12,32 @@ class MprisRulesTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void readsMetadata_data()
-    {
-        QTest::addColumn<QVariantMap>("metadata");
-        QTest::addColumn<QString>("text"); // id|title|artist|album|length
-        const auto row = [](const char* name, const char* key, const QVariant& value, const char* text) {
-            QVariantMap metadata{{u"xesam:title"_s, u"T"_s}};
-            metadata[QString::fromLatin1(key)] = value;
-            QTest::newRow(name) << metadata << QString::fromUtf8(text);
-        };
-        const auto text = [](const char* latin1) { return QString::fromLatin1(latin1); };
-        QTest::newRow("nothing") << QVariantMap() << text("||||-");
-        QTest::newRow("file name for a title")
-            << QVariantMap{{text("xesam:url"), text("file:///a/%E5%A4%9C%20b.flac")}} << u"|夜 b.flac|||-"_s;
-        row("artists as a list", "xesam:artist", QStringList{text("A"), text("B")}, "|T|A, B||-");
-        row("artist as one string", "xesam:artist", text("A"), "|T|A||-");
-        row("artist list of nothing", "xesam:artist", QStringList{QString()}, "|T|||-");
-        row("id as a string", "mpris:trackid", text("spotify:track:1"), "spotify:track:1|T|||-");
-        const char* const length = "mpris:length";
-        row("unsigned length", length, qulonglong(215000000), "|T|||215");
-        row("32-bit length", length, 215000000, "|T|||215");
-        row("length as a real", length, 1.5e6, "|T|||1.5");
-        row("length as a text", length, text("3000000"), "|T|||3");
-        row("length zero", length, qlonglong(0), "|T|||-");
-        row("endless stream", length, std::numeric_limits<qlonglong>::max(), "|T|||-");
-        row("length not a number", length, std::nan(""), "|T|||-");
-        row("length a list", length, QStringList(), "|T|||-");
-    }
-
     void readsMetadata()
     {
-        QFETCH(QVariantMap, metadata);
-        const MprisTrack track = MprisTrack::fromMetadata(metadata);
-        const QString length = track.length ? QString::number(*track.length) : u"-"_s;
-        QTEST(QStringList({track.id, track.title, track.artist, track.album, length}).join(u'|'), "text");
+        const QString title = u"xesam:title"_s;
+        const QString artist = u"xesam:artist"_s;
+        const QString length = u"mpris:length"_s;
+        using Row = std::tuple<QString, QVariant, QString>;
+        for (const auto& [key, value, expected] : // id|title|artist|album|length
+             {Row{title, {}, u"||||-"_s},
+              {u"xesam:url"_s, u"file:///a/%E5%A4%9C%20b.flac"_s, u"|夜 b.flac|||-"_s},
+              {artist, QStringList{u"A"_s, u"B"_s}, u"|T|A, B||-"_s},
+              {artist, u"A"_s, u"|T|A||-"_s},
+              {artist, QStringList{QString()}, u"|T|||-"_s},
+              {u"mpris:trackid"_s, u"spotify:track:1"_s, u"spotify:track:1|T|||-"_s},
+              {length, qulonglong(215000000), u"|T|||215"_s},
+              {length, 1.5e6, u"|T|||1.5"_s},
+              {length, u"3000000"_s, u"|T|||3"_s},
+              {length, std::numeric_limits<qlonglong>::max(), u"|T|||-"_s}, // an endless stream
+              {length, std::nan(""), u"|T|||-"_s},
+              {length, QStringList(), u"|T|||-"_s}}) {
+            QVariantMap metadata = {{title, key == u"xesam:url" ? QVariant() : u"T"_s}};
+            metadata[key] = value;
+            const MprisTrack track = MprisTrack::fromMetadata(metadata);
+            const QString seconds = track.length ? QString::number(*track.length) : u"-"_s;
+            QCOMPARE(QStringList({track.id, track.title, track.artist, track.album, seconds}).join(u'|'),
+                     expected);
+        }
     }
 
     void reckonsPosition()
@@ -76,31 +69,74 @@ private Q_SLOTS:
         QCOMPARE(clock.at({203}), 0.0);
     }
 
-    void disbelievesFrozenPositions_data()
+    /// Readings are a tenth of a second late or more, as of a player that looks at its place now and then.
+    void takesTheBestOfLateReadings()
     {
-        QTest::addColumn<QList<double>>("readings"); // one every 2 s of playing from 10 s on
-        QTest::addColumn<double>("expected");        // at the last of them
-        QTest::newRow("honest") << QList<double>{10, 12.1, 14.1} << 14.1;
-        QTest::newRow("always zero") << QList<double>{0, 0, 0, 0} << 6.0;
-        QTest::newRow("stalls, then goes on") << QList<double>{10, 10, 10.2} << 10.2;
+        PositionClock clock;
+        clock.jump(50, {100});
+        clock.setRunning(true, {100});
+        for (const auto& [time, seconds, expected] : {std::tuple(102.0, 51.9, 52.0),
+                                                      {102.2, 51.95, 52.2},
+                                                      {102.4, 52.35, 52.35}, // the best of three
+                                                      {110.0, 60.2, 60.2},
+                                                      {111.0, 61.0, 61.2},
+                                                      {111.1, 61.0, 61.3}}) { // ahead; whole seconds
+            clock.observe(seconds, {time});
+            QCOMPARE(clock.at({time}), expected);
+        }
+        clock.setRate(2, {112});
+        QVERIFY(clock.isInDoubt());
+        clock.observe(62, {112});
+        QCOMPARE(clock.at({113}), 64.0); // a change of rate is heard later than it is told
+    }
+
+    void knowsATrackThatIsAnnouncedEarly()
+    {
+        for (const auto& [reading, expected] : {std::pair(-0.4, -0.3), {0.3, 0.4}, {39.7, 0.2}, {0.0, 0.2}}) {
+            PositionClock clock;
+            clock.jump(39.5, {100});
+            clock.setRunning(true, {100});
+            clock.restart({100.2});
+            clock.observe(reading, {100.3});
+            QCOMPARE(clock.place({100.4}), expected); // no other is of this track
+            QCOMPARE(clock.at({100.4}), std::max(0.0, expected));
+        }
+    }
+
+    void tellsTracksApart()
+    {
+        const auto playing = [](const QString& title, const QString& id, const QString& location) {
+            return MprisPlayer::State{MprisPlayer::Status::playing,
+                                      {.id = id, .title = title, .location = location}};
+        };
+        const auto before = playing(u"a.flac"_s, u"/1"_s, u"file:///a.flac"_s);
+        for (const auto& [title, id, location, isOther] :
+             {std::tuple(u"A"_s, u"/1"_s, u"file:///a.flac"_s, false), // the tags come later
+              {u"A"_s, u"/1"_s, u"file:///b.flac"_s, true},
+              {u"a.flac"_s, u"/2"_s, u"file:///a.flac"_s, true}}) {
+            QCOMPARE((PlayerChange{before, playing(title, id, location)}.isOtherTrack()), isOther);
+        }
     }
 
     void disbelievesFrozenPositions()
     {
-        QFETCH(QList<double>, readings);
-        PositionClock clock;
-        clock.setRunning(true, {8});
-        double now = 8;
-        for (const double reading : readings) {
-            now += 2;
-            clock.observe(reading, {now});
-        }
-        QTEST(clock.at({now}), "expected");
+        using Row = std::pair<QList<double>, double>; // one every 2 s of playing from 10 s on; at the last
+        for (const auto& [readings, expected] :
+             {Row{{10, 12.1, 14.1}, 14.1}, {{0, 0, 0, 0}, 6}, {{10, 10, 10.2}, 10.2}}) {
+            PositionClock clock;
+            clock.setRunning(true, {8});
+            double now = 8;
+            for (const double reading : readings) {
+                now += 2;
+                clock.observe(reading, {now});
+            }
+            QCOMPARE(clock.at({now}), expected);
 
-        // A seek is believed, and so is the same answer again afterwards.
-        clock.jump(60, {now});
-        QVERIFY(!clock.observe(60, {now + 3}));
-        QCOMPARE(clock.at({now + 3}), 63.0);
+            // A seek is believed, and so is the same answer again afterwards.
+            clock.jump(60, {now});
+            QVERIFY(!clock.observe(60, {now + 3}));
+            QCOMPARE(clock.at({now + 3}), 63.0);
+        }
     }
 };
 

@@ -8,12 +8,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// A player, a list or a track: has what is put into it, can be loved and paused.
+/// A player or a track: has what is put into it, can be loved and paused.
 class Scripted final : public ScriptObject
 {
 public:
-    explicit Scripted(const QMap<QString, ScriptValue>& values) : properties(values) {}
-
     ScriptValue property(const QString& name) override
     {
         return properties.contains(name) ? properties.value(name) : ScriptObject::property(name);
@@ -39,17 +37,18 @@ public:
 /// "Music" plays the second of the tracks Dawn, Noon and Dusk.
 std::shared_ptr<ScriptObject> makeMusic()
 {
-    const auto track = [](const QString& name, const QString& artist) {
-        return std::make_shared<Scripted>(QMap<QString, ScriptValue>{
-            {u"name"_s, name}, {u"artist"_s, artist}, {u"duration"_s, 90.0}, {u"loved"_s, false}});
-    };
-    auto music = std::make_shared<Scripted>(QMap<QString, ScriptValue>{
-        {u"player state"_s, ScriptConstant{u"playing"_s}}, {u"player position"_s, 1.5}});
-    music->tracks = {track(u"Dawn"_s, u"Ada"_s), track(u"Noon"_s, u"Bo"_s), track(u"Dusk"_s, u"Ada"_s)};
-    auto playlist = std::make_shared<Scripted>(QMap<QString, ScriptValue>());
+    auto music = std::make_shared<Scripted>();
+    for (const auto& [name, artist] :
+         {std::pair(u"Dawn"_s, u"Ada"_s), {u"Noon"_s, u"Bo"_s}, {u"Dusk"_s, u"Ada"_s}}) {
+        auto track = std::make_shared<Scripted>();
+        track->properties = {{u"name"_s, name}, {u"artist"_s, artist}, {u"loved"_s, false}};
+        music->tracks.push_back(track);
+    }
+    auto playlist = std::make_shared<Scripted>();
     playlist->tracks = music->tracks;
-    music->properties.insert(u"current track"_s, music->tracks[1]);
-    music->properties.insert(u"current playlist"_s, std::shared_ptr<ScriptObject>(playlist));
+    music->properties = {{u"player state"_s, ScriptConstant{u"playing"_s}},
+                         {u"current track"_s, music->tracks[1]},
+                         {u"current playlist"_s, std::shared_ptr<ScriptObject>(playlist)}};
     return music;
 }
 
@@ -82,24 +81,16 @@ namespace {
 /// Sources and what they give: a reply, "none" or "error NUMBER". " | " stands between them, "; " for the end
 /// of a line.
 constexpr auto rules =
-    // Numbers and precedence
-    R"(1 + 2 * 3 - 4 → 3 | (1 + 2) * -3 → -9 | 7 / 2 → 3.5 | -7 div 2 → -3 | -7 mod 3 → -1 |
-    10 - 3 - 2 → 5 | "5" + 1 → 6 | (-9223372036854775807 - 1) mod -1 → 0 | )"
-    // Texts, lists and coercions
-    R"("a" & 1 & true & 2.50 & playing → a1true2.5playing | {1, {"x"}} & {2.0} as text → 1x2.0 |
-    item 2 of {1, "two", 3} → two | item -1 of {1, 2} & first item of "xy" → none |
-    count of {1, {2, 3}} → 2 | missing value → missing value | {} → none | 1 = 1 as text → false |
-    " 12 " as integer → 12 | "1.5" as number → 1.5 | "TRUE" as boolean → true | )"
-    // Comparisons
-    R"("Straße" is "STRAßE" → true | 1 = 1.0 → true | "1" is 1 → false | {1, "A"} = {1.0, "a"} → true |
-    1 ≠ 2 and not 1 > 2 or 1 / 0 = 0 → true | 3 is greater than or equal to 3 → true |
-    "a" is not equal to "b" → true | stopped is STOPPED → true | "lo" is in "Hello" → true |
-    "Hello" starts with "hE" and "ab" ends with "x" → false | )"
+    // Values
+    R"(1 + 2 * 3 - 4 → 3 | (1 + 2) * -3 → -9 | 7 / 2 → 3.5 | -7 div 2 → -3 | "5" + 1 → 6 |
+    "a" & 1 & true & 2.50 & playing → a1true2.5playing | {1, {"x"}} & {2.0} as text → 1x2.0 |
+    item -1 of {1, 2} & first item of "xy" → none | count of {1, {2, 3}} → 2 | {} → none |
+    "Straße" is "STRAßE" → true | 1 = 1.0 → true | "1" is 1 → false | 1 = 1 as text → false |
+    1 ≠ 2 and not 1 > 2 or 1 / 0 = 0 → true | "a" is not equal to "b" → true | )"
     // Statements
     R"(set x to 1; set X to x + 1; x → 2 | set x to 5 → none | 1; return 2; 3 → 2 |
     if 1 > 2 then; 1; else if 1 = 1 then; 2; else; 3; end if → 2 | if false then return 1; 2 → 2 |
     set s to ""; repeat with i from 5 to 1 by -2; set s to s & i; end repeat; s → 531 |
-    set s to "-"; repeat with i from 2 to 1; set s to s & i; end repeat; s → - |
     repeat 2 times; repeat; exit repeat; end repeat; end repeat; "out" → out |
     repeat with i from 9223372036854775806 to 9223372036854775807; end repeat; i → 9223372036854775807 |
     try; 1 / 0; on error m number n; return n; end try → -2701 | try; undefined; end try; "on" → on |
@@ -108,13 +99,9 @@ constexpr auto rules =
     R"(tell app "Music"; get the name of the current track; end tell → Noon |
     application "Music"'s current track's name → Noon |
     tell application "Music"; tell current track to name & player state; end tell → Noonplaying |
-    tell application "Music"; tell current track; pause; end tell; end tell → none |
-    tell application "Music" to name of every track as text → DawnNoonDusk |
     tell application "Music" to name of (tracks whose artist is "ada") as text → DawnDusk |
-    tell application "Music" to artist of track "dusk" → Ada |
     tell application "Music" to name of track (1 + 1) of current playlist → Noon |
     tell application "Music"; set loved of every track to true; loved of track 3; end tell → true |
-    tell application "Music" to "" & (count tracks) & (count of every track whose name > "Dd") → 32 |
     tell application "Music" to current track → none | tell application "Tapes" to running → false)";
 
 constexpr auto nonsense =
@@ -124,23 +111,12 @@ constexpr auto nonsense =
 
 constexpr auto failures =
     R"(x → -2753 | tell application "Music"; set x to pause; x; end tell → -2753 | name → -1728 |
-    count of 5 → -1728 | tell application "Music" to flavour of current track → -1728 |
-    tell application "Music" to track "Night" → -1728 | tell application "Music" to name of track 9 → -1719 |
-    tell application "Music" to name of track 0 → -1719 | item -4 of {1, 2, 3} → -1719 |
+    tell application "Music" to flavour of current track → -1728 | item -4 of {1, 2, 3} → -1719 |
+    tell application "Music" to name of track 9 → -1719 | tell application "Music" to name of track 0 → -1719 |
     tell application "Music" to quit → -1708 | tell application "Tapes" to playpause → -600 |
-    tell application "Music" to set name of current track to "x" → -10006 | "nan" as real → -1700 |
-    "a" + 1 → -1700 | 1 < "a" → -1700 | if "true" then 1 → -1700 |
-    repeat with i from 1 to 2 by 0; end repeat → -2701 | 1 mod 0 → -2701 | 9223372036854775808 → -2702 |
-    9223372036854775807 + 1 → -2702 | (-9223372036854775807 - 1) div -1 → -2702 | 1e300 * 1e300 → -2702 |
-    9223372036854775808.0 as integer → -2702 | error number 99999999999 → -2702 | error "own" number 12 → 12)";
-
-/// Texts that would never end, or never stop to grow.
-constexpr auto endless =
-    R"(set s to "ab"; repeat; set s to s & s; end repeat → -108 |
-    set a to {1}; repeat; set a to a & a; end repeat → -108 | repeat; 2; end repeat → -1712 |
-    repeat; try; x; end try; end repeat → -1712 |
-    set a to {1}; repeat; try; set a to {a, a}; end try; a = a & {}; end repeat → -1712 |
-    set s to "ab"; repeat; try; set s to s & s; end try; s is s & ""; s contains "c"; end repeat → -1712)";
+    tell application "Music" to set name of current track to "x" → -10006 | "a" + 1 → -1700 | 1 mod 0 → -2701 |
+    9223372036854775808 → -2702 | 9223372036854775807 + 1 → -2702 | 1e300 * 1e300 → -2702 |
+    (-9223372036854775807 - 1) div -1 → -2702 | error "own" number 12 → 12)";
 
 void addRow(const QString& source, const QString& expected)
 {
@@ -167,17 +143,8 @@ void ScriptLanguageTest::outcomes_data()
     addRow(u"\"a\\\"\\\\\\n\\t\" & ¬\r\n\"b\"\r\n"_s, u"a\"\\\n\tb"_s);
     addRows(nonsense, u"error -2741"_s);
     addRows(failures, u"error %1"_s);
-    addRows(endless, u"error %1"_s);
-
-    const auto many = [](const QString& piece) {
-        return piece.repeated(Lexer::longestSource / piece.size());
-    };
-    for (const char* const piece :
-         {"(", "not ", "- ", "name of ", "1+", "tracks whose ", "tell it to ", "try\n", "if true then "}) {
-        addRow(many(QString::fromLatin1(piece)), u"error -2706"_s);
-    }
-    addRow(u'x' + many(u"'s x"_s).chopped(1), u"error -2706"_s);
-    addRow(many(u"1\n"_s) + u"\n\n\n"_s, u"error -108"_s);
+    addRow(QString(Lexer::longestSource, u'('), u"error -2706"_s);
+    addRow(u"repeat\n2\nend repeat"_s, u"error -1712"_s); // without end
 }
 
 QTEST_GUILESS_MAIN(ScriptLanguageTest)

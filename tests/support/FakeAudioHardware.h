@@ -20,7 +20,7 @@ public:
     std::optional<int> outputStreamCount(AudioObjectId /*device*/) const override { return std::nullopt; }
     std::optional<QString> deviceName(AudioObjectId /*device*/) const override { return std::nullopt; }
     std::optional<AudioObjectId> defaultOutputDevice() const override { return std::nullopt; }
-    int setDefaultOutputDevice(AudioObjectId /*device*/) override { return failure; }
+    int setDefaultOutputDevice(AudioObjectId /*device*/) override { return 0; }
     void observeDevices(std::function<void()> /*changed*/) override {}
 
     QList<AudioObjectId> processObjects() const override { return processes.keys(); }
@@ -54,11 +54,7 @@ public:
     {
         deviceChanged = std::move(changed);
     }
-    int start(AudioObjectId device, AudioIOProcId /*id*/) override
-    {
-        note("start", device);
-        return failing == QStringLiteral("start") ? failure : 0;
-    }
+    int start(AudioObjectId device, AudioIOProcId /*id*/) override { return note("start", device); }
     int stop(AudioObjectId device, AudioIOProcId /*id*/) override { return note("stop", device); }
 
     /// Hands over interleaved samples as the real-time thread would.
@@ -77,12 +73,10 @@ public:
     static constexpr AudioObjectId tapId = 7;
     static constexpr AudioObjectId deviceId = 8;
     static constexpr AudioIOProcId procId = 9;
-    static constexpr int failure = -50;
 
     int authorization = authorized;
     std::function<void(bool)> request;
     QMap<AudioObjectId, std::optional<QString>> processes;
-    QString failing; ///< the call that answers with `failure`
     std::optional<QString> uid = QStringLiteral("tap-uid");
     std::optional<double> rate = 44100;
     ProcessTapDescription tap;
@@ -96,9 +90,8 @@ private:
     template<typename Id>
     Created<Id> created(const char* call, Id id)
     {
-        const QString name = QString::fromUtf8(call);
-        calls.append(name);
-        return {.status = failing == name ? failure : 0, .id = failing == name ? Id{0} : id};
+        calls.append(QString::fromUtf8(call));
+        return {.status = 0, .id = id};
     }
     int note(const char* call, AudioObjectId /*object*/)
     {

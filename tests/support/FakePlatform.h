@@ -49,6 +49,10 @@ public:
         ++artworkQuestions;
         return artworks.value(bundleId);
     }
+    std::optional<PlayerTrack> playerTrack(const QString& bundleId) const override
+    {
+        return tracks.contains(bundleId) ? std::optional(tracks[bundleId]) : std::nullopt;
+    }
     std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const override
     {
         return positions.contains(bundleId) ? std::optional(positions[bundleId]) : std::nullopt;
@@ -64,6 +68,7 @@ public:
     QSet<QString> running;
     PlayerAbilities able{.canRate = true, .canListTracks = false};
     QMap<QString, QString> artworks;
+    QMap<QString, PlayerTrack> tracks;
     QMap<QString, PlaybackPosition> positions;
     mutable int artworkQuestions = 0;
     QStringList opened;

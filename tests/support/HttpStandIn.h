@@ -129,9 +129,7 @@ private:
             return;
         }
         QByteArray head = "HTTP/1.1 " + QByteArray::number(answer.status) + " Scripted\r\n";
-        for (const QByteArray& header : answer.headers) {
-            head += header + "\r\n";
-        }
+        head += (answer.headers + QByteArrayList{QByteArray()}).join("\r\n");
         if (answer.manner == Manner::endless) {
             socket->write(head + "\r\n" + answer.body);
             QObject::connect(socket, &QTcpSocket::bytesWritten, socket,
@@ -139,12 +137,11 @@ private:
             return;
         }
         head += "Content-Length: " + QByteArray::number(answer.body.size()) + "\r\n\r\n";
-        if (answer.manner == Manner::cutOff) {
-            socket->write(head + answer.body.left(answer.body.size() / 2));
+        const bool isCutOff = answer.manner == Manner::cutOff;
+        socket->write(head + answer.body.left(answer.body.size() / (isCutOff ? 2 : 1)));
+        if (isCutOff) {
             socket->disconnectFromHost();
-            return;
         }
-        socket->write(head + answer.body);
     }
 
     QTcpServer _server;

@@ -5,8 +5,6 @@
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 
-using namespace Qt::Literals::StringLiterals;
-
 /// A player of our own on a bus: answers as the real ones do, remembers what it was told to do, and
 /// misbehaves where a test wants it to.
 class MprisStandIn : public BusStandIn

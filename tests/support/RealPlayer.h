@@ -24,17 +24,20 @@ public:
     }
 
     /// Starts mpv and waits until it is on the bus. False when it does not come.
-    bool start()
+    bool start(const QStringList& options = {})
     {
-        QStringList arguments =
+        QStringList arguments = options;
+        arguments +=
             QProcess::splitCommand(u"--no-video --no-terminal --ao=null --loop-playlist=inf"_s);
-        const auto tracks = QDir(_music.path()).entryInfoList(QDir::Files, QDir::Name);
+        const auto tracks = QDir(_music.path()).entryInfoList({u"*.flac"_s}, QDir::Files, QDir::Name);
         for (const QFileInfo& track : tracks) {
             arguments << track.filePath();
         }
         _process.start(u"mpv"_s, arguments);
         return QTest::qWaitFor([] { return status() == u"Playing"_s; }, 15000);
     }
+    /// Where the tracks are.
+    QString folder() const { return _music.path(); }
     void kill()
     {
         if (isRunning()) {

@@ -3,9 +3,7 @@
 #include "ui/menu/PellarMenuModel.h"
 
 #include <QAccessible>
-#include <QTest>
-
-#include <array>
+#include <QtTest>
 
 namespace {
 
@@ -112,28 +110,21 @@ Quit Pellar)");
             {u"# Not Playing|no Now Playing…|no Copy Song Link|no o Love Track (heart)"_s,
              [](MenuFixture& menu) { menu.state.title = u"Not Playing"_s; }},
             {u"x Loved (heart.fill)|x Suggesting Less (hand.thumbsdown.fill)|no o Love Track (heart)"_s,
-             [](MenuFixture& menu) {
-                 menu.state.reaction = TrackReaction{true, true};
-             }},
+             [](MenuFixture& menu) { menu.state.reaction = {.loved = true, .disliked = true}; }},
             {u"o Save to Liked Songs (heart)"_s,
              [](MenuFixture& menu) { menu.state.activePlayer = Player::spotify; }},
-            {u"no o Suggest Less Like This (hand.thumbsdown)"_s,
-             [](MenuFixture& menu) { menu.state.supportsDislike = false; }},
             {u"no Open in Music App"_s,
              [](MenuFixture& menu) { menu.state.activePlayer = Player::systemAudio; }},
             {u"Up Next (list.bullet): ~ Nothing Up Next"_s,
              [](MenuFixture& menu) { menu.state.upNext->clear(); }},
-            {u"Audio Output: ~ No Output Devices"_s, [](MenuFixture& menu) { menu.state.outputs.clear(); }},
             {u"Listening Stats: ~ Today: 1m, ~ This Week: 2m, ~ Streak: 1 day, ---, # Top Artists, ~ No Artists Yet"_s,
              [](MenuFixture& menu) {
-                 menu.state.listening = {u"1m"_s, u"2m"_s, 1, {}};
+                 *menu.state.listening = {u"1m"_s, u"2m"_s, 1, {}};
              }},
             {u"Sleep Timer: 15 minutes, 30 minutes, 45 minutes, 60 minutes, 90 minutes, ---, Cancel Timer (10:05 left)"_s,
              [](MenuFixture& menu) { menu.state.sleepTimerRemaining = 605; }},
             {u"x Hide Widget"_s, [](MenuFixture& menu) { menu.state.isWidgetShown = true; }},
-            {u"Power Mode (Normal): o Low Power, x Normal, o Power User, ---, ~ macOS Low Power Mode is on, "
-             u"---, "
-             "Power Mode Settings…"_s,
+            {u"Power Mode (Normal): o Low Power, x Normal, o Power User, ---, ~ macOS Low Power Mode is on, ---, Power Mode Settings…"_s,
              [](MenuFixture& menu) { menu.state.isSystemLowPower = true; }}};
         for (const auto& [fresh, change] : rows) {
             MenuFixture menu;
@@ -204,14 +195,13 @@ Quit Pellar)");
         };
         check();
         const QAction* const last = classic.actions().last();
-        menu.state.reaction.loved = true;
-        menu.state.outputs.removeFirst();
-        check();
-        menu.state.title = u"Not Playing"_s;
-        check();
-        menu.state = MenuFixture().state;
-        check();
-        QCOMPARE(classic.actions().last(), last);
+        for (const auto& title : {u"Not Playing"_s, u"Song"_s}) {
+            menu.state.title = title;
+            menu.state.reaction.loved = !menu.state.reaction.loved;
+            menu.state.outputs.removeLast();
+            check();
+            QCOMPARE(classic.actions().last(), last);
+        }
 
         menu.state.title = u"Salt & Stone\nLive"_s;
         menu.state.artist = u"終わりのない歌の題名"_s.repeated(20);

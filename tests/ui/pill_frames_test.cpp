@@ -1,12 +1,12 @@
 #include "PillFixture.h"
 #include "prefs/AlbumArtTint.h"
+#include "support/Picture.h"
 #include "ui/QmlModules.h"
 #include "ui/controls/ArtworkView.h"
 
-#include <QBuffer>
 #include <QPainter>
 #include <QQuickView>
-#include <QTest>
+#include <QtTest>
 
 namespace {
 
@@ -80,19 +80,12 @@ private Q_SLOTS:
 
     void takesItsTintFromTheCover()
     {
-        const auto cover = [](const QColor& color) -> QString {
-            QImage image(8, 8, QImage::Format_RGB32);
-            image.fill(color);
-            QBuffer file;
-            image.save(&file, "png");
-            return u"data:image/png;base64,"_s + QString::fromLatin1(file.data().toBase64());
-        };
         const QString reply = u"%1|||Band|||Album|||200|||100|||false|||77"_s;
         Shown shown(reply.arg(u"One"));
         shown.appearance.dark = true;
         Q_EMIT shown.appearance.changed();
         const auto play = [&](QStringView title, const QColor& color) {
-            shown.engine.desktop.workspace.artworks[BundleId::music] = cover(color);
+            shown.engine.desktop.workspace.artworks[BundleId::music] = addressOf(pictureFile(color));
             shown.engine.reply(Player::appleMusic, reply.arg(title));
             shown.engine.service->refresh();
         };

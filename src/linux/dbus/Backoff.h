@@ -3,8 +3,8 @@
 #include <cmath>
 #include <optional>
 
-/// How long to wait before something that was not answered is asked again: twice as long each time, and not
-/// for ever.
+/// The waiting times before an unanswered question is asked again: doubled each time, for a limited number of
+/// times.
 class Backoff
 {
 public:

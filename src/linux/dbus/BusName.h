@@ -4,8 +4,8 @@
 #include <QDBusServiceWatcher>
 #include <QObject>
 
-/// A service on the bus, followed as its owners come and go. It is then called by the owner's unique name:
-/// of a service that is called by its own, Qt would ask for the owner and wait for the answer.
+/// A service on the bus, followed as its owners come and go. Calls go to the owner's unique name: for a
+/// well-known name Qt would first ask the bus for its owner, and block.
 class BusName : public QObject
 {
     Q_OBJECT

@@ -30,33 +30,50 @@ DesktopWorkspace::DesktopWorkspace(PlayerRoster& roster) : _roster(roster)
             [this](PlayerRole role) { Q_EMIT playerOutdated(bundleId(role)); });
 }
 
-bool DesktopWorkspace::isRunning(const QString& bundleId) const
+/// Null when no such player runs.
+MprisPlayer* DesktopWorkspace::player(const QString& bundleId) const
 {
     const auto role = roleWithBundleId(bundleId);
-    return role && _roster.player(*role) != nullptr;
+    return role ? _roster.player(*role) : nullptr;
+}
+
+bool DesktopWorkspace::isRunning(const QString& bundleId) const
+{
+    return player(bundleId) != nullptr;
 }
 
 QString DesktopWorkspace::artworkAddress(const QString& bundleId) const
 {
-    const auto role = roleWithBundleId(bundleId);
-    const MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    const MprisPlayer* const player = this->player(bundleId);
     return player == nullptr ? QString() : player->state().track.artworkUrl;
+}
+
+std::optional<PlayerTrack> DesktopWorkspace::playerTrack(const QString& bundleId) const
+{
+    const MprisPlayer* const player = this->player(bundleId);
+    if (player == nullptr || player->state().track.isBlank()) {
+        return std::nullopt;
+    }
+    const MprisTrack& track = player->state().track;
+    return PlayerTrack{.title = track.title,
+                       .artist = track.artist,
+                       .album = track.album,
+                       .location = QUrl(track.location),
+                       .lyrics = track.lyrics};
 }
 
 std::optional<PlaybackPosition> DesktopWorkspace::playbackPosition(const QString& bundleId) const
 {
-    const auto role = roleWithBundleId(bundleId);
-    const MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    const MprisPlayer* const player = this->player(bundleId);
     if (player == nullptr || !player->isReady()) {
         return std::nullopt;
     }
-    return PlaybackPosition{.seconds = player->position(), .rate = player->rate()};
+    return PlaybackPosition{.seconds = player->place(), .rate = player->rate()};
 }
 
 PlayerAbilities DesktopWorkspace::abilities(const QString& bundleId) const
 {
-    const auto role = roleWithBundleId(bundleId);
-    MprisPlayer* const player = role ? _roster.player(*role) : nullptr;
+    MprisPlayer* const player = this->player(bundleId);
     if (player == nullptr) {
         return {};
     }

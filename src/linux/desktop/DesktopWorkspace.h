@@ -2,6 +2,7 @@
 
 #include "platform/Workspace.h"
 
+class MprisPlayer;
 class PlayerRoster;
 
 /// The running applications, as far as they are players on the session bus or show windows.
@@ -14,6 +15,7 @@ public:
 
     bool isRunning(const QString& bundleId) const override;
     QString artworkAddress(const QString& bundleId) const override;
+    std::optional<PlayerTrack> playerTrack(const QString& bundleId) const override;
     std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const override;
     std::optional<RunningApplication> frontmostApplication() const override;
 
@@ -25,5 +27,7 @@ public:
     bool open(const QUrl& url) override;
 
 private:
+    MprisPlayer* player(const QString& bundleId) const;
+
     PlayerRoster& _roster;
 };

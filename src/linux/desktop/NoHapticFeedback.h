@@ -2,7 +2,7 @@
 
 #include "platform/HapticFeedback.h"
 
-/// This desktop has no way to make itself felt.
+/// For desktops without haptic feedback: does nothing.
 class NoHapticFeedback final : public HapticFeedback
 {
 public:

@@ -18,7 +18,7 @@ PowerProfiles::PowerProfiles(const QDBusConnection& bus, RunLoop& runLoop)
 
 PowerProfiles::~PowerProfiles() = default;
 
-/// A daemon of today has both names at once.
+/// A current daemon has both names at once.
 void PowerProfiles::update()
 {
     const bool isLowPower = std::any_of(_daemons.begin(), _daemons.end(),

@@ -10,8 +10,8 @@
 class PowerProfilesDaemon;
 class RunLoop;
 
-/// The power profile that the user picked for this computer, as power-profiles-daemon tells it under its name
-/// of today and its older one: low power is the profile "power-saver". Never waits for the daemon; until it
+/// The power profile that the user picked for this computer, as power-profiles-daemon gives it under its
+/// current or its older name: low power is the profile "power-saver". Never waits for the daemon; until it
 /// has answered, and while it is not there, the answer is no.
 class PowerProfiles final : public PowerState
 {

@@ -31,7 +31,7 @@ PowerProfilesDaemon::PowerProfilesDaemon(QDBusConnection bus, RunLoop& runLoop, 
 
 void PowerProfilesDaemon::setOwner(const QString& owner)
 {
-    _properties.reset(); // and with it the question that may still be open
+    _properties.reset(); // which also drops a pending request
     _backoff.reset();
     if (owner.isEmpty()) {
         setPowerSaver(false);

@@ -118,7 +118,7 @@ ScriptValue MprisApplication::property(const QString& name)
         return ScriptConstant{stateName(player.state().status)};
     }
     if (name == QStringLiteral("player position")) {
-        // The answer is the reckoning so far; the player's own word corrects it for the next time.
+        // Answers with the estimate; the player's own reply corrects it for the next time.
         player.synchronise();
         return player.position();
     }

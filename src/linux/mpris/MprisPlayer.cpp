@@ -25,6 +25,7 @@ constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
 constexpr double answerAge = 1;      // seconds for which an answer is good enough
 constexpr double questionRest = 0.1; // seconds between two questions
+constexpr double checkRest = 0.2;    // seconds between two about a place in doubt
 // A timer may fire a little early.
 constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
@@ -64,6 +65,11 @@ MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop
 double MprisPlayer::position() const
 {
     return _clock.at(_runLoop.uptime());
+}
+
+double MprisPlayer::place() const
+{
+    return _clock.place(_runLoop.uptime());
 }
 
 Uptime MprisPlayer::lastPlayed() const
@@ -126,8 +132,7 @@ void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringLis
     }
     const State before = _latest;
     apply(changed, true);
-    // Where it is tells where it has come to rest, and whether a cover of another name is that of another
-    // track.
+    // The position is needed after a stop or a pause, and to tell whether another cover means another track.
     const bool isPositionWanted =
         _latest.status != before.status ||
         (!before.track.artworkUrl.isEmpty() && _latest.track.artworkUrl != before.track.artworkUrl);
@@ -149,7 +154,7 @@ void MprisPlayer::seeked(qlonglong microseconds)
     tellMove();
 }
 
-/// Everything at once: players correct the length of a track, too, without a word.
+/// Asks for all properties: players also correct the length of a track without announcing it.
 void MprisPlayer::ask()
 {
     const Uptime now = _runLoop.uptime();
@@ -179,7 +184,7 @@ void MprisPlayer::ask()
     });
 }
 
-/// At the latest of the times for which it was called: an answer before that may come too early.
+/// Asks once, at the latest of the times requested: an answer before that may still be out of date.
 void MprisPlayer::askLater(double seconds)
 {
     const Uptime due = _runLoop.uptime() + seconds;
@@ -219,7 +224,7 @@ void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
     }
     _backoff.reset();
     ++_retryRound;
-    // What the player has announced holds for a while: its answers may still be from before.
+    // What the player has announced holds for a while: answers from before it may still arrive.
     QVariantMap properties = answer.value();
     for (const auto& [name, time] : _announced.asKeyValueRange()) {
         if (_isReady && _runLoop.uptime() - time < PositionClock::catchingUp) {
@@ -245,10 +250,15 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
     if (properties.contains(statusName)) {
         applyStatus(properties[statusName].toString());
     }
+    const double rateBefore = rate();
     _clock.setRate(properties.value(QStringLiteral("Rate")).toDouble(), now);
+    if (isAnnounced && _latest.status == before.status && rate() != rateBefore) {
+        ask();
+    }
     const bool isOtherTrack = _isReady && PlayerChange{before, _latest}.isOtherTrack();
     if (isOtherTrack) {
         _clock.restart(now);
+        ask(); // it may be announced before it begins
     }
     bool isNumber = false;
     const double seconds = properties.value(positionName).toDouble(&isNumber) / microsecondsASecond;
@@ -262,6 +272,18 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
     }
     scheduleSettling();
     tellMove();
+    checkPlace();
+}
+
+void MprisPlayer::checkPlace()
+{
+    if (!_clock.isInDoubt() || std::exchange(_isCheckDue, true)) {
+        return;
+    }
+    _runLoop.after(checkRest, this, [this] {
+        _isCheckDue = false;
+        ask();
+    });
 }
 
 void MprisPlayer::applyStatus(const QString& text)
@@ -288,7 +310,7 @@ void MprisPlayer::applyMetadata(const QVariant& metadata)
     _clock.setLength(_latest.track.length);
 }
 
-/// Once, however often it comes.
+/// Logs a complaint, unless it is the same as the last.
 void MprisPlayer::complain(const QString& complaint)
 {
     if (complaint != std::exchange(_complaint, complaint)) {

@@ -50,6 +50,9 @@ public:
     /// Seconds from the start of the track.
     double position() const;
 
+    /// The same, but below 0 while a track that was announced early has yet to begin.
+    double place() const;
+
     /// Track seconds that pass in a second; 0 while it stands still.
     double rate() const { return _clock.rate(); }
 
@@ -120,6 +123,7 @@ private:
     void complain(const QString& complaint);
     void updateClock();
     void tellMove();
+    void checkPlace();
     void scheduleSettling();
     void settle();
 
@@ -141,6 +145,7 @@ private:
     bool _isSilent = false;
     bool _isAsking = false;
     bool _isAskWanted = false; ///< what is on its way may be out of date
+    bool _isCheckDue = false;  ///< a question about a place in doubt
     bool _isResting = false;   ///< between two questions
     Uptime _askDue = Uptime::distantPast();
     int _retryRound = 0;

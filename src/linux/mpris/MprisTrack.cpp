@@ -76,11 +76,12 @@ MprisTrack MprisTrack::fromMetadata(const QVariantMap& metadata)
         .artist = separable(text(metadata, QStringLiteral("xesam:artist"))),
         .album = separable(text(metadata, QStringLiteral("xesam:album"))),
         .artworkUrl = text(metadata, QStringLiteral("mpris:artUrl")),
+        .location = text(metadata, QStringLiteral("xesam:url")),
+        .lyrics = text(metadata, QStringLiteral("xesam:asText")),
         .length = ::length(metadata),
     };
     if (track.title.isEmpty()) {
-        const QUrl url(text(metadata, QStringLiteral("xesam:url")));
-        track.title = separable(url.fileName(QUrl::FullyDecoded));
+        track.title = separable(QUrl(track.location).fileName(QUrl::FullyDecoded));
     }
     return track;
 }

@@ -7,12 +7,14 @@
 
 /// The track that a player's metadata describes.
 struct MprisTrack {
-    QString id; ///< the D-Bus object path, or whatever the player gives in its place; empty when none
-    QString title;
-    QString artist; ///< several artists joined by ", "
-    QString album;
-    QString artworkUrl;
-    std::optional<double> length; ///< seconds, above 0; none when unknown, as for streams
+    QString id = {}; ///< the D-Bus object path, or whatever the player gives in its place; empty when none
+    QString title = {};
+    QString artist = {}; ///< several artists joined by ", "
+    QString album = {};
+    QString artworkUrl = {};
+    QString location = {};             ///< the address of its file or stream; empty when unknown
+    QString lyrics = {};               ///< with times or without; empty when the player has none
+    std::optional<double> length = {}; ///< seconds, above 0; none when unknown, as for streams
 
     /// A player without a track, or one that has not told its title yet.
     bool isBlank() const { return title.isEmpty(); }

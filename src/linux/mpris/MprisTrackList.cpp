@@ -101,7 +101,7 @@ void MprisTrackList::fetch()
                  });
 }
 
-/// The tracks stay as they were until the player tells better.
+/// The tracks stay as they were until the player sends a valid list.
 void MprisTrackList::fetchAgain(const QString& failure)
 {
     const auto delay = _backoff.next();

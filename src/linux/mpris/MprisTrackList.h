@@ -17,7 +17,7 @@ class MprisTrackList : public QObject
     Q_OBJECT
 
 public:
-    /// As many tracks are mirrored, from the beginning of the list.
+    /// How many tracks are mirrored at most, from the beginning of the list.
     static constexpr qsizetype mostTracks = 2000;
 
     MprisTrackList(const QDBusConnection& bus, const QString& uniqueName, RunLoop& runLoop);

@@ -19,6 +19,11 @@ bool PlayerChange::isOtherTrack() const
 {
     const MprisTrack& was = before.track;
     const MprisTrack& is = after.track;
+    const bool isSameFile = was.id == is.id && !is.id.isEmpty() && was.location == is.location &&
+                            is.location.startsWith(QStringLiteral("file:"));
+    if (isSameFile) {
+        return false; // whose title has come after its name
+    }
     return was.title != is.title || isOther(was.id, is.id) || isOther(was.artist, is.artist) ||
            isOther(was.album, is.album);
 }

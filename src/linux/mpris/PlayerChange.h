@@ -2,7 +2,7 @@
 
 #include "linux/mpris/MprisPlayer.h"
 
-/// What a player showed before and what it shows now: whom that concerns, and when.
+/// A change of a player's state, and what follows from it.
 struct PlayerChange {
     const MprisPlayer::State& before;
     const MprisPlayer::State& after;
@@ -11,12 +11,12 @@ struct PlayerChange {
     /// comes later.
     bool isOtherTrack() const;
 
-    /// Whether a notification is due. A cover or a length that comes late is none of it: to tell of a paused
-    /// player that it is paused would take the display from what plays.
+    /// Whether a notification is due. A late cover or length calls for none: to repeat that a player is
+    /// paused would take the display from the one that plays.
     bool isNews() const;
 
-    /// Whether a notification does not tell it all: it never ends the state, and a track that bears the name
-    /// of the one before is the same to it.
+    /// Whether a notification is not enough: none can say that a player has stopped, or that a track of the
+    /// same name is another one.
     bool isMoreThanNews() const;
 
     /// How long the burst of signals that this is part of is given to come to rest, in seconds.

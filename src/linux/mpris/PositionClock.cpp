@@ -2,11 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
-constexpr double samePosition = 0.001;       // seconds
-constexpr double leastObservation = 0.5;     // seconds of playing before a standstill means anything
+constexpr double samePosition = 0.001;   // seconds
+constexpr double leastObservation = 0.5; // seconds of playing before a standstill means anything
+constexpr double longestDelay = 1;       // seconds that a true answer may be late
+constexpr double longestDoubt = 5;       // seconds
+constexpr double unnoticedDelay = 0.02;  // seconds
+constexpr int readingsInDoubt = 3;
 constexpr double unnoticedDifference = 0.01; // seconds
 constexpr double noticeableDifference = 1.0; // seconds
 
@@ -19,13 +24,18 @@ bool isSame(double a, double b)
 
 double PositionClock::at(Uptime now) const
 {
-    const double elapsed = _isRunning ? (now - _since) * _rate : 0;
-    return within(_base + elapsed);
+    return within(place(now));
+}
+
+double PositionClock::place(Uptime now) const
+{
+    const double reckoned = _base + (now - _since) * rate();
+    return _length ? std::min(reckoned, *_length) : reckoned;
 }
 
 bool PositionClock::agrees(const PositionClock& other, Uptime now) const
 {
-    return rate() == other.rate() && std::abs(at(now) - other.at(now)) < unnoticedDifference;
+    return rate() == other.rate() && std::abs(place(now) - other.place(now)) < unnoticedDifference;
 }
 
 double PositionClock::within(double seconds) const
@@ -36,11 +46,13 @@ double PositionClock::within(double seconds) const
 
 void PositionClock::setRate(double rate, Uptime now)
 {
-    if (!std::isfinite(rate) || rate <= 0) {
+    if (!std::isfinite(rate) || rate <= 0 || rate == _rate) {
         return;
     }
-    set(at(now), now);
+    set(place(now), now);
     _rate = rate;
+    doubt(now);
+    _isNextTaken = true; // what was made ready at the old rate is still to be heard
 }
 
 void PositionClock::setRunning(bool running, Uptime now)
@@ -48,9 +60,18 @@ void PositionClock::setRunning(bool running, Uptime now)
     if (running == _isRunning) {
         return;
     }
-    set(at(now), now);
+    set(place(now), now);
     _isRunning = running;
     _runningSince = now;
+    doubt(now);
+}
+
+void PositionClock::restart(Uptime now)
+{
+    const double before = place(now);
+    jump(0, now);
+    _trackBefore = {before, now};
+    doubt(now);
 }
 
 void PositionClock::jump(double seconds, Uptime now)
@@ -58,11 +79,17 @@ void PositionClock::jump(double seconds, Uptime now)
     set(seconds, now);
     _lastReading = {seconds, now};
     _certainUntil = now + catchingUp;
+    _trackBefore.reset();
+    _readingsWanted = 0;
 }
 
 bool PositionClock::observe(double seconds, Uptime now)
 {
     if (now < _certainUntil) {
+        if (isOfNewTrack(seconds, now)) {
+            set(seconds, now);
+        }
+        _readingsWanted = std::max(0, _readingsWanted - 1);
         return false;
     }
     const bool isFrozen = (_frozenAt && isSame(*_frozenAt, seconds)) || hasStoodStill(seconds, now);
@@ -73,8 +100,51 @@ bool PositionClock::observe(double seconds, Uptime now)
     }
     _frozenAt.reset();
     const bool differs = std::abs(within(seconds) - at(now)) > noticeableDifference;
-    set(seconds, now);
+    weigh(seconds, now);
     return differs;
+}
+
+/// Takes the reading over at once if it is ahead or far behind. Of those a little behind, the best is taken
+/// when no more are wanted.
+void PositionClock::weigh(double seconds, Uptime now)
+{
+    const double late = place(now) - seconds;
+    const bool isWholeSecond = seconds == std::floor(seconds);
+    const bool isTaken = late < 0 || late > longestDelay || std::exchange(_isNextTaken, false) ||
+                         (!_isRunning && !isWholeSecond);
+    if (isTaken) {
+        set(seconds, now);
+    }
+    if (std::abs(late) > unnoticedDelay && now - _doubtSince > longestDoubt) {
+        doubt(now);
+    }
+    if (_readingsWanted == 0) {
+        return;
+    }
+    _leastLate = isTaken ? 0 : std::min(_leastLate, late);
+    if (--_readingsWanted == 0 && !isWholeSecond) {
+        set(place(now) - _leastLate, now);
+    }
+}
+
+/// Begins to compare readings.
+void PositionClock::doubt(Uptime now)
+{
+    _readingsWanted = readingsInDoubt;
+    _leastLate = longestDelay;
+    _doubtSince = now;
+}
+
+/// Whether a reading that comes right after a track has begun is of that track and not of the one before, nor
+/// the nought of those who do not know.
+bool PositionClock::isOfNewTrack(double seconds, Uptime now) const
+{
+    if (!_trackBefore || seconds == 0 || seconds <= -noticeableDifference) {
+        return false;
+    }
+    const auto isNear = [seconds](double place) { return std::abs(seconds - place) < noticeableDifference; };
+    const double before = _trackBefore->seconds + (now - _trackBefore->time) * rate();
+    return isNear(place(now)) && !isNear(before) && !isNear(_trackBefore->seconds);
 }
 
 void PositionClock::set(double seconds, Uptime now)

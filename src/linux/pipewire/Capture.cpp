@@ -16,7 +16,7 @@ Capture::Capture(PipewireLoop& loop, const QSet<AudioObjectId>& excludedProcesse
     , _slot(std::move(slot))
     , _mix(std::make_shared<CaptureMix>(_slot))
     , _changed(std::move(changed))
-    // A node may tell of itself where it cannot be destroyed.
+    // A node may report a change from within a callback, where it cannot be destroyed.
     , _streamChanged([&loop, changed = _changed] { loop.post(changed); })
     , _checkTimer(loop, [this] { check(); })
     , _retryTimer(loop, [this] { retry(); })

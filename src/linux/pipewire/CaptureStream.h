@@ -9,8 +9,8 @@
 #include <optional>
 
 /// A node that hears: two inputs, left and right, to which others are linked. It takes what the graph mixes
-/// there as it is, at the graph's own rate, never asks the graph to run, and has no part in how late those
-/// that play believe to be heard. Lives on the PipeWire thread.
+/// there as it is, at the graph's own rate, never asks the graph to run, and does not change the latency that
+/// players are told. Lives on the PipeWire thread.
 class CaptureStream
 {
 public:

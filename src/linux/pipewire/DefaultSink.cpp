@@ -30,7 +30,7 @@ DefaultSink::~DefaultSink()
     release();
 }
 
-/// Has all properties told anew.
+/// Has the server send all properties again.
 void DefaultSink::bind()
 {
     static const pw_metadata_events events = {
@@ -74,8 +74,8 @@ void DefaultSink::awaitAnswer()
     _timer.fireAfter(_patience);
 }
 
-/// While the server tells somebody new all the properties, it tells nobody of a change, which may have been
-/// the answer. It is asked for them again, ever more rarely: a wish may also be in vain.
+/// The server sends no changes while it lists all properties to a new listener, so the answer may have been
+/// lost. The list is asked for again, at growing intervals, since the choice may also be ignored.
 void DefaultSink::answerIsDue()
 {
     if (_used != _wished) {

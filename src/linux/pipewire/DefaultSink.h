@@ -9,7 +9,7 @@
 
 #include <functional>
 
-/// The session manager's word on which sink is played on, and the user's wish for it. Lives on the PipeWire
+/// The default sink as the session manager reports it, and the user's choice of it. Lives on the PipeWire
 /// thread, no longer than the connection.
 class DefaultSink
 {
@@ -23,7 +23,7 @@ public:
     /// The name of the sink in use, else of the one wished for; empty when neither is known.
     QString name() const { return _used.isEmpty() ? _wished : _used; }
 
-    /// Wishes for a sink. The session manager follows when it is there, and remembers.
+    /// Sets the user's choice. The session manager, when it runs, follows and remembers it.
     void wish(const QString& name);
 
 private:

@@ -46,7 +46,7 @@ GraphLink::~GraphLink()
     }
 }
 
-/// Usual when a stream goes just then.
+/// Usual when a stream ends at that moment.
 void GraphLink::failed(const char* message) const
 {
     qCDebug(pipewireLog, "no link from port %u to %u: %s", _ports.outputPort, _ports.inputPort, message);

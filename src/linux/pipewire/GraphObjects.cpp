@@ -1,4 +1,4 @@
-// What the session makes of the objects in the graph.
+// How the session handles the objects in the graph.
 
 #include "linux/pipewire/GraphProperties.h"
 #include "linux/pipewire/PipewireSession.h"
@@ -33,7 +33,7 @@ void PipewireSession::globalAdded(Id id, const char* type, const spa_dict* prope
     }
 }
 
-/// The server shows it when this connection comes to be allowed it, too.
+/// The server also announces an object when this connection gets the permission to see it.
 void PipewireSession::factoryAdded(const spa_dict* properties)
 {
     _canLink |= text(properties, PW_KEY_FACTORY_TYPE_NAME) == QString::fromUtf8(PW_TYPE_INTERFACE_Link);

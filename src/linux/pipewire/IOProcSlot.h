@@ -4,8 +4,9 @@
 
 #include <mutex>
 
-/// Where the sound and the word of a device go. Once it is closed, nothing is called any more, by whatever
-/// thread; a real-time thread that finds it just being changed drops its sound instead of waiting.
+/// The callbacks that take a device's sound and its reports. Once it is closed, nothing is called any more,
+/// by whatever thread; a real-time thread that finds it just being changed drops its sound instead of
+/// waiting.
 class IOProcSlot
 {
 public:

@@ -2,5 +2,5 @@
 
 #include <QLoggingCategory>
 
-/// Tells what goes wrong with the sound server; what is usual there only when it is switched on.
+/// Logs what goes wrong with the sound server; usual events are at debug level.
 Q_DECLARE_LOGGING_CATEGORY(pipewireLog)

@@ -46,10 +46,10 @@ public:
     void watchDevices(std::function<void()> changed);
     DeviceList devices() const;
 
-    /// The sink that is played on; empty when it is not known.
+    /// The name of the default sink; empty when it is not known.
     QString defaultSink() const;
 
-    /// In vain while there is no session manager.
+    /// Has no effect without a session manager.
     void wishForSink(const QString& name);
 
     void startCapture(const QSet<AudioObjectId>& excludedProcesses, std::shared_ptr<IOProcSlot> slot);

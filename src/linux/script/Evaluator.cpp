@@ -77,7 +77,7 @@ Evaluator::Flow Evaluator::execute(const ast::If& statement)
     return Flow::next;
 }
 
-/// Nothing when the loop goes on, else how what is around it goes on.
+/// None when the loop goes on, else how control leaves it.
 std::optional<Evaluator::Flow> Evaluator::executeLap(const ast::Block& body)
 {
     _budget.spend();

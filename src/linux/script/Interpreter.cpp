@@ -8,7 +8,7 @@
 Q_LOGGING_CATEGORY(scriptLog, "com.orvalen.pellar.script", QtWarningMsg)
 
 namespace {
-/// In characters of source text: the few scripts that come back, and some that do not.
+/// The size of the cache, in characters of source text: more than the scripts that are run again and again.
 constexpr qsizetype cacheCapacity = 65'536;
 
 /// A list is no reply, although its items could be written in one go.

@@ -28,7 +28,7 @@ bool isWordPart(QChar character)
     return isWordStart(character) || isDigit(character);
 }
 
-/// Longest first: what stands for itself is found before what it begins with.
+/// Longest first, so that "<=" is not read as "<".
 constexpr std::array symbols = {"<="_L1, ">="_L1, "/="_L1, "'s"_L1, "("_L1, ")"_L1, "{"_L1, "}"_L1, ","_L1,
                                 "&"_L1,  "*"_L1,  "/"_L1,  "+"_L1,  "-"_L1, "="_L1, "<"_L1, ">"_L1};
 constexpr QStringView wideSymbols = u"≠≤≥÷×";

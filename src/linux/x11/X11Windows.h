@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-/// The windows of this desktop's programs, by the word of the window manager. Windows come and go at any
-/// time: what is asked of one that is gone is answered with nothing.
+/// The windows of this desktop's programs, as the window manager lists them. Windows come and go at any time:
+/// questions about one that is gone give nothing.
 namespace X11Windows {
 
 struct Description {
@@ -17,7 +17,7 @@ struct Description {
     QString windowClass; ///< the class part of WM_CLASS in lower case; may be empty
 };
 
-/// The windows in the window manager's care, the topmost first; at most 1024. Two round trips.
+/// The windows that the window manager manages, the topmost first; at most 1024. Two round trips.
 std::vector<Description> managed();
 
 /// The window that has the keyboard; XCB_WINDOW_NONE when there is none.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lyrics/AppleMusicLyricsService.h"
+#include "lyrics/LyricsRequest.h"
 
 #include <QObject>
 #include <QProperty>

@@ -12,8 +12,9 @@ class ClassicMenu : public QMenu
 public:
     ClassicMenu();
 
-    /// Shows these rows, also while the menu is open. Rows that were there before stay the actions that they
-    /// are, to the pointer and to whoever knows them by their numbers. Of a title some 300 points are shown.
+    /// Shows these rows, also while the menu is open. Rows that were there before keep their action, so that
+    /// the pointer and a tray host, which knows them by number, still find them. Of a title some 300 points
+    /// are shown.
     void setItems(const std::vector<PellarMenuItem>& items, bool isDark);
 
 protected:

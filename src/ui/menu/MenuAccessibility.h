@@ -1,6 +1,6 @@
 #pragma once
 
-/// Lets screen readers find the menus: the rows of the glass menu by what they are, and the open menu of
-/// either style among the program's windows, where Qt lists no popups. To be called before the first menu is
-/// made; again does no harm.
+/// Makes the menus accessible: the rows of the glass menu with their roles and states, and the open menu of
+/// either style as one of the program's windows, among which Qt lists no popups. To be called before the
+/// first menu is made; further calls do nothing.
 void makeMenusAccessible();

@@ -4,8 +4,8 @@
 
 #include <QQuickItem>
 
-/// A row of the glass menu as an item: what it is to those who hear the menu, who get the rows in the order
-/// in which they lie. How it looks is its view's.
+/// A row of the glass menu as an accessible item, ordered among the others as on the screen. Its view draws
+/// it.
 class MenuRow : public QQuickItem
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
 Q_SIGNALS:
     void rowChanged();
 
-    /// The row is to be chosen, as a click on it would.
+    /// A screen reader asks to choose the row, as a click would.
     void pressed();
 
 protected:

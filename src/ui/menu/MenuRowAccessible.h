@@ -4,8 +4,8 @@
 
 class MenuRow;
 
-/// What a screen reader hears of a row of the glass menu. The items' own attached property knows nothing of
-/// rows that open and close others.
+/// The accessible interface of a row of the glass menu. QML's attached `Accessible` has no states for rows
+/// that expand and collapse.
 class MenuRowAccessible final : public QAccessibleObject, public QAccessibleActionInterface
 {
 public:

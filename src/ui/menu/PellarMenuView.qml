@@ -28,10 +28,10 @@ PanelView {
         model: root.menu
         currentIndex: root.menu.currentRow
         highlightFollowsCurrentItem: false
-        displayMarginBeginning: root.menu.size.height // all rows are there, for those who hear them
+        displayMarginBeginning: root.menu.size.height // all rows exist, for screen readers
         displayMarginEnd: root.menu.size.height
-        // What stands in a component sees the names around it, as Qt lets files say from 6.5 on.
-        // qmllint disable unqualified
+        // A component sees the ids around it; the pragma that tells qmllint so comes with Qt 6.5. qmllint
+        // disable unqualified
         header: Item { height: root.menu.padding - 1 }
         footer: Item { height: root.menu.padding - 1 }
         delegate: MenuRowView {

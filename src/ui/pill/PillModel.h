@@ -87,7 +87,7 @@ public:
     VisualizerModel* visualizer() { return &_visualizer; }
     FrameClock* clock() { return &_clock; }
 
-    /// The pointer's ways, in points from the pill's top-left corner. Only the left button counts.
+    /// Pointer events, in points from the pill's top-left corner. Only the left button counts.
     Q_INVOKABLE void hover(QPointF point);
     Q_INVOKABLE void leave();
     Q_INVOKABLE void press(QPointF point);

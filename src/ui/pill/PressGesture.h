@@ -5,8 +5,8 @@
 
 #include <optional>
 
-/// One press of the left button on the pill's row: a tap on a control, or a long press beside them. The first
-/// of the two to come about is the one; a hold swallows the tap that ends it.
+/// One press of the left button on the pill's row: a tap on a control, or a long press beside them. Whichever
+/// of the two comes first wins; a hold swallows the tap that ends it.
 class PressGesture
 {
 public:
