@@ -1,20 +1,26 @@
 #include "PreviewMeasures.h"
 
+#include "PillWatch.h"
+#include "ProcessMeter.h"
 #include "Table.h"
 
 #include "app/AppDelegate.h"
 #include "audio/PlayerChoice.h"
 #include "linux/LinuxPlatform.h"
+#include "linux/settings/PlistUserDefaults.h"
 #include "support/Command.h"
+#include "support/HttpStandIn.h"
 #include "support/MemoryDefaults.h"
 #include "ui/QmlModules.h"
 
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QProcess>
 #include <QQuickWindow>
 #include <QTest>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -69,12 +75,103 @@ private:
     QQuickWindow* _watched = nullptr;
 };
 
-QString figure(double value, const char* unit)
+QString figure(double value, const char* unit, int decimals = 0)
 {
-    return QString::number(value, 'f', 0) + u' ' + QString::fromUtf8(unit);
+    return QString::number(value, 'f', decimals) + u' ' + QString::fromUtf8(unit);
 }
 
+/// A line every two seconds and a half.
+QByteArray lyrics()
+{
+    QByteArray lines;
+    for (int i = 0; i < 40; ++i) {
+        const double seconds = i * 2.5;
+        lines += "[0" + QByteArray::number(static_cast<int>(seconds) / 60) + ":" +
+                 QByteArray::number(std::fmod(seconds, 60), 'f', 2).rightJustified(5, '0') +
+                 "] This is line " + QByteArray::number(i) + " of a song that is not too short\\n";
+    }
+    return R"({"syncedLyrics": ")" + lines + R"("})";
+}
+
+/// The program with these settings, while the object lives.
+class Running
+{
+public:
+    Running(const PillWatch& pill, bool hasWidget)
+    {
+        _server.answer("/api/get", {.body = lyrics()});
+        const auto set = [](const char* key, const QVariant& value) {
+            PlistUserDefaults(PlistUserDefaults::defaultPath()).setObject(QString::fromUtf8(key), value);
+        };
+        set("com.orvalen.pellar.endpoint.lyrics", _server.address());
+        set("pellar.widget.enabled", hasWidget);
+        set("pellar.widget.showLyric", hasWidget);
+        _program.start(QStringLiteral(PELLAR_PROGRAM), QStringList());
+        isShown = PillWatch::millisecondsUntil([&] { return pill.isDrawn(); }) >= 0;
+        QTest::qWait(3000);
+    }
+    ~Running()
+    {
+        _program.terminate();
+        _program.waitForFinished();
+    }
+
+    /// Opens the preview, or closes it, by a long press beside the pill's buttons.
+    static void toggle()
+    {
+        run(QStringLiteral("xdotool mousemove 985 14 mousedown 1 sleep 0.5 mouseup 1 sleep 0.6"));
+    }
+
+    ProcessMeter meter() const { return ProcessMeter(_program.processId()); }
+
+    bool isShown = false;
+
+private:
+    HttpStandIn _server;
+    QProcess _program;
+};
+
 } // namespace
+
+void PreviewMeasures::measureFootprint(const PillWatch& pill)
+{
+    constexpr double seconds = 20;
+    constexpr int openings = 100;
+    const auto loadText = [](const ProcessMeter::Load& load) {
+        return QStringLiteral("%1, %2").arg(figure(load.processor, "%", 2),
+                                            figure(load.wakeUpsASecond, "wake-ups/s"));
+    };
+    {
+        const Running widget(pill, true);
+        Table::row(QStringLiteral("processor, with the widget's line"),
+                   widget.isShown ? loadText(widget.meter().watch(seconds)) : QStringLiteral("no pill"),
+                   QStringLiteral("1.5 %"));
+    }
+    const Running preview(pill, false);
+    if (!preview.isShown) {
+        Table::row(QStringLiteral("the preview"), QStringLiteral("no pill"), {});
+        return;
+    }
+    const ProcessMeter meter = preview.meter();
+    const double before = meter.residentMegabytes();
+    Running::toggle();
+    QTest::qWait(1000);
+    Table::row(QStringLiteral("processor, preview open, lines running"), loadText(meter.watch(seconds)),
+               QStringLiteral("2.5 %"));
+    Table::row(QStringLiteral("resident memory, preview open"), figure(meter.residentMegabytes(), "MB", 1),
+               QStringLiteral("75 MB"), QStringLiteral("before: %1").arg(figure(before, "MB", 1)));
+    Running::toggle();
+    QTest::qWait(2000);
+    const double closed = meter.residentMegabytes();
+    for (int i = 0; i < openings; ++i) {
+        Running::toggle();
+        Running::toggle();
+    }
+    QTest::qWait(2000);
+    Table::row(QStringLiteral("growth over a hundred further openings"),
+               figure(meter.residentMegabytes() - closed, "MB", 2), QStringLiteral("2 MB"),
+               QStringLiteral("after the first: %1").arg(figure(closed, "MB", 1)));
+}
 
 void PreviewMeasures::measureOpening()
 {

@@ -287,6 +287,7 @@ int main(int argc, char** argv)
     }
     Table::begin();
     if (application.arguments().contains(QStringLiteral("preview"))) {
+        PreviewMeasures::measureFootprint(PillWatch());
         PreviewMeasures::measureOpening();
         return 0;
     }
@@ -306,6 +307,7 @@ int main(int argc, char** argv)
     stop(program);
     measureCovers(pill);
     CaptureMeasures::measureCapture(pill);
+    PreviewMeasures::measureFootprint(pill);
     PreviewMeasures::measureOpening();
     return 0;
 }

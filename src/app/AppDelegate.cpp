@@ -301,7 +301,8 @@ TrackModel::Dependencies AppDelegate::shownTrack()
             .theme = ThemeManager::shared(),
             .power = PowerModeManager::shared(),
             .appearance = _appearance,
-            .runLoop = _platform.runLoop};
+            .runLoop = _platform.runLoop,
+            .clock = *_pill->clock()};
 }
 
 void AppDelegate::setUpWidget()

@@ -106,9 +106,9 @@ private Q_SLOTS:
         QTRY_COMPARE(widgetFrame(), QRect(960, 40, 300, 140));
         Windows::drag({980, 60}, {580, 360});
         QTRY_COMPARE(widgetFrame(), QRect(560, 340, 300, 140));
-        Windows::drag({858, 478}, {925, 555});
-        QTRY_VERIFY(widgetFrame().size() != QSize(300, 140));
-        Windows::drag({700, 464}, {700, 300}); // a button
+        Windows::drag({854, 474}, {921, 551});
+        QTRY_COMPARE(widgetFrame(), QRect(560, 340, 367, 217));
+        Windows::drag({743, 531}, {743, 400}); // a button
         const QRect frame = widgetFrame();
         QCOMPARE(frame.topLeft(), QPoint(560, 340));
         start();

@@ -16,9 +16,11 @@ xcb_window_t idOf(const QWindow& window)
     return static_cast<xcb_window_t>(window.winId());
 }
 
-bool isUnmanaged(const QWindow& window)
+/// An X11 window moves itself with the pointer, to the pixel. The window manager of a Wayland session may not
+/// have that of the windows that it manages.
+bool isMovedByManager(const QWindow& window)
 {
-    return window.flags().testFlag(Qt::BypassWindowManagerHint);
+    return X11WindowHints::isWaylandSession() && !window.flags().testFlag(Qt::BypassWindowManagerHint);
 }
 
 /// Asks the window manager to add a state to a window that is shown, or to take it away.
@@ -78,11 +80,13 @@ void X11FloatingWindows::setOnTop(QWindow& window, bool isOnTop)
     }
 }
 
+/// As the X server knows it: Qt may still think that the window is where the window manager would have had
+/// it.
 QRectF X11FloatingWindows::frame(const QWindow& window) const
 {
     const double scale = window.devicePixelRatio();
     xcb_connection_t* const connection = X11Session::connection();
-    if (connection == nullptr || scale == std::floor(scale)) {
+    if (connection == nullptr) {
         return window.geometry();
     }
     const auto size = xcb_get_geometry(connection, idOf(window));
@@ -120,10 +124,10 @@ void X11FloatingWindows::place(QWindow& window, const QRectF& frame)
 
 bool X11FloatingWindows::startMove(QWindow& window)
 {
-    return !isUnmanaged(window) && window.startSystemMove();
+    return isMovedByManager(window) && window.startSystemMove();
 }
 
 bool X11FloatingWindows::startResize(QWindow& window, Qt::Edges edges)
 {
-    return !isUnmanaged(window) && window.startSystemResize(edges);
+    return isMovedByManager(window) && window.startSystemResize(edges);
 }

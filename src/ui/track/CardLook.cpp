@@ -11,6 +11,7 @@ namespace {
 constexpr QSize smallSize(24, 24);    // nothing of a cover can be made out at this size
 constexpr QSize backdropSize(96, 96); // stretched further, no edges are seen
 constexpr double vividness = 1.35;
+constexpr double leastContrast = Contrast::leastOfText * 1.02; // some is lost in rounding
 
 /// Each pixel becomes the mean of those around it in its row.
 QImage blurredRows(const QImage& image, int radius)

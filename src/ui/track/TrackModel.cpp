@@ -22,7 +22,7 @@ QString clockText(double seconds)
 
 } // namespace
 
-TrackModel::TrackModel(const Dependencies& dependencies) : _of(dependencies), _clock(_of.runLoop)
+TrackModel::TrackModel(const Dependencies& dependencies) : _of(dependencies)
 {
     bindContent();
     const auto readAppearance = [this] { _isDark = _of.appearance.isDark(); };

@@ -47,6 +47,7 @@ public:
         PowerModeManager& power;
         Appearance& appearance;
         RunLoop& runLoop;
+        FrameClock& clock; ///< of all that moves
     };
 
     explicit TrackModel(const Dependencies& dependencies);
@@ -79,7 +80,7 @@ public:
 
     QImage backdrop() const { return _look.value().backdrop; }
     CardColors colors() const { return _look.value().colors; }
-    FrameClock* clock() { return &_clock; }
+    FrameClock* clock() { return &_of.clock; }
 
     /// The scrub bar is dragged to a fraction, which is clamped into 0 to 1; the drag ends there, or is given
     /// up.
@@ -107,7 +108,6 @@ private:
     void dress();
 
     Dependencies _of;
-    FrameClock _clock;
     bool _isDressing = false; ///< a look is being made
     bool _isOutdated = false; ///< and it is not the one that is wanted any more
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _title, &TrackModel::contentChanged)

@@ -14,10 +14,7 @@ Item {
 
     width: 20
     height: 20
-    opacity: isWanted || hovered || activeFocus ? 1 : 0
     activeFocusOnTab: true
-
-    Behavior on opacity { NumberAnimation { duration: 150 } }
 
     Accessible.role: Accessible.Button
     Accessible.name: qsTr("Close Widget")
@@ -41,11 +38,14 @@ Item {
         color: "transparent"
         borderColor: root.activeFocus ? root.track.colors.focus : "transparent"
     }
-    SymbolItem {
+    SymbolItem { // there is always a button for those who do not see
+        opacity: root.isWanted || root.hovered || root.activeFocus ? 1 : 0
         anchors.centerIn: parent
         width: 16
         height: 16
         name: "xmark.circle.fill"
         color: root.hovered ? root.track.colors.text : root.track.colors.dimmedText
+
+        Behavior on opacity { NumberAnimation { duration: 150 } }
     }
 }

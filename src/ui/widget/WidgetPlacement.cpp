@@ -11,8 +11,8 @@ constexpr QPointF firstInset(320,
                              40); // of the left and the upper edge, from the screen's right and upper ones
 constexpr QPointF withoutScreen(100, 100);
 constexpr QSizeF hold(60, 30); // what can be taken hold of
-constexpr double edgeWidth = 6;
-constexpr double cornerWidth = 14;
+constexpr double edgeWidth = 8;
+constexpr double cornerWidth = 16;
 
 QRectF within(QRectF frame, const QRectF& screen)
 {

@@ -109,6 +109,7 @@ Item {
 
         frame: root.parts.lyric
         isCentred: true
+        isShrunkToFit: true // rather than scrolled, in the moment that a line lasts
         text: root.words
         color: root.lyrics.isSynced ? root.track.colors.text : root.track.colors.dimmedText
         font { pixelSize: 13; weight: root.lyrics.isSynced ? Font.DemiBold : Font.Normal }

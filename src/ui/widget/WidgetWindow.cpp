@@ -220,6 +220,7 @@ void WidgetWindow::drag()
 
 void WidgetWindow::release()
 {
+    drag();
     _drag.reset();
 }
 
