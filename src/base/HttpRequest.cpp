@@ -6,7 +6,7 @@
 
 bool HttpRequest::mayFollow(const QUrl& from, const QUrl& to) const
 {
-    if (!isWebAddress(to)) {
+    if (!followsRedirects || !isWebAddress(to)) {
         return false;
     }
     if (from.scheme() == QStringLiteral("https") && to.scheme() != from.scheme()) {
