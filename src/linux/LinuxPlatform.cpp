@@ -32,12 +32,14 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
     , _interpreter(scriptedApplications(_roster, _runLoop))
     , _power(QDBusConnection::systemBus(), _runLoop)
     , _appearance(_runLoop)
+    , _keyring(_runLoop)
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,
              .automation = _automation,
              .workspace = _workspace,
              .power = _power,
              .pasteboard = _pasteboard,
+             .keychain = _keyring,
              .statusBar = _statusBar,
              .floatingWindows = _floatingWindows,
              .audioHardware = _audioHardware,

@@ -8,6 +8,7 @@
 #include "linux/desktop/DesktopWorkspace.h"
 #include "linux/desktop/NoHapticFeedback.h"
 #include "linux/desktop/PowerProfiles.h"
+#include "linux/keychain/DesktopKeyring.h"
 #include "linux/mpris/MprisBus.h"
 #include "linux/mpris/PlayerNotifier.h"
 #include "linux/mpris/PlayerRoster.h"
@@ -41,6 +42,7 @@ private:
     PowerProfiles _power;
     DesktopAppearance _appearance;
     ClipboardPasteboard _pasteboard;
+    DesktopKeyring _keyring;
     X11StatusBar _statusBar;
     X11FloatingWindows _floatingWindows;
     PipewireAudioHardware _audioHardware;

@@ -5,6 +5,7 @@ class Automation;
 class EventTaps;
 class FloatingWindows;
 class HapticFeedback;
+class Keychain;
 class MediaPlayers;
 class NotificationCenter;
 class Pasteboard;
@@ -22,6 +23,7 @@ struct Platform {
     Workspace& workspace;
     PowerState& power;
     Pasteboard& pasteboard;
+    Keychain& keychain;
     StatusBar& statusBar;
     FloatingWindows& floatingWindows;
     AudioHardware& audioHardware;
