@@ -19,5 +19,11 @@ ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
     , lyrics(address(defaults, QStringLiteral("lyrics"), QStringLiteral("https://lrclib.net")))
     , artworkSearch(
           address(defaults, QStringLiteral("artworkSearch"), QStringLiteral("https://itunes.apple.com")))
+    , spotifyAccounts(address(defaults, QStringLiteral("spotifyAccounts"),
+                              QStringLiteral("https://accounts.spotify.com")))
+    , spotifyWebApi(
+          address(defaults, QStringLiteral("spotifyWebApi"), QStringLiteral("https://api.spotify.com")))
+    , musicKit(
+          address(defaults, QStringLiteral("musicKit"), QStringLiteral("https://js-cdn.music.apple.com")))
 {
 }

@@ -13,4 +13,7 @@ struct ServiceAddresses {
     QString appleMusicWeb;
     QString lyrics;
     QString artworkSearch;
+    QString spotifyAccounts;
+    QString spotifyWebApi;
+    QString musicKit;
 };
