@@ -6,6 +6,7 @@
 #include "accounts/SpotifyCallback.h"
 #include "accounts/TokenReply.h"
 #include "base/DebugLog.h"
+#include "base/Decimal.h"
 #include "base/RunLoop.h"
 #include "platform/Platform.h"
 #include "platform/UserDefaults.h"
@@ -16,6 +17,9 @@ namespace {
 constexpr double flowLimit = 600;         // seconds that the user has in the browser
 constexpr double requestTimeout = 60;     // seconds
 constexpr double leastTokenLifetime = 60; // seconds
+const QString refreshTokenAccount = QStringLiteral("refresh_token");
+const QString accessTokenAccount = QStringLiteral("access_token");
+const QString expiresAtAccount = QStringLiteral("expires_at");
 const QString callbackPath = QStringLiteral("/pellar-spotify-callback");
 
 } // namespace
@@ -32,11 +36,15 @@ QString SpotifyAuthManager::builtInClientId()
 
 SpotifyAuthManager::SpotifyAuthManager(Dependencies dependencies)
     : _from(std::move(dependencies))
+    , _secrets(_from.keychain, QStringLiteral("com.orvalen.pellar.spotify"),
+               {refreshTokenAccount, accessTokenAccount, expiresAtAccount})
     , _http(_from.runLoop)
-    , _session(std::make_unique<QObject>())
 {
-    connect(&_from.keychain, &Keychain::keepsSecretsChanged, this, &SpotifyAuthManager::keychainChanged);
-    loadTokensFromKeychain();
+    connect(&_secrets, &AccountSecrets::loaded, this, &SpotifyAuthManager::tokensLoaded);
+    connect(&_secrets, &AccountSecrets::removalFailed, this, [this] {
+        _lastError =
+            tr("The keyring is not open and still has the account: it is back after the next start.");
+    });
 }
 
 SpotifyAuthManager::~SpotifyAuthManager() = default;
@@ -55,6 +63,28 @@ SpotifyAuthManager& SpotifyAuthManager::shared()
 bool SpotifyAuthManager::isConfigured() const
 {
     return !_from.clientId.contains(QStringLiteral("REPLACE_WITH"));
+}
+
+void SpotifyAuthManager::tokensLoaded()
+{
+    if (!_isAuthorized && !_secrets.isEmpty()) {
+        _refreshToken = _secrets.value(refreshTokenAccount);
+        _accessToken = _secrets.value(accessTokenAccount);
+        const auto expiresAt = readDecimal(_secrets.value(expiresAtAccount));
+        _expiresAt = expiresAt ? std::optional(Date{*expiresAt}) : std::nullopt;
+        _isAuthorized = true;
+    }
+    const auto waiting = std::exchange(_waitingForLoad, {});
+    for (const auto& work : waiting) {
+        work();
+    }
+}
+
+void SpotifyAuthManager::saveTokens()
+{
+    _secrets.save({{refreshTokenAccount, _refreshToken.value_or(QString())},
+                   {accessTokenAccount, _accessToken.value_or(QString())},
+                   {expiresAtAccount, _expiresAt ? decimalText(_expiresAt->sinceReference) : QString()}});
 }
 
 void SpotifyAuthManager::startAuthorization()
@@ -164,7 +194,7 @@ std::unique_ptr<HttpCall> SpotifyAuthManager::askForToken(const QueryItems& para
 
 void SpotifyAuthManager::getValidToken(QObject* context, TokenCompletion completion)
 {
-    if (_isLoading) {
+    if (_secrets.isLoading()) {
         _waitingForLoad.emplace_back(
             [this, guard = QPointer(context), completion = std::move(completion)]() mutable {
                 if (!guard.isNull()) {
@@ -237,25 +267,19 @@ bool SpotifyAuthManager::absorbTokenResponse(const QJsonObject& reply)
     if (const QJsonValue lifetime = reply.value(QStringLiteral("expires_in")); lifetime.isDouble()) {
         _expiresAt = _from.runLoop.now() + lifetime.toDouble();
     }
-    _isUndeleted = false;
-    endLoading();
-    saveTokens();
     _isAuthorized = true;
+    saveTokens();
     return true;
 }
 
 void SpotifyAuthManager::disconnect()
 {
-    _session = std::make_unique<QObject>();
     endFlow({});
     _refresh.reset();
     _accessToken.reset();
     _refreshToken.reset();
     _expiresAt.reset();
-    _isUnsaved = false;
-    _isUndeleted = false;
-    deleteTokens();
     _isAuthorized = false;
-    endLoading();
+    _secrets.clear();
     answerWaiting(std::nullopt);
 }

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "accounts/AccountSecrets.h"
 #include "base/Date.h"
 #include "base/HttpClient.h"
 #include "base/WebAddress.h"
-#include "platform/Keychain.h"
 #include "prefs/ServiceAddresses.h"
 
 #include <QJsonObject>
@@ -82,14 +82,8 @@ Q_SIGNALS:
     void lastErrorChanged();
 
 private:
-    void loadTokensFromKeychain();
-    void loadFromKeychain(const QString& account, Keychain::Reader reader);
-    void endLoading();
+    void tokensLoaded();
     void saveTokens();
-    void saveToKeychain(const QString& account, const QString& value, std::function<void()> next);
-    void deleteTokens();
-    void deleteFromKeychain(const QString& account);
-    void keychainChanged();
 
     bool startLoopbackListener();
     std::optional<QByteArray> handleRequest(const QByteArray& requestLine);
@@ -102,6 +96,7 @@ private:
     void answerWaiting(const std::optional<QString>& token);
 
     Dependencies _from;
+    AccountSecrets _secrets;
     HttpClient _http;
     std::optional<QString> _accessToken;
     std::optional<QString> _refreshToken;
@@ -112,10 +107,6 @@ private:
     std::unique_ptr<HttpCall> _refresh;
     std::vector<TokenCompletion> _waiting; ///< for the refresh
     std::vector<std::function<void()>> _waitingForLoad;
-    std::unique_ptr<QObject> _session; ///< what is asked of the keychain for one account ends with it
-    bool _isLoading = false;
-    bool _isUnsaved = false;
-    bool _isUndeleted = false; ///< the keychain may still have what the user has disconnected
 
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(SpotifyAuthManager, bool, _isAuthorized, false,
                                          &SpotifyAuthManager::isAuthorizedChanged)

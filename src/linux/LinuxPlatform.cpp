@@ -42,6 +42,7 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
              .keychain = _keyring,
              .statusBar = _statusBar,
              .floatingWindows = _floatingWindows,
+             .appearance = _appearance,
              .audioHardware = _audioHardware,
              .eventTaps = _eventTaps,
              .mediaPlayers = _roster,

@@ -1,5 +1,6 @@
 #pragma once
 
+class Appearance;
 class AudioHardware;
 class Automation;
 class EventTaps;
@@ -26,6 +27,7 @@ struct Platform {
     Keychain& keychain;
     StatusBar& statusBar;
     FloatingWindows& floatingWindows;
+    Appearance& appearance;
     AudioHardware& audioHardware;
     EventTaps& eventTaps;
     MediaPlayers& mediaPlayers;

@@ -14,6 +14,7 @@
 #include "platform/StatusBar.h"
 #include "platform/SystemDefinedEvent.h"
 #include "platform/Workspace.h"
+#include "support/FakeAppearance.h"
 #include "support/FakeAudioHardware.h"
 #include "support/ManualRunLoop.h"
 
@@ -215,6 +216,7 @@ struct FakePlatform {
     FakeKeychain keychain{runLoop};
     FakeStatusBar statusBar;
     FakeFloatingWindows floatingWindows;
+    FakeAppearance appearance;
     FakeAudioHardware audioHardware;
     FakeEventTaps eventTaps;
     FakeMediaPlayers mediaPlayers;
@@ -230,6 +232,7 @@ struct FakePlatform {
                    .keychain = keychain,
                    .statusBar = statusBar,
                    .floatingWindows = floatingWindows,
+                   .appearance = appearance,
                    .audioHardware = audioHardware,
                    .eventTaps = eventTaps,
                    .mediaPlayers = mediaPlayers,
