@@ -8,6 +8,7 @@ namespace {
 
 constexpr double lifetime = 10; // seconds
 constexpr qsizetype longestLine = 8192;
+constexpr qsizetype mostBytes = 131'072; // of a request; browsers may have many cookies for this machine
 
 bool isRequestLine(const QByteArray& line)
 {
@@ -34,7 +35,11 @@ LoopbackConnection::LoopbackConnection(QTcpSocket* socket, RunLoop& runLoop, con
 void LoopbackConnection::read()
 {
     const QByteArray piece = _socket->readAll();
-    if (piece.isEmpty()) {
+    _bytes += piece.size();
+    if (_bytes > mostBytes) {
+        _socket->abort();
+    }
+    if (piece.isEmpty() || _bytes > mostBytes) {
         return;
     }
     _received += piece;

@@ -30,5 +30,6 @@ private:
     QTcpSocket* _socket;
     const Respond& _respond;
     QByteArray _received; ///< once it is answered, the end of it only
+    qsizetype _bytes = 0; ///< received so far
     bool _isAnswered = false;
 };

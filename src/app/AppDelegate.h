@@ -23,6 +23,7 @@ class PillModel;
 class PillVisibilityManager;
 class QMenu;
 class QMouseEvent;
+class SpotifyAPI;
 class StatusHostingView;
 class StatusItem;
 class TrayIcon;
@@ -46,6 +47,9 @@ private:
     void setup();
     void bindStatusItem();
     void refreshMenus();
+    void spotifyQueueRefreshed();
+    SpotifyAPI& spotifyQueue();
+    bool isSpotifyAuthorized();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);
     void presentClassicMenu(QPoint place);
@@ -59,6 +63,7 @@ private:
     UserDefaults& _defaults;
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
+    bool _followsSpotifyAccount = false;
     MediaKeys _mediaKeys;
     AwaitedPlayer _awaitedPlayer;
     AudioDeviceManager _audioManager;
