@@ -34,6 +34,9 @@ LoopbackConnection::LoopbackConnection(QTcpSocket* socket, RunLoop& runLoop, con
 
 void LoopbackConnection::read()
 {
+    if (!_socket->isOpen()) {
+        return; // given up, and still told of what had come before
+    }
     const QByteArray piece = _socket->readAll();
     _bytes += piece.size();
     if (_bytes > mostBytes) {
