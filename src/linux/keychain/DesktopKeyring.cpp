@@ -4,11 +4,24 @@
 #include "base/RunLoop.h"
 #include "linux/keychain/KeyringLock.h"
 
+#include <QLibrary>
+
 #include <qt6keychain/keychain.h>
 
 namespace {
 
 constexpr double patience = 30; // seconds for one operation
+
+/// libsecret, which QtKeychain works with, goes on with the session it has with a keyring that has ended
+/// since, and of which the next one knows nothing.
+void forgetSession()
+{
+    using Disconnect = void (*)();
+    if (const QFunctionPointer found =
+            QLibrary::resolve(QStringLiteral("secret-1"), 0, "secret_service_disconnect")) {
+        reinterpret_cast<Disconnect>(found)();
+    }
+}
 
 Keychain::Status statusOf(const QKeychain::Job& job)
 {
@@ -26,6 +39,21 @@ Keychain::Status statusOf(const QKeychain::Job& job)
 }
 
 } // namespace
+
+DesktopKeyring::DesktopKeyring(RunLoop& runLoop)
+    : _runLoop(runLoop)
+    , _service(QDBusConnection::sessionBus(), QStringLiteral("org.freedesktop.secrets"))
+{
+    connect(&_service, &BusName::ownerChanged, this, &DesktopKeyring::ownerChanged);
+}
+
+/// A keyring that has come is as good as any until it fails.
+void DesktopKeyring::ownerChanged(const QString& owner)
+{
+    if (!owner.isEmpty()) {
+        note(done, {});
+    }
+}
 
 void DesktopKeyring::read(const Item& item, QObject* context, Reader reader)
 {
@@ -139,6 +167,12 @@ void DesktopKeyring::readEnded(const QKeychain::Job& job)
 
 void DesktopKeyring::end(Status status, const QString& reason, const QByteArray& secret)
 {
+    if (status == failed && !std::exchange(_isRepeated, true)) {
+        forgetSession();
+        start();
+        return;
+    }
+    _isRepeated = false;
     _wasRefused = _wasRefused || status == refused;
     note(status, reason);
     Operation operation = std::move(_operations.front());

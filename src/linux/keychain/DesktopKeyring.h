@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/dbus/BusName.h"
 #include "platform/Keychain.h"
 
 #include <QPointer>
@@ -23,7 +24,7 @@ class DesktopKeyring final : public Keychain
     Q_OBJECT
 
 public:
-    explicit DesktopKeyring(RunLoop& runLoop) : _runLoop(runLoop) {}
+    explicit DesktopKeyring(RunLoop& runLoop);
 
     void read(const Item& item, QObject* context, Reader reader) override;
     void write(const Item& item, const QByteArray& secret, QObject* context, Completion completion) override;
@@ -42,6 +43,7 @@ private:
     using Operations = std::list<Operation>;
 
     void add(Kind kind, const Item& item, const QByteArray& secret, QObject* context, Reader reader);
+    void ownerChanged(const QString& owner);
     void startNext();
     void start();
     void run(QKeychain::Job* job, std::function<void(QKeychain::Job&)> ended);
@@ -51,7 +53,9 @@ private:
     void note(Status status, const QString& reason);
 
     RunLoop& _runLoop;
+    BusName _service;
     Operations _operations; ///< the first is under way
     bool _isBusy = false;
+    bool _isRepeated = false; ///< the operation under way has failed once
     bool _wasRefused = false;
 };
