@@ -105,6 +105,7 @@ void SignInWindow::load(const QUrl& url, const QString& developerToken)
     auto* const page = qobject_cast<SignInPage*>(_webView.page());
     page->scripts().clear();
     page->scripts().insert(startScript(developerToken));
+    page->settings()->setAttribute(QWebEngineSettings::LocalContentCanAccessRemoteUrls, url.isLocalFile());
     page->setAddress(url);
     _timeout.start(loadLimit);
     page->load(url);

@@ -1,10 +1,12 @@
 #include "accounts/SpotifyAPI.h"
 #include "accounts/SpotifyAuthManager.h"
 #include "accounts/SpotifyCallback.h"
+#include "support/Command.h"
 #include "support/FakePlatform.h"
 #include "support/HttpStandIn.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
+#include "support/Program.h"
 
 #include <QCryptographicHash>
 #include <QTest>
@@ -23,10 +25,11 @@ HttpStandIn::Answer token(const QByteArray& more = {})
 
 /// The program's side of an account, with a service of the test's own.
 struct Account {
-    explicit Account(FakePlatform& desktop, HttpStandIn& service)
+    Account(FakePlatform& desktop, const HttpStandIn& service) : Account(desktop, service.address()) {}
+    Account(FakePlatform& desktop, const QString& service)
     {
         for (const auto* const name : {"spotifyAccounts", "spotifyWebApi"}) {
-            defaults.setObject(u"com.orvalen.pellar.endpoint."_s + QLatin1String(name), service.address());
+            defaults.setObject(u"com.orvalen.pellar.endpoint."_s + QLatin1String(name), service);
         }
         const ServiceAddresses addresses(defaults);
         auth = std::make_unique<SpotifyAuthManager>(
@@ -221,6 +224,27 @@ private Q_SLOTS:
         QCOMPARE(_desktop->keychain.items.value(u"com.orvalen.pellar.spotify refresh_token"_s),
                  account.auth->isAuthorized() ? "stored" : "");
         QVERIFY(!_log.take().join(u' ').contains(u"stored"));
+    }
+
+    /// A server whose certificate nobody vouches for learns nothing.
+    void trustsNobody()
+    {
+        const QTemporaryDir folder;
+        const QString key = folder.filePath(u"key.pem"_s);
+        run(u"openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=127.0.0.1 -keyout %1 -out %1"_s.arg(key));
+        QTcpServer free;
+        free.listen(QHostAddress::LocalHost);
+        const QString port = QString::number(free.serverPort());
+        free.close();
+        Program server(u"openssl"_s, {u"s_server"_s, u"-accept"_s, port, u"-cert"_s, key, u"-key"_s, key});
+        QVERIFY(server.waitForReadyRead()); // it accepts
+        storeTokens(30);
+        Account account(*_desktop, u"https://127.0.0.1:"_s + port);
+        QStringList got;
+        account.auth->getValidToken(this, [&got](const auto& value) { got << value.value_or(u"none"_s); });
+        QTRY_COMPARE(got, QStringList{u"none"_s});
+        QVERIFY(_log.take().value(0).contains(u"certificate"));
+        QVERIFY(account.auth->isAuthorized() && !server.readAll().contains("refresh_token"));
     }
 
     void readsQueue_data()
