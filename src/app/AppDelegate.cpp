@@ -1,5 +1,7 @@
 #include "app/AppDelegate.h"
 
+#include "accounts/SpotifyAPI.h"
+#include "accounts/SpotifyAuthManager.h"
 #include "app/StatusHostingView.h"
 #include "app/StatusItem.h"
 #include "app/TrayIcon.h"
@@ -55,7 +57,9 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                 .power = PowerModeManager::shared(),
                 .theme = ThemeManager::shared(),
                 .recentlyPlayed = RecentlyPlayedManager::shared()},
-               {.sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
+               {.refreshSpotifyQueue = [this] { spotifyQueue().refreshQueueAsync(); },
+                .cachedSpotifyQueue = [this] { return spotifyQueue().cachedQueue(); },
+                .sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
     , _contextMenu({.service = _service,
                     .pasteboard = platform.pasteboard,
                     .audioDevices = _audioManager,
@@ -65,7 +69,8 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                     .recentlyPlayed = RecentlyPlayedManager::shared(),
                     .visibility = MenuVisibilityManager::shared(),
                     .widget = WidgetManager::shared(),
-                    .workspace = platform.workspace})
+                    .workspace = platform.workspace,
+                    .isSpotifyAuthorized = [this] { return isSpotifyAuthorized(); }})
     , _audioCapture({.platform = platform,
                      .service = _service,
                      .sources = AudioSourceManager::shared(),
@@ -94,6 +99,8 @@ void AppDelegate::applicationDidFinishLaunching()
     _contextMenu.commands.togglePreview = [this] { _platform.notifications.post(previewToggled); };
     observeRequests();
     dlog(QStringLiteral("Start: status item"));
+    _platform.notifications.observe(SpotifyAPI::queueRefreshedNotification, this,
+                                    [this](const QVariantMap& /*userInfo*/) { spotifyQueueRefreshed(); });
     setup();
 }
 
@@ -222,6 +229,32 @@ void AppDelegate::buildMenu(ClassicMenu& menu) const
     menu.setItems(_contextMenu.items(), _appearance.isDark());
 }
 
+/// The account is looked up in the keyring when Spotify plays for the first time, and not before.
+SpotifyAPI& AppDelegate::spotifyQueue()
+{
+    if (!std::exchange(_followsSpotifyAccount, true)) {
+        connect(&SpotifyAuthManager::shared(), &SpotifyAuthManager::isAuthorizedChanged, this, [this] {
+            if (isSpotifyAuthorized() && _service.activePlayer() == Player::spotify) {
+                spotifyQueue().refreshQueueAsync();
+            }
+            spotifyQueueRefreshed();
+        });
+    }
+    return SpotifyAPI::shared();
+}
+
+bool AppDelegate::isSpotifyAuthorized()
+{
+    spotifyQueue();
+    return SpotifyAuthManager::shared().isAuthorized();
+}
+
+void AppDelegate::spotifyQueueRefreshed()
+{
+    refreshMenus();
+    _trayIcon->refresh();
+}
+
 /// Headphones may come or go while their list is open.
 void AppDelegate::refreshMenus()
 {
@@ -238,6 +271,9 @@ void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
 {
     if (_livePreviewPanel) {
         _livePreviewPanel->close();
+    }
+    if (_service.activePlayer() == Player::spotify && isSpotifyAuthorized()) {
+        spotifyQueue().refreshQueueAsync();
     }
     if (MenuStyleManager::shared().style == PellarMenuStyle::classic) {
         presentClassicMenu(event.globalPosition().toPoint());

@@ -26,6 +26,7 @@ class PillModel;
 class PillVisibilityManager;
 class QMenu;
 class QMouseEvent;
+class SpotifyAPI;
 class StatusHostingView;
 class StatusItem;
 class TrayIcon;
@@ -60,6 +61,9 @@ private:
     void performLater(PellarShortcut shortcut);
     void openSettings() const;
     void refreshMenus();
+    void spotifyQueueRefreshed();
+    SpotifyAPI& spotifyQueue();
+    bool isSpotifyAuthorized();
     void buildMenu(ClassicMenu& menu) const;
     void presentRightClickMenu(const QMouseEvent& event);
     void presentClassicMenu(QPoint place);
@@ -73,6 +77,7 @@ private:
     UserDefaults& _defaults;
     Appearance& _appearance;
     PillVisibilityManager& _visibility;
+    bool _followsSpotifyAccount = false;
     MediaKeys _mediaKeys;
     AwaitedPlayer _awaitedPlayer;
     AudioDeviceManager _audioManager;

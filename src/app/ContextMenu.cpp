@@ -94,7 +94,10 @@ ContextMenuState ContextMenu::state() const
     if (state.showReactions && state.supportsLove) {
         state.reaction = service.currentTrackReaction();
     }
-    if (state.showUpNext && state.activePlayer == Player::appleMusic && abilities.canListTracks) {
+    const bool hasQueue = state.activePlayer == Player::appleMusic
+                              ? abilities.canListTracks
+                              : state.activePlayer == Player::spotify && _from.isSpotifyAuthorized();
+    if (state.showUpNext && hasQueue) {
         state.upNext = service.upNextTracks();
     }
     if (state.showListeningStats) {

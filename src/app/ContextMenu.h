@@ -32,6 +32,7 @@ public:
         MenuVisibilityManager& visibility;
         WidgetManager& widget;
         Workspace& workspace;
+        std::function<bool()> isSpotifyAuthorized; ///< asked while Spotify plays only
     };
 
     explicit ContextMenu(const Sources& sources);

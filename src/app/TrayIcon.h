@@ -23,6 +23,9 @@ public:
     TrayIcon(const NowPlayingService& service, const AwaitedPlayer& awaited, RunLoop& runLoop,
              std::function<void(ClassicMenu&)> fillMenu);
 
+    /// Has the menu filled again soon, or when it is closed.
+    void refresh() { trackChanged(); }
+
 Q_SIGNALS:
     void clicked();
 

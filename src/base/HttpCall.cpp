@@ -1,5 +1,6 @@
 #include "base/HttpCall.h"
 
+#include "base/Decimal.h"
 #include "base/RunLoop.h"
 #include "base/WebAddress.h"
 
@@ -108,7 +109,10 @@ void HttpCall::readEnd()
     if (!isWholeAnswer(*_reply, status)) {
         fail(_reply->errorString());
     } else if (target.isEmpty()) {
-        finish({.status = status, .body = std::exchange(_body, {}), .failure = {}});
+        finish({.status = status,
+                .body = std::exchange(_body, {}),
+                .retryAfter = readDecimal(QString::fromLatin1(_reply->rawHeader("Retry-After"))),
+                .failure = {}});
     } else {
         redirect(status, _request.url.resolved(target));
     }
@@ -117,7 +121,8 @@ void HttpCall::readEnd()
 void HttpCall::redirect(int status, const QUrl& target)
 {
     if (!_request.mayFollow(_request.url, target)) {
-        fail(QStringLiteral("redirected to %1").arg(target.toString(QUrl::RemoveUserInfo)));
+        fail(QStringLiteral("redirected to %1")
+                 .arg(target.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment)));
         return;
     }
     if (++_redirects > maximumRedirects) {

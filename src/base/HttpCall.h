@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class QNetworkAccessManager;
 class QNetworkReply;
@@ -17,6 +18,7 @@ class RunLoop;
 struct HttpReply {
     int status = 0;  ///< HTTP status; 0 after a failure
     QByteArray body; ///< empty after a failure: nothing of a cut-off answer is handed on
+    std::optional<double> retryAfter = {}; ///< seconds until the server wants to be asked again
     QString failure; ///< why there is no whole answer, for the log; empty when there is one
 
     bool hasFailed() const { return !failure.isEmpty(); }

@@ -6,7 +6,7 @@
 
 bool HttpRequest::mayFollow(const QUrl& from, const QUrl& to) const
 {
-    if (!isWebAddress(to) || (isSecureOnly && !isSecureAddress(to))) {
+    if (!followsRedirects || !isWebAddress(to) || (isSecureOnly && !isSecureAddress(to))) {
         return false;
     }
     if (from.scheme() == QStringLiteral("https") && to.scheme() != from.scheme()) {

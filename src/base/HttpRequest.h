@@ -15,6 +15,7 @@ struct HttpRequest {
     Method method = Method::get;
     QList<std::pair<QByteArray, QByteArray>> headers;
     QByteArray body;                 ///< of a post
+    bool followsRedirects = true;    ///< false for what carries a secret: a redirect fails then
     double timeout = 15;             ///< seconds, above 0, for all of it, redirects included
     qsizetype byteLimit = 4'194'304; ///< of the answer's body, decompressed; a longer one fails
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "audio/MediaKeys.h"
-#include "engine/UpNextTrack.h"
+#include "prefs/UpNextTrack.h"
 
 #include <QList>
 

@@ -7,8 +7,8 @@
 #include "engine/PlayerStatus.h"
 #include "engine/TrackClock.h"
 #include "engine/TrackReaction.h"
-#include "engine/UpNextTrack.h"
 #include "prefs/ListeningStats.h"
+#include "prefs/UpNextTrack.h"
 
 #include <QImage>
 #include <QObject>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/UpNextTrack.h"
+#include "prefs/UpNextTrack.h"
 
 #include <QList>
 

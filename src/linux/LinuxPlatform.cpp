@@ -47,14 +47,17 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
     , _appearance(_runLoop)
     , _hotKeys(hotKeys())
     , _loginItem(QCoreApplication::applicationFilePath())
+    , _keyring(_runLoop)
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,
              .automation = _automation,
              .workspace = _workspace,
              .power = _power,
              .pasteboard = _pasteboard,
+             .keychain = _keyring,
              .statusBar = _statusBar,
              .floatingWindows = _floatingWindows,
+             .appearance = _appearance,
              .audioHardware = _audioHardware,
              .eventTaps = _eventTaps,
              .mediaPlayers = _roster,

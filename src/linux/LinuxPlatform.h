@@ -10,6 +10,7 @@
 #include "linux/desktop/DesktopWorkspace.h"
 #include "linux/desktop/NoHapticFeedback.h"
 #include "linux/desktop/PowerProfiles.h"
+#include "linux/keychain/DesktopKeyring.h"
 #include "linux/mpris/MprisBus.h"
 #include "linux/mpris/PlayerNotifier.h"
 #include "linux/mpris/PlayerRoster.h"
@@ -49,6 +50,7 @@ private:
     AutostartEntry _loginItem;
     ApplicationService _remoteRequests;
     ClipboardPasteboard _pasteboard;
+    DesktopKeyring _keyring;
     X11StatusBar _statusBar;
     X11FloatingWindows _floatingWindows;
     PipewireAudioHardware _audioHardware;

@@ -1,11 +1,13 @@
 #pragma once
 
+class Appearance;
 class AudioHardware;
 class Automation;
 class EventTaps;
 class FloatingWindows;
 class HapticFeedback;
 class HotKeys;
+class Keychain;
 class LoginItem;
 class MediaPlayers;
 class NotificationCenter;
@@ -25,8 +27,10 @@ struct Platform {
     Workspace& workspace;
     PowerState& power;
     Pasteboard& pasteboard;
+    Keychain& keychain;
     StatusBar& statusBar;
     FloatingWindows& floatingWindows;
+    Appearance& appearance;
     AudioHardware& audioHardware;
     EventTaps& eventTaps;
     MediaPlayers& mediaPlayers;

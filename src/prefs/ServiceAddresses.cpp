@@ -21,5 +21,11 @@ ServiceAddresses::ServiceAddresses(const UserDefaults& defaults)
           address(defaults, QStringLiteral("artworkSearch"), QStringLiteral("https://itunes.apple.com")))
     , usagePing(address(defaults, QStringLiteral("usagePing"), QString()))
     , updateFeed(address(defaults, QStringLiteral("updateFeed"), QStringLiteral(PELLAR_UPDATE_FEED)))
+    , spotifyAccounts(address(defaults, QStringLiteral("spotifyAccounts"),
+                              QStringLiteral("https://accounts.spotify.com")))
+    , spotifyWebApi(
+          address(defaults, QStringLiteral("spotifyWebApi"), QStringLiteral("https://api.spotify.com")))
+    , musicKit(
+          address(defaults, QStringLiteral("musicKit"), QStringLiteral("https://js-cdn.music.apple.com")))
 {
 }

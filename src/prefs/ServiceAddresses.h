@@ -17,4 +17,7 @@ struct ServiceAddresses {
     // Whole addresses, and empty by default: what there is no address for is off.
     QString usagePing;
     QString updateFeed; ///< else the build's
+    QString spotifyAccounts;
+    QString spotifyWebApi;
+    QString musicKit;
 };

@@ -6,6 +6,7 @@
 #include "platform/FloatingWindows.h"
 #include "platform/HapticFeedback.h"
 #include "platform/HotKeys.h"
+#include "platform/Keychain.h"
 #include "platform/LoginItem.h"
 #include "platform/MediaPlayers.h"
 #include "platform/Pasteboard.h"
@@ -16,6 +17,7 @@
 #include "platform/StatusBar.h"
 #include "platform/SystemDefinedEvent.h"
 #include "platform/Workspace.h"
+#include "support/FakeAppearance.h"
 #include "support/FakeAudioHardware.h"
 #include "support/ManualRunLoop.h"
 
@@ -160,6 +162,52 @@ public:
     QString text;
 };
 
+/// Keeps secrets as long as it lives, or fails where a test wants it to.
+class FakeKeychain final : public Keychain
+{
+    Q_OBJECT
+
+public:
+    explicit FakeKeychain(RunLoop& itsLoop) : runLoop(itsLoop) {}
+
+    void read(const Item& item, QObject* context, Reader reader) override
+    {
+        runLoop.after(0, context, [this, key = key(item), reader = std::move(reader)] {
+            const bool isThere = failure == done && items.contains(key);
+            reader(failure == done ? (isThere ? done : notFound) : failure,
+                   isThere ? items.value(key) : QByteArray());
+        });
+    }
+    void write(const Item& item, const QByteArray& secret, QObject* context, Completion completion) override
+    {
+        runLoop.after(0, context, [this, key = key(item), secret, completion = std::move(completion)] {
+            if (failure == done) {
+                items.insert(key, secret);
+            }
+            completion(failure);
+        });
+    }
+    void remove(const Item& item, QObject* context, Completion completion) override
+    {
+        runLoop.after(0, context, [this, key = key(item), completion = std::move(completion)] {
+            items.remove(key);
+            completion(failure);
+        });
+    }
+    void fail(Status status)
+    {
+        failure = status;
+        setKeepsSecrets(status == done);
+    }
+
+    RunLoop& runLoop;
+    Status failure = done;
+    QMap<QString, QByteArray> items; ///< by "SERVICE ACCOUNT"
+
+private:
+    static QString key(const Item& item) { return item.service + u' ' + item.account; }
+};
+
 class FakeStatusBar final : public StatusBar
 {
     Q_OBJECT
@@ -196,8 +244,10 @@ struct FakePlatform {
     FakeWorkspace workspace;
     FakePower power;
     FakePasteboard pasteboard;
+    FakeKeychain keychain{runLoop};
     FakeStatusBar statusBar;
     FakeFloatingWindows floatingWindows;
+    FakeAppearance appearance;
     FakeAudioHardware audioHardware;
     FakeEventTaps eventTaps;
     FakeMediaPlayers mediaPlayers;
@@ -213,8 +263,10 @@ struct FakePlatform {
                    .workspace = workspace,
                    .power = power,
                    .pasteboard = pasteboard,
+                   .keychain = keychain,
                    .statusBar = statusBar,
                    .floatingWindows = floatingWindows,
+                   .appearance = appearance,
                    .audioHardware = audioHardware,
                    .eventTaps = eventTaps,
                    .mediaPlayers = mediaPlayers,

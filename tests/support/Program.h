@@ -6,6 +6,7 @@
 class Program : public QProcess
 {
 public:
+    Program() = default;
     explicit Program(const QString& name, const QStringList& arguments = {}) { start(name, arguments); }
     ~Program() override
     {

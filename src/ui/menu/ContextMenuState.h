@@ -4,9 +4,9 @@
 #include "audio/AudioSources.h"
 #include "engine/Player.h"
 #include "engine/TrackReaction.h"
-#include "engine/UpNextTrack.h"
 #include "prefs/PlayedTrack.h"
 #include "prefs/PowerMode.h"
+#include "prefs/UpNextTrack.h"
 
 #include <QList>
 #include <QString>
