@@ -131,6 +131,11 @@ double NowPlayingService::position() const
     return _clock.value().at(_platform.runLoop.uptime());
 }
 
+void NowPlayingService::checkPosition()
+{
+    _platform.workspace.checkPosition(bundleId(_activePlayer));
+}
+
 /// Where the track is from now on: as the desktop knows it, or else from `place` on.
 TrackClock NowPlayingService::reckoned(const Showing& next, double place) const
 {

@@ -80,6 +80,8 @@ public:
     TrackClock clock() const { return _clock; }
     /// Where the track is now, in seconds from its start.
     double position() const;
+    /// Has the player on show asked where it is, for those to whom a tenth of a second matters.
+    void checkPosition();
     bool isPlaying() const { return _isPlaying; }
     /// Seconds left; none when no timer runs.
     std::optional<double> sleepTimerRemaining() const { return _sleepTimerRemaining; }

@@ -14,6 +14,9 @@ struct TrackClock {
     /// Seconds from the start of the track: 0 or more, and no more than the length if that is known.
     double at(Uptime now) const;
 
+    /// The same, but below 0 while the track is announced and has yet to begin.
+    double reckoned(Uptime now) const;
+
     /// Seconds, above 0, from `now` until the track comes to a place ahead, in seconds from its start. None
     /// when it is past it, or does not get there as things stand.
     std::optional<double> until(double ahead, Uptime now) const;

@@ -52,6 +52,10 @@ public:
     /// As exactly as the desktop knows it; none when no such player runs or its place is unknown.
     virtual std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const = 0;
 
+    /// Has a player asked where it is, unless that was done within the last second. Players may halt for a
+    /// moment without a word, as when a network is slow.
+    virtual void checkPosition(const QString& bundleId) = 0;
+
     /// The application that has the keyboard; none when none has.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 

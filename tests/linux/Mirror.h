@@ -95,6 +95,7 @@ struct Mirror {
                    .power = desktop.power,
                    .pasteboard = desktop.pasteboard,
                    .statusBar = desktop.statusBar,
+                   .floatingWindows = desktop.floatingWindows,
                    .audioHardware = desktop.audioHardware,
                    .eventTaps = desktop.eventTaps,
                    .mediaPlayers = roster,

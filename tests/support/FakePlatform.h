@@ -62,6 +62,7 @@ public:
     {
         return positions.contains(bundleId) ? std::optional(positions[bundleId]) : std::nullopt;
     }
+    void checkPosition(const QString& /*bundleId*/) override { ++positionChecks; }
     std::optional<RunningApplication> frontmostApplication() const override { return front; }
     PlayerAbilities abilities(const QString& /*bundleId*/) const override { return able; }
     bool open(const QUrl& url) override
@@ -75,6 +76,7 @@ public:
     QMap<QString, QString> artworks;
     QMap<QString, PlayerTrack> tracks;
     QMap<QString, PlaybackPosition> positions;
+    int positionChecks = 0;
     mutable int artworkQuestions = 0;
     QStringList opened;
     std::optional<RunningApplication> front;

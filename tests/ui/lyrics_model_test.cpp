@@ -48,6 +48,7 @@ private Q_SLOTS:
         QCOMPARE(sung(0.89), u"0 0"_s);
         QCOMPARE(sung(0.02), u"1 1"_s); // 13.01
         QCOMPARE(changes.size(), 1);
+        QCOMPARE(_engine->desktop.workspace.positionChecks, 1);
         QCOMPARE(states(), u"one:0 two:1 ♪:2 never:2"_s);
         QCOMPARE(sung(0.73), u"1 1"_s);
         QCOMPARE(sung(0.02), u"1 2"_s); // 13.76
@@ -69,9 +70,13 @@ private Q_SLOTS:
         move({.seconds = 9, .rate = 2});
         QCOMPARE(sung(0.49), none);
         QCOMPARE(sung(0.02), u"0 0"_s);
-        move({.seconds = -0.5, .rate = 20}); // announced before it begins
-        QCOMPARE(sung(0.52), none);
-        QCOMPARE(sung(0.01), u"0 0"_s);
+        move({.seconds = 13.2, .rate = 0});
+        QCOMPARE(sung(0), u"1 1"_s);
+        _lines = {{.time = 0, .text = u"at once"_s}};
+        notify(u"Playing"_s, u"Next"_s);
+        move({.seconds = -0.5, .rate = 1}); // announced before it begins
+        QCOMPARE(sung(0.49), none);
+        QCOMPARE(sung(0.02), u"0 0"_s);
     }
 
     void asksWhileItIsShown()

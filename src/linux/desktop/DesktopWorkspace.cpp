@@ -71,6 +71,13 @@ std::optional<PlaybackPosition> DesktopWorkspace::playbackPosition(const QString
     return PlaybackPosition{.seconds = player->place(), .rate = player->rate()};
 }
 
+void DesktopWorkspace::checkPosition(const QString& bundleId)
+{
+    if (MprisPlayer* const player = this->player(bundleId)) {
+        player->synchronise();
+    }
+}
+
 PlayerAbilities DesktopWorkspace::abilities(const QString& bundleId) const
 {
     MprisPlayer* const player = this->player(bundleId);

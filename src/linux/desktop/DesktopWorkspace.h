@@ -17,6 +17,7 @@ public:
     QString artworkAddress(const QString& bundleId) const override;
     std::optional<PlayerTrack> playerTrack(const QString& bundleId) const override;
     std::optional<PlaybackPosition> playbackPosition(const QString& bundleId) const override;
+    void checkPosition(const QString& bundleId) override;
     std::optional<RunningApplication> frontmostApplication() const override;
 
     /// MPRIS has no ratings; Spotify takes them by key.

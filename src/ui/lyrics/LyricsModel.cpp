@@ -103,9 +103,12 @@ void LyricsModel::follow()
     }
     const Uptime now = _of.runLoop.uptime();
     const TrackClock clock = _of.service.clock();
-    setSung(sungSoFar(_lines, clock.at(now) + grace));
+    setSung(sungSoFar(_lines, clock.reckoned(now) + grace));
     if (const auto wait = _sung.next ? clock.until(*_sung.next, now) : std::nullopt) {
-        _change = _of.runLoop.once(*wait, this, [this] { follow(); });
+        _change = _of.runLoop.once(*wait, this, [this] {
+            _of.service.checkPosition(); // while awake anyway
+            follow();
+        });
     }
 }
 
