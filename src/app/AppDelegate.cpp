@@ -6,6 +6,7 @@
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
 #include "base/NotificationCenter.h"
+#include "linux/desktop/MemoryFootprint.h"
 #include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
@@ -30,6 +31,7 @@
 namespace {
 
 const QString previewToggled = QStringLiteral("com.orvalen.pellar.togglePreview");
+constexpr double restSeconds = 3; // after the preview has closed: who looks twice looks soon
 
 } // namespace
 
@@ -187,8 +189,19 @@ void AppDelegate::togglePreview()
     _livePreviewPanel = std::make_unique<PellarPreviewPanel>(
         Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
         shownTrack(), lyrics(), _hosting->geometry());
-    _livePreviewPanel->onClose = [this] { _livePreviewPanel.release()->deleteLater(); };
+    _livePreviewPanel->onClose = [this] {
+        _livePreviewPanel.release()->deleteLater();
+        _platform.runLoop.after(restSeconds, this, [this] { giveBackMemory(); });
+    };
     _livePreviewPanel->present();
+}
+
+/// A card needs a good deal of Qt Quick that the pill does not.
+void AppDelegate::giveBackMemory()
+{
+    if (!_livePreviewPanel) {
+        releaseReadOnlyPages();
+    }
 }
 
 LyricsModel& AppDelegate::lyrics()
