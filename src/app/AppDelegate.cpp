@@ -9,6 +9,7 @@
 #include "audio/AudioSourceManager.h"
 #include "base/DebugLog.h"
 #include "base/NotificationCenter.h"
+#include "linux/desktop/MemoryFootprint.h"
 #include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
 #include "platform/Platform.h"
@@ -39,6 +40,7 @@
 namespace {
 
 const QString previewToggled = QStringLiteral("com.orvalen.pellar.togglePreview");
+constexpr double restSeconds = 3; // after the preview has closed: who looks twice looks soon
 
 } // namespace
 
@@ -318,8 +320,19 @@ void AppDelegate::togglePreview()
     _livePreviewPanel = std::make_unique<PellarPreviewPanel>(
         Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
         shownTrack(), lyrics(), _hosting->geometry());
-    _livePreviewPanel->onClose = [this] { _livePreviewPanel.release()->deleteLater(); };
+    _livePreviewPanel->onClose = [this] {
+        _livePreviewPanel.release()->deleteLater();
+        _platform.runLoop.after(restSeconds, this, [this] { giveBackMemory(); });
+    };
     _livePreviewPanel->present();
+}
+
+/// A card needs a good deal of Qt Quick that the pill does not.
+void AppDelegate::giveBackMemory()
+{
+    if (!_livePreviewPanel) {
+        releaseReadOnlyPages();
+    }
 }
 
 LyricsModel& AppDelegate::lyrics()

@@ -69,6 +69,7 @@ private:
     void presentClassicMenu(QPoint place);
     void presentGlassMenu();
     void togglePreview();
+    void giveBackMemory();
     LyricsModel& lyrics();
     TrackModel::Dependencies shownTrack();
     void setUpWidget();

@@ -6,6 +6,7 @@
 #include "prefs/ThemeManager.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -46,10 +47,22 @@ void TrackModel::bindContent()
     _isIdle.setBinding([service] { return service->activePlayer() == Player::none; });
     _isPlaying.setBinding([service] { return service->isPlaying(); });
     _duration.setBinding([service] { return service->duration(); });
-    _elapsed.setBinding([service] { return service->elapsed(); });
     _isTitleActive.setBinding([this] { return _of.power.effectiveMode() != PowerMode::lowPower; });
+    connect(service, &NowPlayingService::clockChanged, this, &TrackModel::followPosition);
+    followPosition();
     connect(service, &NowPlayingService::titleChanged, this, &TrackModel::cancelScrub);
     connect(service, &NowPlayingService::artistChanged, this, &TrackModel::cancelScrub);
+}
+
+/// Wakes up when the next second of the track begins.
+void TrackModel::followPosition()
+{
+    constexpr double grace = 0.005; // seconds: a timer that fires a little early need not fire twice
+    const Uptime now = _of.runLoop.uptime();
+    const TrackClock clock = _of.service.clock();
+    _elapsed = clock.at(now) + grace;
+    const auto wait = clock.until(std::floor(_elapsed) + 1, now);
+    _second = wait ? _of.runLoop.once(*wait, this, [this] { followPosition(); }) : nullptr;
 }
 
 /// One look at a time is made: of what changes meanwhile, the last counts.
@@ -108,10 +121,7 @@ QString TrackModel::elapsedText() const
 
 QString TrackModel::remainingText() const
 {
-    if (!isSeekable() || !_scrubFrac.value()) {
-        return _of.service.timeRemainingText();
-    }
-    return u'-' + clockText(_duration - shownElapsed());
+    return isSeekable() ? u'-' + clockText(_duration - shownElapsed()) : QString();
 }
 
 QString TrackModel::durationText() const

@@ -104,10 +104,12 @@ Q_SIGNALS:
 
 private:
     void bindContent();
+    void followPosition();
     double shownElapsed() const;
     void dress();
 
     Dependencies _of;
+    std::unique_ptr<RunLoop::Timer> _second; ///< until the next second of the track
     bool _isDressing = false; ///< a look is being made
     bool _isOutdated = false; ///< and it is not the one that is wanted any more
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _title, &TrackModel::contentChanged)
