@@ -192,7 +192,7 @@ private Q_SLOTS:
                          .headers = {"Content-Type: text/html"}});
         AppleMusicAuthManager auth(dependencies(musicKit.address()));
         PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
-        const LyricsService lyrics(_ports.runLoop, _ports.notifications, defaults, nullptr);
+        const LyricsService lyrics(_ports.runLoop, _ports.notifications, defaults, _ports.workspace, nullptr);
         _log.take();
         QString token;
         auth.reauthorize(this, [&token](const auto& value) { token = value.value_or(u"none"_s); });
