@@ -88,6 +88,10 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(resources));
         QVERIFY(QFile::copy(QStringLiteral(PELLAR_SOURCE_DIR "/src/resources/musickit-auth.html"),
                             resources + u"/musickit-auth.html"_s));
+        // Left to itself the bus would start a keyring whenever there is none.
+        write(qEnvironmentVariable("XDG_DATA_HOME") + u"/dbus-1/services/org.freedesktop.secrets.service"_s,
+              "[D-BUS Service]\nName=org.freedesktop.secrets\nExec=/bin/false\n");
+        QDBusConnection::sessionBus().interface()->call(u"ReloadConfig"_s);
         startKeyring();
         QVERIFY(QDir::setCurrent(_folder.path()));
         run(u"openssl genpkey -algorithm EC -pkeyopt ec_paramgen_curve:P-256 -out Pellar_MusicKit.p8"_s);
@@ -192,7 +196,7 @@ private Q_SLOTS:
                          .headers = {"Content-Type: text/html"}});
         AppleMusicAuthManager auth(dependencies(musicKit.address()));
         PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
-        const LyricsService lyrics(_ports.runLoop, _ports.notifications, defaults, nullptr);
+        const LyricsService lyrics(_ports.runLoop, _ports.notifications, defaults, _ports.workspace, nullptr);
         _log.take();
         QString token;
         auth.reauthorize(this, [&token](const auto& value) { token = value.value_or(u"none"_s); });
@@ -264,7 +268,6 @@ private:
                        {u"--foreground"_s, u"--replace"_s, u"--unlock"_s, u"--components=secrets"_s});
         _keyring.write("password");
         _keyring.closeWriteChannel();
-        // To ask it anything would have the bus start another one.
         QDBusConnectionInterface* const bus = QDBusConnection::sessionBus().interface();
         QTRY_COMPARE(bus->servicePid(u"org.freedesktop.secrets"_s).value(), uint(_keyring.processId()));
     }
