@@ -194,13 +194,15 @@ void AppDelegate::setup()
     _statusItem->setView(_hosting.get());
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
+    dlog(QStringLiteral("Start: hot keys"));
+    connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
+    GlobalShortcuts::shared().setupGlobalShortcuts();
+
+    dlog(QStringLiteral("Start: widget"));
     setUpWidget();
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
-    connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
-    dlog(QStringLiteral("Start: hot keys"));
-    GlobalShortcuts::shared().setupGlobalShortcuts();
 }
 
 void AppDelegate::handleHotKey(PellarShortcut shortcut)
