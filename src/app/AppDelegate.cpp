@@ -78,7 +78,20 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                      .power = PowerModeManager::shared(),
                      .visibility = _visibility,
                      .bridge = AudioBridge::shared()})
+    , _onboarding({.defaults = defaults, .appearance = appearance},
+                  {.platform = platform, .service = _service, .audio = AudioBridge::shared()})
+    , _settings({.defaults = defaults, .appearance = appearance},
+                {.pill = _visibility,
+                 .menu = MenuVisibilityManager::shared(),
+                 .menuStyle = MenuStyleManager::shared(),
+                 .widget = WidgetManager::shared(),
+                 .theme = ThemeManager::shared(),
+                 .audio = AudioBridge::shared(),
+                 .setUpPermissions = [this] { _onboarding.show(); }})
+    , _powerModes({.defaults = defaults, .appearance = appearance}, PowerModeManager::shared())
 {
+    _contextMenu.commands.openSettings = [this] { _settings.show(); };
+    _contextMenu.commands.openPowerModeSettings = [this] { _powerModes.show(); };
 }
 
 AppDelegate::~AppDelegate() = default;
@@ -199,6 +212,7 @@ void AppDelegate::setup()
     connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
     dlog(QStringLiteral("Start: hot keys"));
     GlobalShortcuts::shared().setupGlobalShortcuts();
+    _onboarding.showIfNeeded();
 }
 
 void AppDelegate::handleHotKey(PellarShortcut shortcut)

@@ -10,6 +10,9 @@
 #include "engine/NowPlayingService.h"
 #include "prefs/PellarShortcut.h"
 #include "ui/track/TrackModel.h"
+#include "ui/settings/OnboardingWindowController.h"
+#include "ui/settings/PowerModeSettingsWindowController.h"
+#include "ui/settings/SettingsWindowController.h"
 
 #include <QObject>
 
@@ -86,6 +89,9 @@ private:
     AudioCaptureSupervision _audioCapture;
     std::unique_ptr<MainMenu> _mainMenu;
     Uptime _launched;
+    OnboardingWindowController _onboarding;
+    SettingsWindowController _settings;
+    PowerModeSettingsWindowController _powerModes;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;
