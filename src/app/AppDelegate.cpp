@@ -11,11 +11,14 @@
 #include "base/NotificationCenter.h"
 #include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
+#include "platform/HotKeys.h"
 #include "platform/Platform.h"
 #include "platform/RemoteRequests.h"
 #include "platform/StatusBar.h"
 #include "prefs/AnalyticsManager.h"
 #include "prefs/GlobalShortcuts.h"
+#include "prefs/KeyboardShortcutManager.h"
+#include "prefs/LaunchAtLogin.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
@@ -78,8 +81,13 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                      .power = PowerModeManager::shared(),
                      .visibility = _visibility,
                      .bridge = AudioBridge::shared()})
+    , _addresses(defaults)
     , _onboarding({.defaults = defaults, .appearance = appearance},
-                  {.platform = platform, .service = _service, .audio = AudioBridge::shared()})
+                  {.platform = platform,
+                   .service = _service,
+                   .audio = AudioBridge::shared(),
+                   .analytics = AnalyticsManager::shared(),
+                   .hasUsagePing = !_addresses.usagePing.isEmpty()})
     , _settings({.defaults = defaults, .appearance = appearance},
                 {.pill = _visibility,
                  .menu = MenuVisibilityManager::shared(),
@@ -87,6 +95,17 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                  .widget = WidgetManager::shared(),
                  .theme = ThemeManager::shared(),
                  .audio = AudioBridge::shared(),
+                 .launch = LaunchAtLogin::shared(),
+                 .analytics = AnalyticsManager::shared(),
+                 .shortcuts = {.manager = KeyboardShortcutManager::shared(),
+                               .registered = GlobalShortcuts::shared(),
+                               .hotKeys = platform.hotKeys},
+                 .updater = UpdaterManager::shared,
+                 .keychain = platform.keychain,
+                 .workspace = platform.workspace,
+                 .addresses = _addresses,
+                 .spotify = SpotifyAuthManager::shared,
+                 .appleMusic = AppleMusicAuthManager::shared,
                  .setUpPermissions = [this] { _onboarding.show(); }})
     , _powerModes({.defaults = defaults, .appearance = appearance}, PowerModeManager::shared())
 {
@@ -102,7 +121,8 @@ void AppDelegate::applicationDidFinishLaunching()
     dlog(QStringLiteral("Start: main menu"));
     _mainMenu = std::make_unique<MainMenu>();
     dlog(QStringLiteral("Start: updater"));
-    UpdaterManager::shared();
+    _updateWindow = std::make_unique<UpdateWindowController>(
+        ProgramWindow::Desktop{.defaults = _defaults, .appearance = _appearance}, UpdaterManager::shared());
     dlog(QStringLiteral("Start: usage ping"));
     AnalyticsManager::shared().pingIfNeeded();
     dlog(QStringLiteral("Start: audio capture"));

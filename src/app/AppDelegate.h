@@ -9,10 +9,12 @@
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
 #include "prefs/PellarShortcut.h"
-#include "ui/track/TrackModel.h"
+#include "prefs/ServiceAddresses.h"
 #include "ui/settings/OnboardingWindowController.h"
 #include "ui/settings/PowerModeSettingsWindowController.h"
 #include "ui/settings/SettingsWindowController.h"
+#include "ui/settings/UpdateWindowController.h"
+#include "ui/track/TrackModel.h"
 
 #include <QObject>
 
@@ -87,11 +89,13 @@ private:
     NowPlayingService _service;
     ContextMenu _contextMenu;
     AudioCaptureSupervision _audioCapture;
-    std::unique_ptr<MainMenu> _mainMenu;
-    Uptime _launched;
+    ServiceAddresses _addresses;
     OnboardingWindowController _onboarding;
     SettingsWindowController _settings;
     PowerModeSettingsWindowController _powerModes;
+    std::unique_ptr<UpdateWindowController> _updateWindow;
+    std::unique_ptr<MainMenu> _mainMenu;
+    Uptime _launched;
     std::unique_ptr<PillModel> _pill;
     std::unique_ptr<StatusHostingView> _hosting;
     std::unique_ptr<StatusItem> _statusItem;

@@ -2,6 +2,7 @@
 #include "support/LoopbackServices.h"
 #include "support/Program.h"
 
+#include <QDir>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -127,6 +128,37 @@ private Q_SLOTS:
         press({tab, words[0]});
         QTRY_COMPARE(stored(words[1]), value);
         QCOMPARE(stateOf(words[0]), value == false ? u"off"_s : u"on"_s);
+    }
+
+    void platformServices()
+    {
+        press({u"General"_s, u"Launch at login"_s, u"Send anonymous usage data"_s});
+        QTRY_COMPARE(stored(u"com.orvalen.pellar.analytics.optOut"_s), true);
+        QTRY_COMPARE(stateOf(u"Launch at login"_s), u"on"_s);
+        const QDir autostart(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/autostart");
+        QCOMPARE(autostart.entryList({u"*.desktop"_s}).size(), 1);
+        press({u"Launch at login"_s});
+        QTRY_COMPARE(stateOf(u"Launch at login"_s), u"off"_s);
+        press({u"About"_s});
+        QCOMPARE(stateOf(u"Check for Updates…"_s), u"disabled"_s); // this build has no feed
+    }
+
+    void shortcutsAreRecorded()
+    {
+        const QString key = u"pellar.shortcut.playPause"_s;
+        const auto chord = [](qlonglong code, qlonglong modifiers) {
+            return QVariant(QVariantMap{{u"keyCode"_s, code}, {u"modifiers"_s, modifiers}});
+        };
+        press({u"General"_s, u"Play / Pause: Change"_s});
+        run(u"xdotool key k ctrl+alt+k"_s); // the first one is refused
+        QTRY_COMPARE(stored(key), chord(40, 0x1800));
+        press({u"Play / Pause: Change"_s});
+        run(u"xdotool key Escape ctrl+alt+j"_s);
+        press({u"Next Track: Disable"_s});
+        QTRY_COMPARE(stored(u"pellar.shortcut.nextTrack"_s), u"disabled"_s);
+        QCOMPARE(stored(key), chord(40, 0x1800));
+        press({u"Reset to Defaults"_s});
+        QTRY_COMPARE(stored(key), chord(49, 0x300));
     }
 
     /// What the last test has set shows in the pill and in the menu; what the menu sets shows in the window.

@@ -5,6 +5,7 @@ SettingsPage {
     id: root
 
     required property SettingsModel settings
+    readonly property UpdaterManager updater: settings.updater
 
     title: settings.tabNames[4]
 
@@ -43,6 +44,23 @@ SettingsPage {
                     text: qsTr("Version %1").arg(root.settings.version)
                     horizontalAlignment: Text.AlignHCenter
                 }
+                Row {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    topPadding: 8
+                    spacing: 8
+                    visible: root.settings.webSite !== "" || root.settings.support !== ""
+
+                    PushButton {
+                        text: qsTr("Website")
+                        visible: root.settings.webSite !== ""
+                        onClicked: root.settings.open(root.settings.webSite)
+                    }
+                    PushButton {
+                        text: qsTr("Contact Support")
+                        visible: root.settings.support !== ""
+                        onClicked: root.settings.open(root.settings.support)
+                    }
+                }
             }
         }
     }
@@ -58,6 +76,29 @@ SettingsPage {
                 text: qsTr("Setup Permissions…")
                 onClicked: root.settings.setUpPermissions()
             }
+        }
+    }
+    Section {
+        title: qsTr("Updates")
+
+        SettingRow {
+            label: qsTr("Software updates")
+            note: qsTr("Pellar uses Sparkle to deliver new versions safely. Builds are signed and notarized by Apple before they reach you.")
+            hint: root.updater.isAvailable
+                  ? qsTr("On this desktop the package's own signature is checked, and your package installer installs it.")
+                  : qsTr("This build has no address of updates: your system's packages bring new versions.")
+
+            PushButton {
+                text: qsTr("Check for Updates…")
+                enabled: root.updater.isAvailable
+                onClicked: root.updater.checkForUpdates()
+            }
+        }
+        SwitchRow {
+            label: qsTr("Check for updates automatically")
+            enabled: root.updater.isAvailable
+            isOn: root.updater.automaticChecksEnabled
+            onSwitched: (on) => root.updater.automaticChecksEnabled = on
         }
     }
 }

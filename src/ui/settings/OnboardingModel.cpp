@@ -8,6 +8,7 @@
 #include "platform/MediaPlayers.h"
 #include "platform/Platform.h"
 #include "platform/Workspace.h"
+#include "prefs/AnalyticsManager.h"
 #include "prefs/PellarTheme.h"
 
 #include <QUrl>
@@ -48,6 +49,7 @@ OnboardingModel::OnboardingModel(const Dependencies& dependencies) : _of(depende
     addPlayers();
     addSound();
     addMediaKeys();
+    addUsageData();
     _permissionPoll = _of.platform.runLoop.every(pollSeconds, this, [this] {
         std::for_each(_cards.begin(), _cards.end(), [](const auto& card) { card->refresh(); });
     });
@@ -154,4 +156,33 @@ void OnboardingModel::addMediaKeys()
             _of.platform.workspace.open(QUrl(QStringLiteral(
                 "x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility")));
         });
+}
+
+void OnboardingModel::addUsageData()
+{
+    add(
+        {QStringLiteral("chart.bar.fill"),
+         themeColor(PellarTheme::warmth),
+         tr("Anonymous Usage Data"),
+         tr("Help us count active installs. No email, no listening data, ever."),
+         PermissionCard::choice,
+         {tr("Share"), tr("Don’t Share")}},
+        [this] { return usageState(); },
+        [this](int action) {
+            _of.analytics.setOptedOut(action != 0);
+            _hasDecidedOnUsage = true;
+        });
+}
+
+/// Whoever has declined has decided; agreeing leaves no trace but in this window.
+OnboardingModel::State OnboardingModel::usageState() const
+{
+    const bool isOptedOut = _of.analytics.isOptedOut();
+    State state{_hasDecidedOnUsage || isOptedOut,
+                _of.hasUsagePing ? QString()
+                                 : tr("This build has no address to send it to: nothing is sent.")};
+    if (state.isDone) {
+        state.chosen = isOptedOut ? 1 : 0;
+    }
+    return state;
 }

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+class AnalyticsManager;
 class AudioBridge;
 class NowPlayingService;
 struct Platform;
@@ -27,6 +28,8 @@ public:
         Platform& platform;
         NowPlayingService& service;
         AudioBridge& audio;
+        AnalyticsManager& analytics;
+        bool hasUsagePing = false; ///< whether there is an address to send usage data to
     };
 
     explicit OnboardingModel(const Dependencies& dependencies);
@@ -41,10 +44,13 @@ private:
     void addPlayers();
     void addSound();
     void addMediaKeys();
+    void addUsageData();
     State playerState(const QString& bundleId) const;
     State captureState() const;
+    State usageState() const;
 
     Dependencies _of;
     std::vector<std::unique_ptr<PermissionCard>> _cards;
+    bool _hasDecidedOnUsage = false; ///< in this window
     std::unique_ptr<RunLoop::Timer> _permissionPoll;
 };
