@@ -139,8 +139,6 @@ private Q_SLOTS:
         QCOMPARE(autostart.entryList({u"*.desktop"_s}).size(), 1);
         press({u"Launch at login"_s});
         QTRY_COMPARE(stateOf(u"Launch at login"_s), u"off"_s);
-        press({u"About"_s});
-        QCOMPARE(stateOf(u"Check for Updates…"_s), u"disabled"_s); // this build has no feed
     }
 
     void shortcutsAreRecorded()
@@ -178,6 +176,7 @@ private Q_SLOTS:
 
     void powerModes()
     {
+        press({u"About"_s});
         openMenu();
         press({u"Power Mode (Normal)"_s, u"Power Mode Settings…"_s, u"Power Mode>Power User"_s,
                u"Visualizer"_s});
@@ -202,16 +201,15 @@ private Q_SLOTS:
     {
         const QString settings = u"Settings.*"_s;
         run(u"xdotool search --onlyvisible --name ^Settings windowmove --sync 60 90"_s);
-        const QString left = place(settings).section(u'\n', 1);
-        QVERIFY(left.contains(u"Position: "));
         openSettings();
-        QCOMPARE(place(settings).section(u'\n', 1), left);
+        QString left; // where the frame's corner is at 60
+        QTRY_VERIFY((left = place(settings).section(u'\n', 1)).contains(u"Position: 6"));
         run(u"xdotool key Escape"_s);
         QTRY_COMPARE(place(settings), u"?"_s);
         openSettings();
         QTRY_COMPARE(place(settings).section(u'\n', 1), left);
         run(u"xdotool key ctrl+q"_s);
-        QVERIFY(_program->waitForFinished());
+        QTRY_COMPARE(_program->state(), QProcess::NotRunning);
         QCOMPARE(_program->exitCode(), 0);
     }
 

@@ -14,10 +14,13 @@ Item {
     property string action
     property bool isConnected: false
 
+    /// Whether the button leaves the text too little room beside it, and so stands below it.
+    readonly property bool isTight: button.width > 0.4 * width
+
     signal acted
 
     width: parent ? parent.width : 0
-    implicitHeight: Math.max(64, words.height + 28)
+    implicitHeight: isTight ? words.height + button.height + 40 : Math.max(64, words.height + 28)
 
     SymbolTile {
         x: 14
@@ -30,11 +33,9 @@ Item {
     Column {
         id: words
 
-        anchors {
-            left: parent.left; leftMargin: 64
-            right: button.left; rightMargin: 16
-            verticalCenter: parent.verticalCenter
-        }
+        x: 64
+        y: root.isTight ? 14 : (root.height - height) / 2
+        width: root.width - x - (root.isTight || button.width === 0 ? 16 : button.width + 30)
         spacing: 4
 
         Text {
@@ -62,7 +63,8 @@ Item {
     PushButton {
         id: button
 
-        anchors { right: parent.right; rightMargin: 14; verticalCenter: parent.verticalCenter }
+        x: root.width - width - 14
+        y: root.isTight ? words.y + words.height + 12 : (root.height - height) / 2
         text: root.action
         spokenName: root.action.includes(root.name) ? root.action : qsTr("%1: %2").arg(root.name).arg(root.action)
         isProminent: !root.isConnected

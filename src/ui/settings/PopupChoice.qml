@@ -22,7 +22,7 @@ T.ComboBox {
     opacity: enabled ? 1 : 0.45
 
     Accessible.name: label
-    Accessible.onPressAction: popup.open()
+    Accessible.onPressAction: if (enabled) popup.open()
 
     background: Rectangle {
         radius: 7

@@ -16,8 +16,8 @@ T.Button {
     opacity: enabled ? 1 : 0.45
 
     Accessible.name: spokenName
-    Accessible.onPressAction: clicked()
-    Accessible.onToggleAction: clicked()
+    Accessible.onPressAction: if (enabled) clicked()
+    Accessible.onToggleAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 

@@ -12,24 +12,27 @@ Item {
     property string symbol
     default property alias controls: end.data
 
+    /// How much of the row its controls may take beside the text; else they stand below it.
+    property real controlShare: 0.5
+    readonly property bool isTight: label !== "" && end.width > controlShare * width
+
     width: parent ? parent.width : 0
-    implicitHeight: Math.max(46, words.height + 24, end.height + 18)
+    implicitHeight: isTight ? words.height + end.height + 34 : Math.max(46, words.height + 24, end.height + 18)
 
     Hairline { visible: root.y > 0 }
     RowSymbol { id: glyph; name: root.symbol }
     RowText {
         id: words
 
-        anchors {
-            left: parent.left; leftMargin: glyph.visible ? 44 : 16
-            right: end.left; rightMargin: end.width > 0 ? 16 : 0
-            verticalCenter: parent.verticalCenter
-        }
+        x: glyph.visible ? 44 : 16
+        y: root.isTight ? 12 : (root.height - height) / 2
+        width: root.width - x - (root.isTight || end.width === 0 ? 16 : end.width + 30)
     }
     Row {
         id: end
 
-        anchors { right: parent.right; rightMargin: 14; verticalCenter: parent.verticalCenter }
+        x: root.width - width - 14
+        y: root.isTight ? words.y + words.height + 10 : (root.height - height) / 2
         spacing: 8
     }
 }

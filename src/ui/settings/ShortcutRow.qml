@@ -10,6 +10,7 @@ SettingRow {
     label: setting.name
     hint: setting.note
     isWarning: true
+    controlShare: 0.65
 
     Rectangle {
         anchors.verticalCenter: parent.verticalCenter

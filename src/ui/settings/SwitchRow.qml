@@ -28,8 +28,8 @@ T.AbstractButton {
 
     Accessible.name: label
     Accessible.description: note
-    Accessible.onToggleAction: switched(!isOn)
-    Accessible.onPressAction: switched(!isOn)
+    Accessible.onToggleAction: if (enabled) switched(!isOn)
+    Accessible.onPressAction: if (enabled) switched(!isOn)
     Keys.onReturnPressed: switched(!isOn)
 
     Hairline { visible: root.y > 0 }

@@ -62,19 +62,20 @@ Rectangle {
             }
         }
     }
-    Card {
+    Rectangle {
         anchors {
             top: words.bottom; topMargin: 18; bottom: foot.top; bottomMargin: 18
             left: words.left; right: words.right
         }
-        clip: true
+        radius: 10
+        color: Look.colors.card
+        border { width: 1; color: Look.colors.line }
         visible: root.model.isOffer && root.updater.notes !== "" && height > 40
 
         Flickable {
             id: page
 
-            width: parent.width
-            height: parent.parent.height
+            anchors { fill: parent; margins: 1 }
             contentHeight: notes.height + 24
             boundsBehavior: Flickable.StopAtBounds
             clip: true
