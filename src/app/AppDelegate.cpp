@@ -82,32 +82,30 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                      .visibility = _visibility,
                      .bridge = AudioBridge::shared()})
     , _addresses(defaults)
-    , _onboarding({.defaults = defaults, .appearance = appearance},
-                  {.platform = platform,
-                   .service = _service,
-                   .audio = AudioBridge::shared(),
-                   .analytics = AnalyticsManager::shared(),
-                   .hasUsagePing = !_addresses.usagePing.isEmpty()})
-    , _settings({.defaults = defaults, .appearance = appearance},
-                {.pill = _visibility,
-                 .menu = MenuVisibilityManager::shared(),
-                 .menuStyle = MenuStyleManager::shared(),
-                 .widget = WidgetManager::shared(),
-                 .theme = ThemeManager::shared(),
-                 .audio = AudioBridge::shared(),
-                 .launch = LaunchAtLogin::shared(),
-                 .analytics = AnalyticsManager::shared(),
-                 .shortcuts = {.manager = KeyboardShortcutManager::shared(),
-                               .registered = GlobalShortcuts::shared(),
-                               .hotKeys = platform.hotKeys},
-                 .updater = UpdaterManager::shared,
-                 .keychain = platform.keychain,
-                 .workspace = platform.workspace,
-                 .addresses = _addresses,
-                 .spotify = SpotifyAuthManager::shared,
-                 .appleMusic = AppleMusicAuthManager::shared,
-                 .setUpPermissions = [this] { _onboarding.show(); }})
-    , _powerModes({.defaults = defaults, .appearance = appearance}, PowerModeManager::shared())
+    , _onboarding(windowDesktop(), {.platform = platform,
+                                    .service = _service,
+                                    .audio = AudioBridge::shared(),
+                                    .analytics = AnalyticsManager::shared(),
+                                    .hasUsagePing = !_addresses.usagePing.isEmpty()})
+    , _settings(windowDesktop(), {.pill = _visibility,
+                                  .menu = MenuVisibilityManager::shared(),
+                                  .menuStyle = MenuStyleManager::shared(),
+                                  .widget = WidgetManager::shared(),
+                                  .theme = ThemeManager::shared(),
+                                  .audio = AudioBridge::shared(),
+                                  .launch = LaunchAtLogin::shared(),
+                                  .analytics = AnalyticsManager::shared(),
+                                  .shortcuts = {.manager = KeyboardShortcutManager::shared(),
+                                                .registered = GlobalShortcuts::shared(),
+                                                .hotKeys = platform.hotKeys},
+                                  .updater = UpdaterManager::shared,
+                                  .keychain = platform.keychain,
+                                  .workspace = platform.workspace,
+                                  .addresses = _addresses,
+                                  .spotify = SpotifyAuthManager::shared,
+                                  .appleMusic = AppleMusicAuthManager::shared,
+                                  .setUpPermissions = [this] { _onboarding.show(); }})
+    , _powerModes(windowDesktop(), PowerModeManager::shared())
 {
     _contextMenu.commands.openSettings = [this] { _settings.show(); };
     _contextMenu.commands.openPowerModeSettings = [this] { _powerModes.show(); };
@@ -115,14 +113,21 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
 
 AppDelegate::~AppDelegate() = default;
 
+ProgramWindow::Desktop AppDelegate::windowDesktop()
+{
+    constexpr double goneSeconds = 1;
+    return {.defaults = _defaults, .appearance = _appearance, .closed = [this] {
+                _platform.runLoop.after(goneSeconds, this, [this] { Q_EMIT windowClosed(); });
+            }};
+}
+
 void AppDelegate::applicationDidFinishLaunching()
 {
     _launched = _platform.runLoop.uptime();
     dlog(QStringLiteral("Start: main menu"));
     _mainMenu = std::make_unique<MainMenu>();
     dlog(QStringLiteral("Start: updater"));
-    _updateWindow = std::make_unique<UpdateWindowController>(
-        ProgramWindow::Desktop{.defaults = _defaults, .appearance = _appearance}, UpdaterManager::shared());
+    _updateWindow = std::make_unique<UpdateWindowController>(windowDesktop(), UpdaterManager::shared());
     dlog(QStringLiteral("Start: usage ping"));
     AnalyticsManager::shared().pingIfNeeded();
     dlog(QStringLiteral("Start: audio capture"));

@@ -58,7 +58,12 @@ public:
     /// Brings the pill to the front.
     void activate();
 
+Q_SIGNALS:
+    /// One of the windows that come and go has gone, a while ago.
+    void windowClosed();
+
 private:
+    ProgramWindow::Desktop windowDesktop();
     void setup();
     void bindStatusItem();
     void handleHotKey(PellarShortcut shortcut);

@@ -42,6 +42,9 @@ ProgramWindow::~ProgramWindow()
         rememberPlace();
     }
     setSource({}); // the view goes before what it shows
+    if (_desktop.closed) {
+        _desktop.closed();
+    }
 }
 
 void ProgramWindow::setView(const QString& file, std::unique_ptr<QObject> model)

@@ -20,6 +20,7 @@ public:
     struct Desktop {
         UserDefaults& defaults;
         Appearance& appearance;
+        std::function<void()> closed = {}; ///< called when a window is about to be gone
     };
 
     struct Style {
