@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "accounts/AppleMusicAuthManager.h"
 #include "accounts/SpotifyAPI.h"
 #include "accounts/SpotifyAuthManager.h"
 #include "app/StatusHostingView.h"
@@ -230,13 +231,15 @@ void AppDelegate::setup()
     _statusItem->setView(_hosting.get());
     connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
-    setUpWidget();
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
     connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
     dlog(QStringLiteral("Start: hot keys"));
     GlobalShortcuts::shared().setupGlobalShortcuts();
+    dlog(QStringLiteral("Start: widget"));
+    setUpWidget();
+    dlog(QStringLiteral("Start: onboarding"));
     _onboarding.showIfNeeded();
 }
 
