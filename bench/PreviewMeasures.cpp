@@ -177,6 +177,7 @@ void PreviewMeasures::measureOpening()
 {
     constexpr int openings = 7;
     MemoryDefaults defaults;
+    defaults.setObject(QStringLiteral("pellar_onboarding_complete"), true);
     UserDefaults::setStandard(&defaults);
     const PlayerChoice casting(defaults);
     LinuxPlatform linux(casting);

@@ -268,6 +268,50 @@ void measureCovers(const PillWatch& pill)
     stop(program);
 }
 
+/// The settings window with each of its tabs in turn, and what is left of it when it is closed.
+void measureSettings(const PillWatch& pill)
+{
+    QProcess program;
+    if (!start(program, pill)) {
+        Table::row(QStringLiteral("resident memory, settings open"),
+                   QStringLiteral("the pill did not appear"), {});
+        return;
+    }
+    const ProcessMeter meter(program.processId());
+    const auto isOpen = [] {
+        return QProcess::execute(QStringLiteral("xdotool"),
+                                 {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                  QStringLiteral("--name"), QStringLiteral("^Settings")}) == 0;
+    };
+    const auto press = [](const QString& key) {
+        QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
+        QTest::qWait(400);
+    };
+    QTest::qWait(4000); // the start is over
+    const double before = meter.residentMegabytes();
+    double most = 0;
+    constexpr int rounds = 5; // from the second on nothing is to be added
+    for (int round = 0; round < rounds; ++round) {
+        QProcess::execute(QStringLiteral(PELLAR_PROGRAM), {QStringLiteral("--settings")});
+        if (!QTest::qWaitFor(isOpen)) {
+            Table::row(QStringLiteral("resident memory, settings open"),
+                       QStringLiteral("the window did not appear"), {});
+            return;
+        }
+        QTest::qWait(1000);
+        for (int tab = 0; tab < 5; ++tab) {
+            most = std::max(most, meter.residentMegabytes());
+            press(QStringLiteral("Down"));
+        }
+        press(QStringLiteral("Escape"));
+    }
+    QTest::qWait(3000);
+    Table::row(QStringLiteral("resident memory, settings open"), figure(most, "MB"), QStringLiteral("90 MB"),
+               QStringLiteral("before: %1, closed again: %2")
+                   .arg(figure(before, "MB"), figure(meter.residentMegabytes(), "MB")));
+    stop(program);
+}
+
 } // namespace
 
 /// Prints how fast and how small the program is. Has to run in a private desktop session.
@@ -306,6 +350,7 @@ int main(int argc, char** argv)
     measureFootprint(pill, program);
     stop(program);
     measureCovers(pill);
+    measureSettings(pill);
     CaptureMeasures::measureCapture(pill);
     PreviewMeasures::measureFootprint(pill);
     PreviewMeasures::measureOpening();

@@ -1,5 +1,6 @@
 #include "app/AppDelegate.h"
 
+#include "accounts/AppleMusicAuthManager.h"
 #include "accounts/SpotifyAPI.h"
 #include "accounts/SpotifyAuthManager.h"
 #include "app/StatusHostingView.h"
@@ -12,11 +13,14 @@
 #include "linux/desktop/MemoryFootprint.h"
 #include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
+#include "platform/HotKeys.h"
 #include "platform/Platform.h"
 #include "platform/RemoteRequests.h"
 #include "platform/StatusBar.h"
 #include "prefs/AnalyticsManager.h"
 #include "prefs/GlobalShortcuts.h"
+#include "prefs/KeyboardShortcutManager.h"
+#include "prefs/LaunchAtLogin.h"
 #include "prefs/MenuStyleManager.h"
 #include "prefs/MenuVisibilityManager.h"
 #include "prefs/PillVisibilityManager.h"
@@ -80,10 +84,45 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                      .power = PowerModeManager::shared(),
                      .visibility = _visibility,
                      .bridge = AudioBridge::shared()})
+    , _addresses(defaults)
+    , _onboarding(windowDesktop(), {.platform = platform,
+                                    .service = _service,
+                                    .audio = AudioBridge::shared(),
+                                    .analytics = AnalyticsManager::shared(),
+                                    .hasUsagePing = !_addresses.usagePing.isEmpty()})
+    , _settings(windowDesktop(), {.pill = _visibility,
+                                  .menu = MenuVisibilityManager::shared(),
+                                  .menuStyle = MenuStyleManager::shared(),
+                                  .widget = WidgetManager::shared(),
+                                  .theme = ThemeManager::shared(),
+                                  .audio = AudioBridge::shared(),
+                                  .launch = LaunchAtLogin::shared(),
+                                  .analytics = AnalyticsManager::shared(),
+                                  .shortcuts = {.manager = KeyboardShortcutManager::shared(),
+                                                .registered = GlobalShortcuts::shared(),
+                                                .hotKeys = platform.hotKeys},
+                                  .updater = UpdaterManager::shared,
+                                  .keychain = platform.keychain,
+                                  .workspace = platform.workspace,
+                                  .addresses = _addresses,
+                                  .spotify = SpotifyAuthManager::shared,
+                                  .appleMusic = AppleMusicAuthManager::shared,
+                                  .setUpPermissions = [this] { _onboarding.show(); }})
+    , _powerModes(windowDesktop(), PowerModeManager::shared())
 {
+    _contextMenu.commands.openSettings = [this] { _settings.show(); };
+    _contextMenu.commands.openPowerModeSettings = [this] { _powerModes.show(); };
 }
 
 AppDelegate::~AppDelegate() = default;
+
+ProgramWindow::Desktop AppDelegate::windowDesktop()
+{
+    constexpr double goneSeconds = 1;
+    return {.defaults = _defaults, .appearance = _appearance, .closed = [this] {
+                _platform.runLoop.after(goneSeconds, this, [this] { Q_EMIT windowClosed(); });
+            }};
+}
 
 void AppDelegate::applicationDidFinishLaunching()
 {
@@ -91,7 +130,7 @@ void AppDelegate::applicationDidFinishLaunching()
     dlog(QStringLiteral("Start: main menu"));
     _mainMenu = std::make_unique<MainMenu>();
     dlog(QStringLiteral("Start: updater"));
-    UpdaterManager::shared();
+    _updateWindow = std::make_unique<UpdateWindowController>(windowDesktop(), UpdaterManager::shared());
     dlog(QStringLiteral("Start: usage ping"));
     AnalyticsManager::shared().pingIfNeeded();
     dlog(QStringLiteral("Start: audio capture"));
@@ -200,6 +239,8 @@ void AppDelegate::setup()
 
     dlog(QStringLiteral("Start: widget"));
     setUpWidget();
+    dlog(QStringLiteral("Start: onboarding"));
+    _onboarding.showIfNeeded();
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);

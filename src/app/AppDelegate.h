@@ -9,6 +9,11 @@
 #include "audio/MediaKeys.h"
 #include "engine/NowPlayingService.h"
 #include "prefs/PellarShortcut.h"
+#include "prefs/ServiceAddresses.h"
+#include "ui/settings/OnboardingWindowController.h"
+#include "ui/settings/PowerModeSettingsWindowController.h"
+#include "ui/settings/SettingsWindowController.h"
+#include "ui/settings/UpdateWindowController.h"
 #include "ui/track/TrackModel.h"
 
 #include <QObject>
@@ -53,7 +58,12 @@ public:
     /// Brings the pill to the front.
     void activate();
 
+Q_SIGNALS:
+    /// One of the windows that come and go has gone, a while ago.
+    void windowClosed();
+
 private:
+    ProgramWindow::Desktop windowDesktop();
     void setup();
     void bindStatusItem();
     void handleHotKey(PellarShortcut shortcut);
@@ -85,6 +95,11 @@ private:
     NowPlayingService _service;
     ContextMenu _contextMenu;
     AudioCaptureSupervision _audioCapture;
+    ServiceAddresses _addresses;
+    OnboardingWindowController _onboarding;
+    SettingsWindowController _settings;
+    PowerModeSettingsWindowController _powerModes;
+    std::unique_ptr<UpdateWindowController> _updateWindow;
     std::unique_ptr<MainMenu> _mainMenu;
     Uptime _launched;
     std::unique_ptr<PillModel> _pill;

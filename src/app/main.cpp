@@ -94,6 +94,7 @@ int run(int argc, char** argv, std::optional<Request> request)
     }
     constexpr double startSeconds = 3;
     linux.ports().runLoop.after(startSeconds, &delegate, releaseReadOnlyPages);
+    QObject::connect(&delegate, &AppDelegate::windowClosed, releaseFreedMemory);
     return QApplication::exec();
 }
 

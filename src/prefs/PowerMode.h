@@ -11,3 +11,6 @@ struct Choices<PowerMode> {
                                                 {PowerMode::normal, "normal", "Normal"},
                                                 {PowerMode::powerUser, "powerUser", "Power User"}};
 };
+
+/// What the mode is for, in a sentence or two.
+QString summary(PowerMode mode);

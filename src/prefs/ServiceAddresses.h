@@ -13,11 +13,13 @@ struct ServiceAddresses {
     QString appleMusicWeb;
     QString lyrics;
     QString artworkSearch;
-
-    // Whole addresses, and empty by default: what there is no address for is off.
-    QString usagePing;
-    QString updateFeed; ///< else the build's
     QString spotifyAccounts;
     QString spotifyWebApi;
     QString musicKit;
+
+    // Whole addresses, and empty by default: what there is no address for is off.
+    QString usagePing;
+    QString updateFeed; ///< else the build's, as the next two
+    QString webSite;
+    QString support;
 };

@@ -39,7 +39,7 @@ public:
     Q_INVOKABLE void disable() { isEnabled = false; }
 
     /// The widget goes back to where a first one opens, and nothing is kept of where it was.
-    void resetPosition();
+    Q_INVOKABLE void resetPosition();
 
 Q_SIGNALS:
     void positionReset();

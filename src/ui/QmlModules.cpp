@@ -12,5 +12,6 @@ Q_IMPORT_QML_PLUGIN(Pellar_LyricsPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_PreviewPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_TrackPlugin)
 Q_IMPORT_QML_PLUGIN(Pellar_WidgetPlugin)
+Q_IMPORT_QML_PLUGIN(Pellar_SettingsPlugin)
 
 void importQmlModules() {}

@@ -70,6 +70,7 @@ private Q_SLOTS:
     void initTestCase()
     {
         QVERIFY(_mpv.start());
+        _defaults.setObject(u"pellar_onboarding_complete"_s, true);
         UserDefaults::setStandard(&_defaults);
         Platform::setCurrent(&_linux.ports());
         _program = std::make_unique<AppDelegate>(_linux.ports(), _defaults, _linux.appearance());

@@ -29,6 +29,7 @@ private Q_SLOTS:
         _defaults.setObject(u"com.orvalen.pellar.endpoint.artworkSearch"_s, u"http://127.0.0.1:1"_s);
         _defaults.setObject(u"com.orvalen.pellar.endpoint.lyrics"_s, _server.address());
         _server.answer("/api/get", {.body = R"({"syncedLyrics": "[00:01.00]First\n[00:30.00]Second"})"});
+        _defaults.setObject(u"pellar_onboarding_complete"_s, true);
         UserDefaults::setStandard(&_defaults);
         Platform::setCurrent(&_linux.ports());
         MenuStyleManager::shared().style = PellarMenuStyle::liquidGlass;

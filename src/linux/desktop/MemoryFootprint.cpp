@@ -69,3 +69,9 @@ void releaseReadOnlyPages()
 {
     dl_iterate_phdr(releaseObject, nullptr);
 }
+
+void releaseFreedMemory()
+{
+    malloc_trim(0);
+    releaseReadOnlyPages();
+}

@@ -8,3 +8,7 @@ void keepHeapSmall();
 /// Gives back the pages of programs and libraries that have been read, most of which only the start needs.
 /// What is needed again comes back from the system's file cache, page by page. Main thread, at any time.
 void releaseReadOnlyPages();
+
+/// The same, and what the allocator keeps of memory that has been freed. For when much of it has, as with a
+/// window.
+void releaseFreedMemory();

@@ -1,6 +1,7 @@
 #include "ui/controls/Symbol.h"
 
 #include "ui/controls/MenuSymbols.h"
+#include "ui/controls/WindowSymbols.h"
 
 #include <QTransform>
 
@@ -67,7 +68,8 @@ QPainterPath unitOutline(const QString& name)
     if (name == QStringLiteral("music.note")) {
         return note();
     }
-    return menuSymbol(name);
+    const QPainterPath ofMenu = menuSymbol(name);
+    return ofMenu.isEmpty() ? windowSymbol(name) : ofMenu;
 }
 
 } // namespace

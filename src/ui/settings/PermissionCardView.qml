@@ -1,0 +1,86 @@
+import QtQuick
+import QtQuick.Templates as T
+import Pellar.Controls
+import Pellar.Settings
+
+/// A card of the onboarding window.
+Card {
+    id: root
+
+    required property PermissionCard card
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: card.title
+    Accessible.description: card.isDone ? qsTr("Done. %1").arg(card.finding).trim() : card.finding
+
+    Item {
+        width: parent.width
+        implicitHeight: Math.max(64, words.height + 26)
+
+        SymbolTile {
+            x: 14
+            anchors.verticalCenter: parent.verticalCenter
+            width: 36
+            height: 36
+            symbol: root.card.symbol
+            tint: root.card.color
+        }
+        Column {
+            id: words
+
+            anchors {
+                left: parent.left; leftMargin: 64
+                right: end.left; rightMargin: 14
+                verticalCenter: parent.verticalCenter
+            }
+            spacing: 2
+
+            Text {
+                width: parent.width
+                text: root.card.title
+                color: Look.colors.text
+                font { pixelSize: 13; weight: Font.DemiBold }
+                wrapMode: Text.Wrap
+                Accessible.ignored: true
+            }
+            SmallText { width: parent.width; text: root.card.description }
+            SmallText {
+                width: parent.width
+                text: root.card.finding
+                font.pixelSize: 11
+                color: root.card.isDone ? Look.colors.good : Look.colors.dimmedText
+            }
+        }
+        Row {
+            id: end
+
+            readonly property bool hasChoice: root.card.kind === PermissionCard.choice
+
+            anchors { right: parent.right; rightMargin: 14; verticalCenter: parent.verticalCenter }
+            spacing: 8
+
+            Repeater {
+                model: end.hasChoice || !root.card.isDone ? root.card.actions : []
+                delegate: PushButton {
+                    required property string modelData
+                    required property int index
+
+                    text: modelData
+                    isProminent: root.card.chosen === index
+                    onClicked: root.card.act(index)
+                    spokenName: qsTr("%1: %2").arg(root.card.title).arg(modelData)
+                    Accessible.checkable: end.hasChoice
+                    Accessible.checked: isProminent
+                }
+            }
+            SymbolItem {
+                anchors.verticalCenter: parent.verticalCenter
+                width: 20
+                height: 20
+                name: "checkmark.circle.fill"
+                color: Look.colors.good
+                visible: root.card.isDone
+            }
+        }
+    }
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ui/settings/ProgramWindow.h"
+
+#include <QPointer>
+
+class UpdaterManager;
+
+/// The window of an update, from the user's question or the first offer to the end: it comes and goes by
+/// itself. Closing it puts an offer off, and ends anything else.
+class UpdateWindowController : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The updater outlives it.
+    UpdateWindowController(const ProgramWindow::Desktop& desktop, UpdaterManager& updater);
+    ~UpdateWindowController() override;
+
+private:
+    void follow();
+    void open();
+
+    ProgramWindow::Desktop _desktop;
+    UpdaterManager& _updater;
+    QPointer<ProgramWindow> _window;
+};

@@ -1,0 +1,247 @@
+#include "support/Command.h"
+#include "support/LoopbackServices.h"
+#include "support/Program.h"
+
+#include <QDir>
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString onboardingKey = u"pellar_onboarding_complete"_s;
+
+/// By way of the accessibility bus.
+void press(const QStringList& controls)
+{
+    const QString said =
+        output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), QStringList{u"press"_s} + controls);
+    QVERIFY2(said != u"?", qPrintable(controls.join(u", ")));
+}
+
+QString stateOf(const QString& control)
+{
+    return output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"state"_s, control});
+}
+
+QVariant stored(const QString& key)
+{
+    return PlistUserDefaults(PlistUserDefaults::defaultPath()).object(key);
+}
+
+/// "?" when there is no such window.
+QString place(const QString& title)
+{
+    return run(u"xdotool search --onlyvisible --name \"^%1$\" getwindowgeometry"_s.arg(title));
+}
+
+} // namespace
+
+/// Every control of the windows, operated as by a screen reader, and what it does at the far end.
+class WindowsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
+        run(u"dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus org.a11y.Bus.GetAddress"_s);
+        keepServicesToLoopback();
+        PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
+        defaults.setObject(u"pellar.menu.style"_s, u"liquidGlass"_s);
+        defaults.removeObject(onboardingKey);
+    }
+
+    /// Each choice counts as it is made; the window comes on the first start only.
+    void leadsThroughFirstStart()
+    {
+        start();
+        press({u"Live Audio Visualizer: Synthetic"_s});
+        QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_decided"_s), true);
+        QCOMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), false);
+        QVERIFY(!stored(onboardingKey).isValid());
+        press({u"Get Started"_s});
+        QTRY_COMPARE(stored(onboardingKey), true);
+        QTRY_COMPARE(place(u"Welcome to Pellar.*"_s), u"?"_s);
+        quit();
+        start();
+        openSettings();
+        QCOMPARE(place(u"Welcome to Pellar.*"_s), u"?"_s);
+        press({u"About"_s, u"Setup Permissions…"_s});
+        QTRY_VERIFY(place(u"Welcome to Pellar.*"_s) != u"?");
+        run(u"xdotool key Escape"_s);
+    }
+
+    void controlsReachSettings_data()
+    {
+        QTest::addColumn<QString>("tab");
+        QTest::addColumn<QVariant>("value");
+        const auto add = [](const char* tab, const QString& control, const QString& key,
+                            const QVariant& value) {
+            QTest::newRow(qPrintable(control + u'=' + key)) << QString::fromLatin1(tab) << value;
+        };
+        const auto toggles = [&add](const char* tab, const QString& keys,
+                                    const QMap<QString, QString>& rows) {
+            for (const auto& [control, key] : rows.toStdMap()) {
+                add(tab, control, keys + key, false);
+            }
+        };
+        toggles("Customization", u"pellar.pill.show"_s,
+                {{u"Album art"_s, u"AlbumArt"_s},
+                 {u"Visualizer"_s, u"Visualizer"_s},
+                 {u"Track title"_s, u"Title"_s},
+                 {u"Previous track button"_s, u"PrevButton"_s},
+                 {u"Next track button"_s, u"NextButton"_s}});
+        toggles("Customization", u"pellar.menu.show."_s,
+                {{u"Up Next"_s, u"upNext"_s},
+                 {u"Love / Suggest Less"_s, u"reactions"_s},
+                 {u"Power Mode"_s, u"powerMode"_s},
+                 {u"Audio Sources"_s, u"audioSources"_s},
+                 {u"Listening Stats"_s, u"stats"_s},
+                 {u"Recently Played"_s, u"recent"_s}});
+        toggles("Widget", u"pellar.widget."_s,
+                {{u"Artwork"_s, u"showArtwork"_s},
+                 {u"Title"_s, u"showTitle"_s},
+                 {u"Artist"_s, u"showArtist"_s},
+                 {u"Progress bar + timestamps"_s, u"showProgress"_s},
+                 {u"Transport buttons"_s, u"showTransport"_s},
+                 {u"Always on top"_s, u"alwaysOnTop"_s}});
+        for (const auto& theme :
+             {u"Album Art"_s, u"Classic"_s, u"Midnight"_s, u"Warmth"_s, u"Tide"_s, u"Dusk"_s}) {
+            QString raw = QString(theme).remove(u' ');
+            raw.front() = raw.front().toLower();
+            add("Customization", u"Theme>"_s + theme, u"pellar.theme.mode"_s, raw);
+        }
+        const QString style = u"Right-Click Menu Style>"_s;
+        add("Customization", style + u"Classic", u"pellar.menu.style"_s, u"classic"_s);
+        add("Customization", style + u"Liquid Glass", u"pellar.menu.style"_s, u"liquidGlass"_s);
+        add("Widget", u"Current lyric line"_s, u"pellar.widget.showLyric"_s, true);
+        add("General", u"Live audio capture"_s, u"com.orvalen.pellar.audio.live_visualizer_enabled"_s, true);
+    }
+
+    void controlsReachSettings()
+    {
+        QFETCH(QString, tab);
+        QFETCH(QVariant, value);
+        const QStringList words = QString::fromUtf8(QTest::currentDataTag()).split(u'=');
+        press({tab, words[0]});
+        QTRY_COMPARE(stored(words[1]), value);
+        QCOMPARE(stateOf(words[0]), value == false ? u"off"_s : u"on"_s);
+    }
+
+    void platformServices()
+    {
+        press({u"General"_s, u"Launch at login"_s, u"Send anonymous usage data"_s});
+        QTRY_COMPARE(stored(u"com.orvalen.pellar.analytics.optOut"_s), true);
+        QTRY_COMPARE(stateOf(u"Launch at login"_s), u"on"_s);
+        const QDir autostart(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/autostart");
+        QCOMPARE(autostart.entryList({u"*.desktop"_s}).size(), 1);
+        press({u"Launch at login"_s});
+        QTRY_COMPARE(stateOf(u"Launch at login"_s), u"off"_s);
+    }
+
+    void shortcutsAreRecorded()
+    {
+        const QString key = u"pellar.shortcut.playPause"_s;
+        const auto chord = [](qlonglong code, qlonglong modifiers) {
+            return QVariant(QVariantMap{{u"keyCode"_s, code}, {u"modifiers"_s, modifiers}});
+        };
+        press({u"General"_s, u"Play / Pause: Change"_s});
+        run(u"xdotool key k ctrl+alt+k"_s); // the first one is refused
+        QTRY_COMPARE(stored(key), chord(40, 0x1800));
+        press({u"Play / Pause: Change"_s});
+        run(u"xdotool key Escape ctrl+alt+j"_s);
+        press({u"Next Track: Disable"_s});
+        QTRY_COMPARE(stored(u"pellar.shortcut.nextTrack"_s), u"disabled"_s);
+        QCOMPARE(stored(key), chord(40, 0x1800));
+        press({u"Reset to Defaults"_s});
+        QTRY_COMPARE(stored(key), chord(49, 0x300));
+    }
+
+    /// What the last test has set shows in the pill and in the menu; what the menu sets shows in the window.
+    void surfacesAgree()
+    {
+        QTRY_VERIFY(place(u"Pellar"_s).contains(u"Geometry: 40x"));
+        press({u"Customization"_s, u"Track title"_s, u"Audio Sources"_s, u"Power Mode"_s});
+        QTRY_VERIFY(place(u"Pellar"_s).contains(u"Geometry: 101x"));
+        openMenu();
+        const QString rows = output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"tree"_s});
+        QVERIFY(rows.contains(u"menu item: 'Sleep Timer'") &&
+                !rows.contains(u"menu item: 'Listening Stats'"));
+        press({u"Pellar>Audio Sources"_s, u"Live Visualizer"_s});
+        press({u"General"_s});
+        QTRY_COMPARE(stateOf(u"Live audio capture"_s), u"off"_s);
+    }
+
+    void powerModes()
+    {
+        press({u"About"_s});
+        openMenu();
+        press({u"Power Mode (Normal)"_s, u"Power Mode Settings…"_s, u"Power Mode>Power User"_s,
+               u"Visualizer"_s});
+        const auto mode = [] {
+            const QByteArray json = stored(u"com.orvalen.pellar.power.settings.v1"_s).toByteArray();
+            return json.mid(json.indexOf("powerUser"));
+        };
+        QTRY_VERIFY(mode().contains("\"visualizerEnabled\":false,\"visualizerFPS\":30"));
+        press({u"Visualizer"_s, u"Visualizer refresh rate"_s, u"60 fps"_s});
+        QTRY_VERIFY(mode().contains("\"visualizerEnabled\":true,\"visualizerFPS\":60"));
+        press({u"Drift refresh interval"_s, u"2 seconds"_s});
+        QTRY_VERIFY(mode().contains("\"driftRefreshSeconds\":2,"));
+        press({u"Reset to Defaults"_s});
+        QTRY_VERIFY(
+            mode().contains("\"driftRefreshSeconds\":5,\"visualizerEnabled\":true,\"visualizerFPS\":30"));
+        run(u"xdotool key ctrl+w"_s);
+        QTRY_COMPARE(place(u"Power Modes.*"_s), u"?"_s);
+    }
+
+    /// There is one window, which comes back where it was left.
+    void remembersPlace()
+    {
+        const QString settings = u"Settings.*"_s;
+        run(u"xdotool search --onlyvisible --name ^Settings windowmove --sync 60 90"_s);
+        openSettings();
+        QString left; // where the frame's corner is at 60
+        QTRY_VERIFY((left = place(settings).section(u'\n', 1)).contains(u"Position: 6"));
+        run(u"xdotool key Escape"_s);
+        QTRY_COMPARE(place(settings), u"?"_s);
+        openSettings();
+        QTRY_COMPARE(place(settings).section(u'\n', 1), left);
+        run(u"xdotool key ctrl+q"_s);
+        QTRY_COMPARE(_program->state(), QProcess::NotRunning);
+        QCOMPARE(_program->exitCode(), 0);
+    }
+
+private:
+    void start()
+    {
+        _program = std::make_unique<Program>(QStringLiteral(PELLAR_PROGRAM));
+        QTRY_VERIFY_WITH_TIMEOUT(place(u"Pellar"_s) != u"?", 10000);
+    }
+
+    void quit()
+    {
+        _program->terminate();
+        QVERIFY(_program->waitForFinished());
+    }
+
+    void openMenu()
+    {
+        QTRY_COMPARE(place(u"Pellar Menu.*"_s), u"?"_s);
+        run(u"xdotool search --onlyvisible --name ^Pellar$ mousemove --window %1 20 4 click 3"_s);
+        QTRY_VERIFY(place(u"Pellar Menu.*"_s) != u"?");
+    }
+
+    void openSettings()
+    {
+        openMenu();
+        press({u"Settings…"_s});
+        QTRY_VERIFY(run(u"xdotool getwindowfocus getwindowname"_s).startsWith(u"Settings"));
+    }
+
+    std::unique_ptr<Program> _program;
+};
+
+QTEST_MAIN(WindowsTest)
+#include "windows_test.moc"
