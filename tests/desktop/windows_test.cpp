@@ -35,6 +35,12 @@ QString place(const QString& title)
     return run(u"xdotool search --onlyvisible --name \"^%1$\" getwindowgeometry"_s.arg(title));
 }
 
+/// A search fails, too, when a window goes while it is under way: two of them do not.
+bool isOpen(const QString& title)
+{
+    return place(title) != u"?" || place(title) != u"?";
+}
+
 } // namespace
 
 /// Every control of the windows, operated as by a screen reader, and what it does at the far end.
@@ -63,13 +69,13 @@ private Q_SLOTS:
         QVERIFY(!stored(onboardingKey).isValid());
         press({u"Get Started"_s});
         QTRY_COMPARE(stored(onboardingKey), true);
-        QTRY_COMPARE(place(u"Welcome to Pellar.*"_s), u"?"_s);
+        QTRY_VERIFY(!isOpen(u"Welcome to Pellar.*"_s));
         quit();
         start();
         openSettings();
-        QCOMPARE(place(u"Welcome to Pellar.*"_s), u"?"_s);
+        QVERIFY(!isOpen(u"Welcome to Pellar.*"_s));
         press({u"About"_s, u"Setup Permissions…"_s});
-        QTRY_VERIFY(place(u"Welcome to Pellar.*"_s) != u"?");
+        QTRY_VERIFY(isOpen(u"Welcome to Pellar.*"_s));
         run(u"xdotool key Escape"_s);
     }
 
@@ -193,19 +199,19 @@ private Q_SLOTS:
         QTRY_VERIFY(
             mode().contains("\"driftRefreshSeconds\":5,\"visualizerEnabled\":true,\"visualizerFPS\":30"));
         run(u"xdotool key ctrl+w"_s);
-        QTRY_COMPARE(place(u"Power Modes.*"_s), u"?"_s);
+        QTRY_VERIFY(!isOpen(u"Power Modes.*"_s));
     }
 
     /// There is one window, which comes back where it was left.
     void remembersPlace()
     {
         const QString settings = u"Settings.*"_s;
-        run(u"xdotool search --onlyvisible --name ^Settings windowmove --sync 60 90"_s);
+        QTRY_VERIFY(run(u"xdotool search --onlyvisible --name ^Settings windowmove 60 90"_s) != u"?");
         openSettings();
         QString left; // where the frame's corner is at 60
         QTRY_VERIFY((left = place(settings).section(u'\n', 1)).contains(u"Position: 6"));
         run(u"xdotool key Escape"_s);
-        QTRY_COMPARE(place(settings), u"?"_s);
+        QTRY_VERIFY(!isOpen(settings));
         openSettings();
         QTRY_COMPARE(place(settings).section(u'\n', 1), left);
         run(u"xdotool key ctrl+q"_s);
@@ -228,9 +234,9 @@ private:
 
     void openMenu()
     {
-        QTRY_COMPARE(place(u"Pellar Menu.*"_s), u"?"_s);
+        QTRY_VERIFY(!isOpen(u"Pellar Menu.*"_s));
         run(u"xdotool search --onlyvisible --name ^Pellar$ mousemove --window %1 20 4 click 3"_s);
-        QTRY_VERIFY(place(u"Pellar Menu.*"_s) != u"?");
+        QTRY_VERIFY(isOpen(u"Pellar Menu.*"_s));
     }
 
     void openSettings()

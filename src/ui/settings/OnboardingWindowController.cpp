@@ -35,7 +35,7 @@ void OnboardingWindowController::show()
         const ProgramWindow::Style style{
             .title = QCoreApplication::translate("OnboardingWindow", "Welcome to Pellar"),
             .placeKey = QStringLiteral("pellar.onboarding.frame"),
-            .size = {640, 810},
+            .size = {640, 880},
             .minimumSize = {480, 420}};
         _window = new ProgramWindow(_desktop, style);
         _window->onClose = [this] { _desktop.defaults.setObject(completeKey, true); };
