@@ -209,7 +209,7 @@ private Q_SLOTS:
         QTRY_VERIFY(run(u"xdotool search --onlyvisible --name ^Settings windowmove 60 90"_s) != u"?");
         openSettings();
         QString left; // where the frame's corner is at 60
-        QTRY_VERIFY((left = place(settings).section(u'\n', 1)).contains(u"Position: 6"));
+        QTRY_VERIFY_WITH_TIMEOUT((left = place(settings).section(u'\n', 1)).contains(u"Position: 6"), 15000);
         run(u"xdotool key Escape"_s);
         QTRY_VERIFY(!isOpen(settings));
         openSettings();
