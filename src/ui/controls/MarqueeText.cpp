@@ -13,7 +13,6 @@ namespace {
 
 constexpr int scrollRate = 30;       // frames per second: a point each
 constexpr double fadeWidth = 8;      // points
-constexpr int smallestSize = 9;      // pixels, of text that is shrunk
 constexpr double longestText = 3000; // points; players say anything
 
 /// Lets a side of what is painted vanish towards the edge; `strength` 0 leaves it.
@@ -76,8 +75,12 @@ void MarqueeText::relayout()
     _lineFont = font();
     _line = QFontMetricsF(_lineFont).elidedText(text().simplified(), Qt::ElideRight, longestText);
     _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
-    while (isShrunkToFit() && _textWidth > width() && _lineFont.pixelSize() > smallestSize) {
+    while (isShrunkToFit() && _textWidth > width() && _lineFont.pixelSize() > smallestSize()) {
         _lineFont.setPixelSize(_lineFont.pixelSize() - 1);
+        _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
+    }
+    if (_textWidth > width()) {
+        _lineFont = font();
         _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
     }
     setImplicitWidth(std::ceil(QFontMetricsF(_lineFont).horizontalAdvance(_line)));

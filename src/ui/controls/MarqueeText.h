@@ -19,6 +19,7 @@ class MarqueeText : public PixelItem
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(bool isActive READ isActive WRITE setActive NOTIFY isActiveChanged)
     Q_PROPERTY(bool isShrunkToFit READ isShrunkToFit WRITE setShrunkToFit NOTIFY isShrunkToFitChanged)
+    Q_PROPERTY(int smallestSize READ smallestSize WRITE setSmallestSize NOTIFY isShrunkToFitChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
@@ -34,6 +35,9 @@ public:
     /// Whether text that is a little too long is set in a smaller size instead.
     bool isShrunkToFit() const { return _isShrunkToFit; }
     void setShrunkToFit(bool shrunk) { _isShrunkToFit = shrunk; }
+    /// Down to this many pixels; what does not fit then keeps its size.
+    int smallestSize() const { return _smallestSize; }
+    void setSmallestSize(int size) { _smallestSize = size; }
     QColor color() const { return _color; }
     void setColor(const QColor& color) { _color = color; }
     QFont font() const { return _font; }
@@ -75,5 +79,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isShrunkToFit, false,
                                          &MarqueeText::isShrunkToFitChanged)
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QColor, _color, &MarqueeText::colorChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, int, _smallestSize, 9,
+                                         &MarqueeText::isShrunkToFitChanged)
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QFont, _font, &MarqueeText::fontChanged)
 };

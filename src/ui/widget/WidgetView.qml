@@ -110,6 +110,7 @@ Item {
         frame: root.parts.lyric
         isCentred: true
         isShrunkToFit: true // rather than scrolled, in the moment that a line lasts
+        smallestSize: 11
         text: root.words
         color: root.lyrics.isSynced ? root.track.colors.text : root.track.colors.dimmedText
         font { pixelSize: 13; weight: root.lyrics.isSynced ? Font.DemiBold : Font.Normal }
