@@ -119,7 +119,7 @@ public:
     /// Opens the preview, or closes it, by a long press beside the pill's buttons.
     static void toggle()
     {
-        run(QStringLiteral("xdotool mousemove 985 14 mousedown 1 sleep 0.5 mouseup 1 sleep 0.6"));
+        run(QStringLiteral("xdotool mousemove 985 14 mousedown 1 sleep 0.8 mouseup 1 sleep 0.6"));
     }
 
     ProcessMeter meter() const { return ProcessMeter(_program.processId()); }
