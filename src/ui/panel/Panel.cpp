@@ -212,9 +212,9 @@ void Panel::setFrame(const PanelFrame& frame)
                       static_cast<int>(std::lround(frame.rect.width())),
                       std::max(1, static_cast<int>(std::lround(frame.rect.height()))));
     const QRect window = panel.adjusted(-margin, -margin, margin, margin);
+    _view->setGeometry(QRect(window.topLeft(), paintedWindowSize(window.size(), _view->devicePixelRatio())));
     _paneSize = panel.size();
     Q_EMIT paneSizeChanged();
-    _view->setGeometry(QRect(window.topLeft(), paintedWindowSize(window.size(), _view->devicePixelRatio())));
     _view->setColor(isBlended() ? Qt::transparent : glass().bottom); // behind the smooth edges of the corners
     _view->setOpacity(frame.opacity);
     _view->setMask(isBlended() ? QRegion() : roundedRegion(panel.size(), cornerRadius()));

@@ -105,8 +105,6 @@ Item {
         track: root.track
     }
     Line {
-        id: lyric
-
         frame: root.parts.lyric
         isCentred: true
         isShrunkToFit: true // rather than scrolled, in the moment that a line lasts
@@ -114,17 +112,6 @@ Item {
         text: root.words
         color: root.lyrics.isSynced ? root.track.colors.text : root.track.colors.dimmedText
         font { pixelSize: 13; weight: root.lyrics.isSynced ? Font.DemiBold : Font.Normal }
-        onTextChanged: fade.restart()
-
-        NumberAnimation {
-            id: fade
-
-            target: lyric
-            property: "opacity"
-            from: 0
-            to: 1
-            duration: 200
-        }
     }
     CloseButton {
         id: close
