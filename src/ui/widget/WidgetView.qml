@@ -124,11 +124,10 @@ Item {
 
     component Line: MarqueeText {
         required property rect frame
-        property bool isCentred: false
 
-        x: isCentred ? frame.x + (frame.width - width) / 2 : frame.x
+        x: frame.x
         y: frame.y
-        width: isCentred ? Math.min(frame.width, implicitWidth) : frame.width
+        width: frame.width
         height: frame.height
         visible: height > 0
         isActive: root.track.isTitleActive
