@@ -71,12 +71,14 @@ Item {
         radius: Math.min(14, Math.round(width / 7))
     }
     Line {
+        track: root.track
         frame: root.parts.title
         text: root.track.title
         color: root.track.colors.text
         font { pixelSize: Math.max(1, root.parts.titleSize); weight: Font.Bold }
     }
     Line {
+        track: root.track
         frame: root.parts.artist
         text: root.track.artist
         color: root.track.colors.dimmedText
@@ -105,6 +107,7 @@ Item {
         track: root.track
     }
     Line {
+        track: root.track
         frame: root.parts.lyric
         isCentred: true
         isShrunkToFit: true // rather than scrolled, in the moment that a line lasts
@@ -123,6 +126,7 @@ Item {
     }
 
     component Line: MarqueeText {
+        required property TrackModel track
         required property rect frame
 
         x: frame.x
@@ -130,8 +134,8 @@ Item {
         width: frame.width
         height: frame.height
         visible: height > 0
-        isActive: root.track.isTitleActive
-        clock: root.track.clock
+        isActive: track.isTitleActive
+        clock: track.clock
 
         Accessible.role: Accessible.StaticText
         Accessible.name: text
