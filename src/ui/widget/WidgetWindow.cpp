@@ -8,8 +8,8 @@
 #include "ui/lyrics/LyricsModel.h"
 #include "ui/widget/WidgetPlacement.h"
 
-#include <QCursor>
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QStyleHints>
 
@@ -191,6 +191,16 @@ void WidgetWindow::resetPosition()
     });
 }
 
+/// Where the pointer is on the screen is not to be had from the view.
+bool WidgetWindow::event(QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseMove ||
+        event->type() == QEvent::MouseButtonRelease) {
+        _pointer = static_cast<QMouseEvent*>(event)->globalPosition();
+    }
+    return QQuickView::event(event);
+}
+
 void WidgetWindow::setOverButton(bool isOver)
 {
     _of.manager.allowWindowDrag = !isOver;
@@ -200,7 +210,7 @@ void WidgetWindow::press(QPointF point)
 {
     if (_of.manager.allowWindowDrag) {
         _drag = Drag{.edges = WidgetPlacement::edgesAt(point, size()),
-                     .start = QCursor::pos(),
+                     .start = _pointer,
                      .frame = _of.windows.frame(*this)};
     }
 }
@@ -211,7 +221,7 @@ void WidgetWindow::drag()
     if (!_drag) {
         return;
     }
-    const QPointF way = QCursor::pos() - _drag->start;
+    const QPointF way = _pointer - _drag->start;
     const bool isFirst = _drag->frame == _of.windows.frame(*this);
     if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2) {
         return;
