@@ -21,6 +21,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -38,7 +39,7 @@ QQuickWindow* windowNamed(const QString& title)
     return nullptr;
 }
 
-/// The seconds since the press at which frames of the preview were drawn, for one opening.
+/// The seconds since the press at which the preview was first drawn at each of its heights, for one opening.
 class Opening : public QObject
 {
 public:
@@ -65,14 +66,18 @@ private:
         } else if (event->type() == QEvent::Expose && window != nullptr && window != _watched &&
                    window->title() == QStringLiteral("Pellar Preview")) {
             _watched = window;
-            connect(window, &QQuickWindow::frameSwapped, this,
-                    [this] { frames << static_cast<double>(_sincePress.nsecsElapsed()) / 1e9; });
+            connect(window, &QQuickWindow::frameSwapped, this, [this] {
+                if (_watched->height() != std::exchange(_height, _watched->height())) {
+                    frames << static_cast<double>(_sincePress.nsecsElapsed()) / 1e9;
+                }
+            });
         }
         return false;
     }
 
     QElapsedTimer _sincePress;
     QQuickWindow* _watched = nullptr;
+    int _height = 0;
 };
 
 QString figure(double value, const char* unit, int decimals = 0)
@@ -119,7 +124,7 @@ public:
     /// Opens the preview, or closes it, by a long press beside the pill's buttons.
     static void toggle()
     {
-        run(QStringLiteral("xdotool mousemove 985 14 mousedown 1 sleep 0.5 mouseup 1 sleep 0.6"));
+        run(QStringLiteral("xdotool mousemove 985 14 mousedown 1 sleep 0.8 mouseup 1 sleep 0.6"));
     }
 
     ProcessMeter meter() const { return ProcessMeter(_program.processId()); }

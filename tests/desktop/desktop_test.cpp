@@ -155,7 +155,13 @@ private Q_SLOTS:
         QTRY_VERIFY(isIdle(_layout.playButton));
         click(_layout.title);
         const QString hold = u"mousedown 1 sleep 0.6 mouseup 1 mousemove 5 500"_s; // a long press
+        const auto isPreviewOpen = [] {
+            return xdotool(u"search --onlyvisible --name ^Pellar.Preview$"_s) != u"?";
+        };
         pointAt(_layout.title, hold);
+        QTRY_VERIFY(isPreviewOpen());
+        xdotool(u"key Escape"_s);
+        QTRY_VERIFY(!isPreviewOpen());
         const QString title = RealPlayer::metadata(u"title"_s);
         click(_layout.playButton);
         QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);

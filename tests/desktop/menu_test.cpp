@@ -154,7 +154,7 @@ private Q_SLOTS:
                 QRegularExpression(u"KeyPress event.*\\n.*\\n.*keysym 0x\\w+, %1\\)"_s.arg(key)));
         };
         run(u"xdotool search --sync --name ^Event.Tester$ windowfocus --sync"_s);
-        for (const auto& keys : {u"c Escape"_s, u"c Down Return"_s}) { // away, and a row chosen
+        for (const auto& keys : {u"c Escape"_s, u"c Down Down Return"_s}) { // away, and a row chosen
             open();
             heard.clear();
             run(u"xdotool key "_s + keys);

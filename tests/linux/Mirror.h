@@ -94,12 +94,17 @@ struct Mirror {
                    .workspace = workspace,
                    .power = desktop.power,
                    .pasteboard = desktop.pasteboard,
+                   .keychain = desktop.keychain,
                    .statusBar = desktop.statusBar,
                    .floatingWindows = desktop.floatingWindows,
+                   .appearance = desktop.appearance,
                    .audioHardware = desktop.audioHardware,
                    .eventTaps = desktop.eventTaps,
                    .mediaPlayers = roster,
                    .haptics = desktop.haptics,
+                   .hotKeys = desktop.hotKeys,
+                   .loginItem = desktop.loginItem,
+                   .remoteRequests = desktop.remoteRequests,
                    .distributedNotifications = desktop.distributedNotifications,
                    .notifications = desktop.notifications};
     QObject observer;

@@ -13,7 +13,6 @@ namespace {
 
 constexpr int scrollRate = 30;       // frames per second: a point each
 constexpr double fadeWidth = 8;      // points
-constexpr int smallestSize = 9;      // pixels, of text that is shrunk
 constexpr double longestText = 3000; // points; players say anything
 
 /// Lets a side of what is painted vanish towards the edge; `strength` 0 leaves it.
@@ -36,6 +35,7 @@ MarqueeText::MarqueeText(QQuickItem* parent) : PixelItem(parent)
     connect(this, &MarqueeText::fontChanged, this, &MarqueeText::relayout);
     connect(this, &MarqueeText::isShrunkToFitChanged, this, &MarqueeText::relayout);
     connect(this, &MarqueeText::isActiveChanged, this, &MarqueeText::restart);
+    connect(this, &MarqueeText::isCentredChanged, this, [this] { update(); });
     connect(this, &MarqueeText::colorChanged, this, [this] {
         _label = QImage();
         update();
@@ -76,11 +76,14 @@ void MarqueeText::relayout()
     _lineFont = font();
     _line = QFontMetricsF(_lineFont).elidedText(text().simplified(), Qt::ElideRight, longestText);
     _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
-    while (isShrunkToFit() && _textWidth > width() && _lineFont.pixelSize() > smallestSize) {
+    while (isShrunkToFit() && _textWidth > width() && _lineFont.pixelSize() > smallestSize()) {
         _lineFont.setPixelSize(_lineFont.pixelSize() - 1);
         _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
     }
-    setImplicitWidth(std::ceil(QFontMetricsF(_lineFont).horizontalAdvance(_line)));
+    if (_textWidth > width()) {
+        _lineFont = font();
+        _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
+    }
     _label = QImage();
     restart();
 }
@@ -143,7 +146,10 @@ void MarqueeText::paint(QPainter& painter, QSize size, double scale)
     const bool isMirrored = _line.isRightToLeft();
     const double turn = std::round((_textWidth + Marquee::gap) * scale);
     _drawnOffset = pixelOffset(scale);
-    const double start = isMirrored ? size.width() - _label.width() - _drawnOffset : _drawnOffset;
+    const double room = size.width() - _label.width();
+    const double start = isCentred() && room > 0 ? std::floor(room / 2)
+                         : isMirrored            ? room - _drawnOffset
+                                                 : _drawnOffset;
     painter.drawImage(QPointF(start, 0), _label);
     if (_drawnOffset != 0) {
         painter.drawImage(QPointF(isMirrored ? start - turn : start + turn, 0), _label);

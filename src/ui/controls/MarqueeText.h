@@ -10,8 +10,7 @@
 #include <QProperty>
 
 /// One line of text. What does not fit its field fades out at the edge and, while active, scrolls through the
-/// field; text that is written from right to left lies at the right and scrolls to the right. Its implicit
-/// width is that of the whole text.
+/// field; text that is written from right to left lies at the right and scrolls to the right.
 class MarqueeText : public PixelItem
 {
     Q_OBJECT
@@ -19,6 +18,8 @@ class MarqueeText : public PixelItem
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
     Q_PROPERTY(bool isActive READ isActive WRITE setActive NOTIFY isActiveChanged)
     Q_PROPERTY(bool isShrunkToFit READ isShrunkToFit WRITE setShrunkToFit NOTIFY isShrunkToFitChanged)
+    Q_PROPERTY(int smallestSize READ smallestSize WRITE setSmallestSize NOTIFY isShrunkToFitChanged)
+    Q_PROPERTY(bool isCentred READ isCentred WRITE setCentred NOTIFY isCentredChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
@@ -34,6 +35,12 @@ public:
     /// Whether text that is a little too long is set in a smaller size instead.
     bool isShrunkToFit() const { return _isShrunkToFit; }
     void setShrunkToFit(bool shrunk) { _isShrunkToFit = shrunk; }
+    /// Down to this many pixels; what does not fit then keeps its size.
+    int smallestSize() const { return _smallestSize; }
+    void setSmallestSize(int size) { _smallestSize = size; }
+    /// Whether text that leaves room in its field lies in the middle of that.
+    bool isCentred() const { return _isCentred; }
+    void setCentred(bool isCentred) { _isCentred = isCentred; }
     QColor color() const { return _color; }
     void setColor(const QColor& color) { _color = color; }
     QFont font() const { return _font; }
@@ -45,6 +52,7 @@ Q_SIGNALS:
     void textChanged();
     void isActiveChanged();
     void isShrunkToFitChanged();
+    void isCentredChanged();
     void colorChanged();
     void fontChanged();
     void clockChanged();
@@ -74,6 +82,9 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isActive, false, &MarqueeText::isActiveChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isShrunkToFit, false,
                                          &MarqueeText::isShrunkToFitChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isCentred, false, &MarqueeText::isCentredChanged)
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QColor, _color, &MarqueeText::colorChanged)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, int, _smallestSize, 9,
+                                         &MarqueeText::isShrunkToFitChanged)
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QFont, _font, &MarqueeText::fontChanged)
 };

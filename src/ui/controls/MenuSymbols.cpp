@@ -1,6 +1,7 @@
 #include "ui/controls/MenuSymbols.h"
 
 #include <QPainterPathStroker>
+#include <QTransform>
 
 namespace {
 
@@ -81,7 +82,9 @@ QPainterPath closingDisc()
     disc.addEllipse(QPointF(0.5, 0.5), 0.5, 0.5);
     const QPainterPath cross = drawn(polyline({{0.33, 0.33}, {0.67, 0.67}}), 0.1)
                                    .united(drawn(polyline({{0.67, 0.33}, {0.33, 0.67}}), 0.1));
-    return disc.subtracted(cross);
+    // Curves are flattened to fractions of the unit as paths are subtracted.
+    const QTransform larger = QTransform::fromScale(1000, 1000);
+    return larger.inverted().map(larger.map(disc).subtracted(larger.map(cross)));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "platform/Appearance.h"
 #include "platform/StatusBar.h"
+#include "ui/controls/PaintedWindowSize.h"
 #include "ui/controls/RoundedRegion.h"
 
 #include <QGuiApplication>
@@ -210,7 +211,11 @@ void Panel::setFrame(const PanelFrame& frame)
                       static_cast<int>(std::lround(frame.rect.top())),
                       static_cast<int>(std::lround(frame.rect.width())),
                       std::max(1, static_cast<int>(std::lround(frame.rect.height()))));
-    _view->setGeometry(panel.adjusted(-margin, -margin, margin, margin));
+    const QRect window = panel.adjusted(-margin, -margin, margin, margin);
+    _view->setGeometry(QRect(window.topLeft(), paintedWindowSize(window.size(), _view->devicePixelRatio())));
+    _paneSize = panel.size();
+    Q_EMIT paneSizeChanged();
+    _view->setColor(isBlended() ? Qt::transparent : glass().bottom); // behind the smooth edges of the corners
     _view->setOpacity(frame.opacity);
     _view->setMask(isBlended() ? QRegion() : roundedRegion(panel.size(), cornerRadius()));
 }

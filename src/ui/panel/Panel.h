@@ -30,6 +30,7 @@ class Panel : public QObject
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
     Q_PROPERTY(QSizeF openSize READ openSize NOTIFY openSizeChanged)
+    Q_PROPERTY(QSizeF paneSize READ paneSize NOTIFY paneSizeChanged)
     Q_PROPERTY(GlassColors glass READ glass NOTIFY appearanceChanged)
     Q_PROPERTY(double shadowExtent READ shadowExtent NOTIFY appearanceChanged)
     Q_PROPERTY(double cornerRadius READ cornerRadius CONSTANT)
@@ -62,6 +63,9 @@ public:
     /// The size of the panel once it has unfolded, in points: that of its view, as far as there is room.
     QSizeF openSize() const { return _open.rect.size(); }
 
+    /// The size of the panel now, in points.
+    QSizeF paneSize() const { return _paneSize; }
+
     bool isDark() const;
     /// Whether what is below the panel shines through it.
     bool isBlended() const;
@@ -74,6 +78,7 @@ public:
 
 Q_SIGNALS:
     void openSizeChanged();
+    void paneSizeChanged();
     void appearanceChanged();
 
 protected:
@@ -103,6 +108,7 @@ private:
     std::unique_ptr<QQuickView> _view;
     PanelFrame _open;  ///< unfolded
     PanelFrame _frame; ///< on screen now
+    QSize _paneSize;   ///< of that, in whole points
     std::unique_ptr<RunLoop::Timer> _animation;
     std::unique_ptr<KeyboardClaim> _keyboard;
     bool _isEntering = false;

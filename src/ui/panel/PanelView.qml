@@ -12,7 +12,10 @@ Item {
     property alias backdrop: behind.data
 
     GlassPane {
-        anchors.fill: parent
+        id: pane
+
+        width: root.panel.paneSize.width + 2 * shadowExtent
+        height: root.panel.paneSize.height + 2 * shadowExtent
         colors: root.panel.glass
         shadowExtent: root.panel.shadowExtent
         radius: root.panel.cornerRadius
@@ -20,10 +23,10 @@ Item {
     Item {
         id: behind
 
-        anchors { fill: parent; margins: root.panel.shadowExtent + 1 }
+        anchors { fill: pane; margins: root.panel.shadowExtent + 1 }
     }
     Item { // what has not unfolded yet is cut off
-        anchors { fill: parent; margins: root.panel.shadowExtent }
+        anchors { fill: pane; margins: root.panel.shadowExtent }
         clip: true
 
         Item {

@@ -50,12 +50,13 @@ PanelView {
     MarqueeText {
         id: title
 
-        anchors.horizontalCenter: parent.horizontalCenter
+        x: root.margin
         y: cover.y + cover.height + 20
-        width: Math.min(implicitWidth, parent.width - 2 * root.margin)
+        width: parent.width - 2 * x
         height: 28
         text: root.track.title
         isActive: root.track.isTitleActive
+        isCentred: true
         clock: root.track.clock
         color: root.track.colors.text
         font { pixelSize: 19; weight: Font.Bold }
@@ -66,12 +67,13 @@ PanelView {
     MarqueeText {
         id: byline
 
-        anchors.horizontalCenter: parent.horizontalCenter
+        x: root.margin
         y: title.y + title.height
-        width: Math.min(implicitWidth, parent.width - 2 * root.margin)
+        width: parent.width - 2 * x
         height: 22
         text: root.track.byline
         isActive: root.track.isTitleActive
+        isCentred: true
         clock: root.track.clock
         color: root.track.colors.dimmedText
         font.pixelSize: 14

@@ -27,11 +27,15 @@ Item {
     Plate {
         id: back
 
+        track: root.track
+        radius: root.radius
         visible: fade.running
     }
     Plate {
         id: front
 
+        track: root.track
+        radius: root.radius
         Component.onCompleted: image = root.track.artwork
     }
     NumberAnimation {
@@ -53,10 +57,11 @@ Item {
     }
 
     component Plate: ArtworkView {
+        required property TrackModel track
+
         anchors.fill: parent
-        radius: root.radius
-        plate: root.track.colors.plate
-        symbolColor: root.track.colors.track
+        plate: track.colors.plate
+        symbolColor: track.colors.track
         symbolPart: 0.4
     }
 }

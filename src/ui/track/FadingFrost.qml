@@ -22,11 +22,17 @@ Item {
     Pane {
         id: back
 
+        track: root.track
+        fullSize: root.fullSize
+        radius: root.radius
         visible: fade.running
     }
     Pane {
         id: front
 
+        track: root.track
+        fullSize: root.fullSize
+        radius: root.radius
         Component.onCompleted: picture = root.track.backdrop
     }
     NumberAnimation {
@@ -42,9 +48,9 @@ Item {
     }
 
     component Pane: FrostedPane {
+        required property TrackModel track
+
         anchors.fill: parent
-        fullSize: root.fullSize
-        radius: root.radius
-        sheen: root.track.colors.sheen
+        sheen: track.colors.sheen
     }
 }

@@ -110,8 +110,8 @@ private:
 
     Dependencies _of;
     std::unique_ptr<RunLoop::Timer> _second; ///< until the next second of the track
-    bool _isDressing = false; ///< a look is being made
-    bool _isOutdated = false; ///< and it is not the one that is wanted any more
+    bool _isDressing = false;                ///< a look is being made
+    bool _isOutdated = false;                ///< and it is not the one that is wanted any more
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _title, &TrackModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _artist, &TrackModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _album, &TrackModel::contentChanged)

@@ -14,7 +14,8 @@ constexpr double leastMain = 34;  // of the row of cover, title and artist
 constexpr double progressHeight = 28;
 constexpr double transportHeight = 28;
 constexpr double lyricHeight = 22;
-constexpr double textGap = 12; // between the cover and the texts
+constexpr double textGap = 12;   // between the cover and the texts
+constexpr double closeRoom = 10; // right of the texts, for the button in the corner
 
 bool hasText(const WidgetElements& elements)
 {
@@ -71,6 +72,7 @@ void layOutMain(WidgetLayout& layout, const WidgetElements& elements, const QRec
         }
         texts.setLeft(row.left() + side + textGap);
     }
+    texts.setRight(row.right() - closeRoom);
     layout.titleSize = static_cast<int>(std::clamp(row.height() * 0.22, 14.0, 24.0));
     layout.artistSize = static_cast<int>(std::clamp(row.height() * 0.17, 12.0, 17.0));
     const double title = elements.title ? std::ceil(layout.titleSize * 1.45) : 0;

@@ -71,12 +71,14 @@ Item {
         radius: Math.min(14, Math.round(width / 7))
     }
     Line {
+        track: root.track
         frame: root.parts.title
         text: root.track.title
         color: root.track.colors.text
         font { pixelSize: Math.max(1, root.parts.titleSize); weight: Font.Bold }
     }
     Line {
+        track: root.track
         frame: root.parts.artist
         text: root.track.artist
         color: root.track.colors.dimmedText
@@ -105,25 +107,14 @@ Item {
         track: root.track
     }
     Line {
-        id: lyric
-
+        track: root.track
         frame: root.parts.lyric
         isCentred: true
         isShrunkToFit: true // rather than scrolled, in the moment that a line lasts
+        smallestSize: 11
         text: root.words
         color: root.lyrics.isSynced ? root.track.colors.text : root.track.colors.dimmedText
         font { pixelSize: 13; weight: root.lyrics.isSynced ? Font.DemiBold : Font.Normal }
-        onTextChanged: fade.restart()
-
-        NumberAnimation {
-            id: fade
-
-            target: lyric
-            property: "opacity"
-            from: 0
-            to: 1
-            duration: 200
-        }
     }
     CloseButton {
         id: close
@@ -135,16 +126,16 @@ Item {
     }
 
     component Line: MarqueeText {
+        required property TrackModel track
         required property rect frame
-        property bool isCentred: false
 
-        x: isCentred ? frame.x + (frame.width - width) / 2 : frame.x
+        x: frame.x
         y: frame.y
-        width: isCentred ? Math.min(frame.width, implicitWidth) : frame.width
+        width: frame.width
         height: frame.height
         visible: height > 0
-        isActive: root.track.isTitleActive
-        clock: root.track.clock
+        isActive: track.isTitleActive
+        clock: track.clock
 
         Accessible.role: Accessible.StaticText
         Accessible.name: text

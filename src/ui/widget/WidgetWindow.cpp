@@ -8,8 +8,8 @@
 #include "ui/lyrics/LyricsModel.h"
 #include "ui/widget/WidgetPlacement.h"
 
-#include <QCursor>
 #include <QGuiApplication>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QStyleHints>
 
@@ -95,6 +95,7 @@ void WidgetWindow::present()
     }
     connect(&_of.manager, &WidgetManager::positionReset, this, &WidgetWindow::resetPosition);
     connect(&_of.bar, &StatusBar::compositingChanged, this, &WidgetWindow::cutCorners);
+    connect(&_track, &TrackModel::lookChanged, this, &WidgetWindow::cutCorners);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &WidgetWindow::followScreens);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, &WidgetWindow::watchScreen);
     const auto screens = QGuiApplication::screens();
@@ -141,9 +142,13 @@ void WidgetWindow::persistFrame()
                                                  {QStringLiteral("h"), frame.height()}});
 }
 
+/// On a scaled screen of a size that is whole in pixels, too, so that all of it is painted.
 void WidgetWindow::place(const QRectF& frame)
 {
-    _of.windows.place(*this, frame);
+    constexpr double step = 4; // points: what scales by quarters makes whole pixels of
+    const bool isScaled = devicePixelRatio() != std::floor(devicePixelRatio());
+    const auto whole = [isScaled](double side) { return isScaled ? std::round(side / step) * step : side; };
+    _of.windows.place(*this, {frame.topLeft(), QSizeF(whole(frame.width()), whole(frame.height()))});
 }
 
 void WidgetWindow::watchScreen(QScreen* screen)
@@ -186,6 +191,16 @@ void WidgetWindow::resetPosition()
     });
 }
 
+/// Where the pointer is on the screen is not to be had from the view.
+bool WidgetWindow::event(QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseMove ||
+        event->type() == QEvent::MouseButtonRelease) {
+        _pointer = static_cast<QMouseEvent*>(event)->globalPosition();
+    }
+    return QQuickView::event(event);
+}
+
 void WidgetWindow::setOverButton(bool isOver)
 {
     _of.manager.allowWindowDrag = !isOver;
@@ -195,7 +210,7 @@ void WidgetWindow::press(QPointF point)
 {
     if (_of.manager.allowWindowDrag) {
         _drag = Drag{.edges = WidgetPlacement::edgesAt(point, size()),
-                     .start = QCursor::pos(),
+                     .start = _pointer,
                      .frame = _of.windows.frame(*this)};
     }
 }
@@ -206,7 +221,7 @@ void WidgetWindow::drag()
     if (!_drag) {
         return;
     }
-    const QPointF way = QCursor::pos() - _drag->start;
+    const QPointF way = _pointer - _drag->start;
     const bool isFirst = _drag->frame == _of.windows.frame(*this);
     if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2) {
         return;
@@ -264,5 +279,8 @@ Qt::CursorShape WidgetWindow::cursorAt(QPointF point) const
 
 void WidgetWindow::cutCorners()
 {
-    setMask(_of.bar.isComposited() ? QRegion() : roundedRegion(size(), corner));
+    const bool isBlended = _of.bar.isComposited();
+    setMask(isBlended ? QRegion() : roundedRegion(size(), corner));
+    // Behind the smooth edges of the corners.
+    setColor(isBlended ? Qt::transparent : _track.backdrop().pixelColor(0, _track.backdrop().height() - 1));
 }

@@ -58,6 +58,9 @@ public:
 Q_SIGNALS:
     void layoutChanged();
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
     /// A drag on the background.
     struct Drag {
@@ -79,6 +82,7 @@ private:
     Dependencies _of;
     TrackModel _track;
     std::optional<Drag> _drag;
+    QPointF _pointer; ///< on the screen
     std::optional<QRectF> _rescued; ///< where it lies because the screen that it was on has gone
     std::unique_ptr<RunLoop::Timer> _animation;
     QProperty<QSizeF> _size;
