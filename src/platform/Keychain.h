@@ -33,7 +33,8 @@ public:
     virtual void read(const Item& item, QObject* context, Reader reader) = 0;
 
     /// Removes what is stored for the item, then adds the secret.
-    virtual void write(const Item& item, const QByteArray& secret, QObject* context, Completion completion) = 0;
+    virtual void write(const Item& item, const QByteArray& secret, QObject* context,
+                       Completion completion) = 0;
     virtual void remove(const Item& item, QObject* context, Completion completion) = 0;
 
     /// Whether secrets outlive the program, as far as is known: false from the time that the keychain fails

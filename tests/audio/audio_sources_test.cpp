@@ -211,8 +211,8 @@ private Q_SLOTS:
             MemoryDefaults defaults;
             defaults.setObject(u"pellar.linux.musicPlayer"_s, QString::fromLatin1(preferred));
             const PlayerChoice choice(defaults);
-            const auto cast = [&](PlayerRole role) {
-                return static_cast<int>(choice.choose(role, players(there)).value_or(-1));
+            const auto cast = [&choice, present = players(there)](PlayerRole role) {
+                return static_cast<int>(choice.choose(role, present).value_or(-1));
             };
             QVERIFY2(cast(PlayerRole::music) == music && cast(PlayerRole::spotify) == spotify, name);
         }

@@ -253,7 +253,8 @@ private Q_SLOTS:
     {
         Meter meter;
         for (const auto& [stored, rate] : {std::pair(0, 0), {-5, 0}, {2'000'000, 60}}) {
-            meter.power.updateSettings(PowerMode::normal, [=](auto& mode) { mode.visualizerFPS = stored; });
+            meter.power.updateSettings(PowerMode::normal,
+                                       [fps = stored](auto& mode) { mode.visualizerFPS = fps; });
             meter.model.bindableIsPlaying().setValue(true);
             QCOMPARE(meter.model.framesPerSecond(), rate);
         }

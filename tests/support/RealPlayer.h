@@ -27,8 +27,7 @@ public:
     bool start(const QStringList& options = {})
     {
         QStringList arguments = options;
-        arguments +=
-            QProcess::splitCommand(u"--no-video --no-terminal --ao=null --loop-playlist=inf"_s);
+        arguments += QProcess::splitCommand(u"--no-video --no-terminal --ao=null --loop-playlist=inf"_s);
         const auto tracks = QDir(_music.path()).entryInfoList({u"*.flac"_s}, QDir::Files, QDir::Name);
         for (const QFileInfo& track : tracks) {
             arguments << track.filePath();

@@ -78,8 +78,7 @@ bool isReadable(const QImage& ground, const QColor& text)
     for (int y = 0; y < ground.height(); ++y) {
         for (int x = 0; x < ground.width(); ++x) {
             const QColor pixel = ground.pixelColor(x, y);
-            if (Contrast::between(Contrast::mixed(pixel, ink, text.alphaF()), pixel) <
-                Contrast::leastOfText) {
+            if (Contrast::between(Contrast::mixed(pixel, ink, text.alphaF()), pixel) < leastContrast) {
                 return false;
             }
         }

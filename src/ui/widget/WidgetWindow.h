@@ -82,7 +82,7 @@ private:
     Dependencies _of;
     TrackModel _track;
     std::optional<Drag> _drag;
-    QPointF _pointer; ///< on the screen
+    QPointF _pointer;               ///< on the screen
     std::optional<QRectF> _rescued; ///< where it lies because the screen that it was on has gone
     std::unique_ptr<RunLoop::Timer> _animation;
     QProperty<QSizeF> _size;
