@@ -69,6 +69,8 @@ private Q_SLOTS:
         press({u"Live Audio Visualizer: Synthetic"_s});
         QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_decided"_s), true);
         QCOMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), false);
+        press({u"Live Audio Visualizer: Live"_s}); // which can be chosen still
+        QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), true);
         QVERIFY(!stored(onboardingKey).isValid());
         press({u"Get Started"_s});
         QTRY_COMPARE(stored(onboardingKey), true);

@@ -18,7 +18,7 @@ private Q_SLOTS:
     void previewIsPlaced()
     {
         const QRectF screen(0, 0, 1280, 800);
-        const auto left = [&screen](double pill, const QRectF& on) {
+        const auto left = [](double pill, const QRectF& on) {
             const QRectF card = previewPlacement({pill, 0, 185, 28}, {380, 630}, on);
             return card.size() == QSizeF(380, 630) && card.top() == 34 ? card.left() : -1;
         };

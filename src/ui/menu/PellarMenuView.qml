@@ -30,8 +30,8 @@ PanelView {
         highlightFollowsCurrentItem: false
         displayMarginBeginning: root.menu.size.height // all rows exist, for screen readers
         displayMarginEnd: root.menu.size.height
-        // A component sees the ids around it; the pragma that tells qmllint so comes with Qt 6.5. qmllint
-        // disable unqualified
+        // A component sees the ids around it; the pragma that tells qmllint so comes with Qt 6.5.
+        // qmllint disable unqualified
         header: Item { height: root.menu.padding - 1 }
         footer: Item { height: root.menu.padding - 1 }
         delegate: MenuRowView {

@@ -57,9 +57,9 @@ OnboardingModel::OnboardingModel(const Dependencies& dependencies) : _of(depende
 
 OnboardingModel::~OnboardingModel() = default;
 
-QList<PermissionCard*> OnboardingModel::cards() const
+QObjectList OnboardingModel::cards() const
 {
-    QList<PermissionCard*> cards;
+    QObjectList cards;
     for (const auto& card : _cards) {
         cards << card.get();
     }

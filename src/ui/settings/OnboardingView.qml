@@ -61,6 +61,7 @@ Rectangle {
             }
             Repeater {
                 model: root.model.cards
+                // qmllint disable unqualified
                 delegate: PermissionCardView {
                     id: view
 
@@ -78,6 +79,7 @@ Rectangle {
                         }
                     }
                 }
+                // qmllint enable unqualified
             }
         }
     }

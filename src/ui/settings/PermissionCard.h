@@ -18,7 +18,7 @@ class PermissionCard : public QObject
     Q_PROPERTY(QColor color READ color CONSTANT)
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString description READ description CONSTANT)
-    Q_PROPERTY(Kind kind READ kind CONSTANT)
+    Q_PROPERTY(bool isChoice READ isChoice CONSTANT)
     Q_PROPERTY(QStringList actions READ actions CONSTANT)
     Q_PROPERTY(bool isDone READ isDone NOTIFY changed)
     Q_PROPERTY(int chosen READ chosen NOTIFY changed)
@@ -31,7 +31,6 @@ public:
         permission,    ///< one that is given in the system's own settings
         noActionNeeded ///< nothing to ask for
     };
-    Q_ENUM(Kind)
 
     /// What does not change.
     struct Face {
@@ -58,7 +57,7 @@ public:
     QColor color() const { return _face.color; }
     QString title() const { return _face.title; }
     QString description() const { return _face.description; }
-    Kind kind() const { return _face.kind; }
+    bool isChoice() const { return _face.kind == choice; }
     QStringList actions() const { return _face.actions; }
     bool isDone() const { return _state.value().isDone; }
     int chosen() const { return _state.value().chosen; }

@@ -54,13 +54,12 @@ Card {
         Row {
             id: end
 
-            readonly property bool hasChoice: root.card.kind === PermissionCard.choice
-
             anchors { right: parent.right; rightMargin: 14; verticalCenter: parent.verticalCenter }
             spacing: 8
 
             Repeater {
-                model: end.hasChoice || !root.card.isDone ? root.card.actions : []
+                model: root.card.isChoice || !root.card.isDone ? root.card.actions : []
+                // qmllint disable unqualified
                 delegate: PushButton {
                     required property string modelData
                     required property int index
@@ -69,9 +68,10 @@ Card {
                     isProminent: root.card.chosen === index
                     onClicked: root.card.act(index)
                     spokenName: qsTr("%1: %2").arg(root.card.title).arg(modelData)
-                    Accessible.checkable: end.hasChoice
+                    Accessible.checkable: root.card.isChoice
                     Accessible.checked: isProminent
                 }
+                // qmllint enable unqualified
             }
             SymbolItem {
                 anchors.verticalCenter: parent.verticalCenter

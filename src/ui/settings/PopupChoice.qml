@@ -54,6 +54,7 @@ T.ComboBox {
         name: "chevron.up.chevron.down"
         color: Look.colors.dimmedText
     }
+    // qmllint disable unqualified
     delegate: T.ItemDelegate {
         id: item
 
@@ -93,6 +94,7 @@ T.ComboBox {
             visible: root.currentIndex === item.index
         }
     }
+    // qmllint enable unqualified
     popup: T.Popup {
         y: root.height + 4 - shade
         x: root.width - width + shade

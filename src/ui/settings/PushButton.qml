@@ -9,7 +9,7 @@ T.Button {
     property bool isProminent: false
     property string spokenName: text ///< for those who hear it, where the text alone does not say enough
 
-    implicitWidth: Math.max(64, label.implicitWidth + 28)
+    implicitWidth: Math.max(64, implicitContentWidth + 28)
     implicitHeight: 28
     hoverEnabled: true
     focusPolicy: Qt.TabFocus
@@ -35,8 +35,6 @@ T.Button {
         FocusRing { around: 7; visible: root.visualFocus }
     }
     contentItem: Text {
-        id: label
-
         text: root.text
         color: root.isProminent ? Look.colors.accentText : Look.colors.text
         font { pixelSize: 13; weight: root.isProminent ? Font.DemiBold : Font.Normal }

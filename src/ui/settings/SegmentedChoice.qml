@@ -40,6 +40,7 @@ FocusScope {
             id: cells
 
             model: root.setting.names
+            // qmllint disable unqualified
             delegate: T.RadioButton {
                 id: item
 
@@ -84,6 +85,7 @@ FocusScope {
                 }
                 FocusRing { around: 6; visible: item.visualFocus }
             }
+            // qmllint enable unqualified
         }
     }
 }

@@ -62,9 +62,9 @@ bool SettingsModel::hasUsagePing() const
     return !_of.addresses.usagePing.isEmpty();
 }
 
-QList<ShortcutSetting*> SettingsModel::shortcuts() const
+QObjectList SettingsModel::shortcuts() const
 {
-    QList<ShortcutSetting*> settings;
+    QObjectList settings;
     for (const auto& setting : _shortcuts) {
         settings << setting.get();
     }

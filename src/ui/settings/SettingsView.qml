@@ -79,6 +79,7 @@ Rectangle {
                         { symbol: "person.crop.circle", tint: "#3fa46a" },
                         { symbol: "info.circle", tint: "#d97a4d" }
                     ]
+                    // qmllint disable unqualified
                     delegate: SidebarTab {
                         required property var modelData
                         required property int index
@@ -94,6 +95,7 @@ Rectangle {
                             checked = Qt.binding(() => isCurrent)
                         }
                     }
+                    // qmllint enable unqualified
                 }
             }
         }
@@ -103,9 +105,11 @@ Rectangle {
         sourceComponent: [customization, widget, general, accounts, about][root.model.tab]
     }
 
+    // qmllint disable unqualified
     Component { id: customization; CustomizationPage { settings: root.model } }
     Component { id: widget; WidgetPage { settings: root.model } }
     Component { id: general; GeneralPage { settings: root.model } }
     Component { id: accounts; AccountsPage { settings: root.model } }
     Component { id: about; AboutPage { settings: root.model } }
+    // qmllint enable unqualified
 }

@@ -31,6 +31,7 @@ FocusScope {
             id: cells
 
             model: root.setting.names
+            // qmllint disable unqualified
             delegate: T.RadioButton {
                 id: item
 
@@ -80,6 +81,7 @@ FocusScope {
                 }
                 FocusRing { anchors.margins: 0; around: 8; visible: item.visualFocus }
             }
+            // qmllint enable unqualified
         }
     }
 }
