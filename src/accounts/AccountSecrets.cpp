@@ -2,10 +2,10 @@
 
 #include <utility>
 
-AccountSecrets::AccountSecrets(Keychain& keychain, const QString& service, const QStringList& accounts)
+AccountSecrets::AccountSecrets(Keychain& keychain, QString service, QStringList accounts)
     : _keychain(keychain)
-    , _service(service)
-    , _accounts(accounts)
+    , _service(std::move(service))
+    , _accounts(std::move(accounts))
 {
     connect(&_keychain, &Keychain::keepsSecretsChanged, this, &AccountSecrets::keychainChanged);
     load();

@@ -16,7 +16,7 @@ class AccountSecrets : public QObject
 public:
     /// `accounts` names the items of the service. The first is the one without which the others are of no
     /// use: where it is not there, or the user does not unlock it, nobody is asked for the others.
-    AccountSecrets(Keychain& keychain, const QString& service, const QStringList& accounts);
+    AccountSecrets(Keychain& keychain, QString service, QStringList accounts);
 
     /// Whether the keychain has still to say what it holds.
     bool isLoading() const { return _isLoading; }

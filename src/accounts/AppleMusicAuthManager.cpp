@@ -78,9 +78,9 @@ void AppleMusicAuthManager::ensureAuthorized(QObject* context, TokenCompletion c
     openAuthWindow(context, std::move(completion));
 }
 
-void AppleMusicAuthManager::reauthorize(QObject* context, TokenCompletion completion)
+void AppleMusicAuthManager::reauthorize(QObject* context, const TokenCompletion& completion)
 {
-    openAuthWindow(context, std::move(completion));
+    openAuthWindow(context, completion);
 }
 
 void AppleMusicAuthManager::connectAccount()
@@ -88,7 +88,7 @@ void AppleMusicAuthManager::connectAccount()
     ensureAuthorized(this, [](const std::optional<QString>& /*token*/) {});
 }
 
-void AppleMusicAuthManager::openAuthWindow(QObject* context, TokenCompletion completion)
+void AppleMusicAuthManager::openAuthWindow(QObject* context, const TokenCompletion& completion)
 {
     const auto guarded = [guard = QPointer(context), completion](const std::optional<QString>& token) {
         if (!guard.isNull()) {

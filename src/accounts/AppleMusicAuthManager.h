@@ -52,11 +52,11 @@ public:
     void ensureAuthorized(QObject* context, TokenCompletion completion);
 
     /// Has the user sign in, also where there is a token, which the new one replaces.
-    void reauthorize(QObject* context, TokenCompletion completion);
+    void reauthorize(QObject* context, const TokenCompletion& completion);
 
     /// Opens the window or brings it to the front. Where somebody waits for it already, whoever comes second
     /// gets nothing, at once.
-    void openAuthWindow(QObject* context, TokenCompletion completion);
+    void openAuthWindow(QObject* context, const TokenCompletion& completion);
 
     /// `ensureAuthorized` for a view, which follows the properties.
     Q_INVOKABLE void connectAccount();

@@ -19,10 +19,10 @@ const QString publicMusicKit = QStringLiteral("https://js-cdn.music.apple.com");
 
 } // namespace
 
-AppleMusicAuthWindow::AppleMusicAuthWindow(Dependencies dependencies, const QString& developerToken,
+AppleMusicAuthWindow::AppleMusicAuthWindow(Dependencies dependencies, QString developerToken,
                                            std::function<void(const AuthResult&)> onResult)
     : _from(std::move(dependencies))
-    , _developerToken(developerToken)
+    , _developerToken(std::move(developerToken))
     , _onResult(std::move(onResult))
     , _loopback(_from.runLoop)
 {

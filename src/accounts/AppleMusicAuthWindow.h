@@ -24,7 +24,7 @@ public:
     };
 
     /// `onResult` is called once at most, and may dismiss the window.
-    AppleMusicAuthWindow(Dependencies dependencies, const QString& developerToken,
+    AppleMusicAuthWindow(Dependencies dependencies, QString developerToken,
                          std::function<void(const AuthResult&)> onResult);
 
     /// The companion as it is installed, beside this program.

@@ -55,7 +55,7 @@ QByteArray rawSignature(const QByteArray& der)
     if (!signature) {
         return {};
     }
-    QByteArray raw(2 * numberSize, '\0');
+    QByteArray raw(2 * qsizetype(numberSize), '\0');
     auto* const target = reinterpret_cast<unsigned char*>(raw.data());
     const bool isWhole =
         BN_bn2binpad(ECDSA_SIG_get0_r(signature.get()), target, numberSize) == numberSize &&

@@ -25,7 +25,7 @@ QString artistsOf(const QJsonObject& entry)
 {
     QStringList names;
     const QJsonArray artists = entry.value(QStringLiteral("artists")).toArray();
-    for (const QJsonValue& artist : artists) {
+    for (const QJsonValue artist : artists) {
         if (const QJsonValue name = artist[QStringLiteral("name")]; name.isString()) {
             names << name.toString();
         }

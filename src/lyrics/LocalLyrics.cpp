@@ -31,7 +31,7 @@ void log(const QString& message)
 std::optional<PlayerTrack> tellingTrack(const Workspace& workspace, const LyricsRequest& request)
 {
     for (const QString& player : {BundleId::music, BundleId::spotify}) {
-        const auto track = workspace.playerTrack(player);
+        auto track = workspace.playerTrack(player);
         if (track && LyricsRequest{track->title, track->artist, track->album} == request) {
             return track;
         }

@@ -57,11 +57,11 @@ OnboardingModel::OnboardingModel(const Dependencies& dependencies) : _of(depende
 
 OnboardingModel::~OnboardingModel() = default;
 
-QObjectList OnboardingModel::cards() const
+QVariantList OnboardingModel::cards() const
 {
-    QObjectList cards;
+    QVariantList cards;
     for (const auto& card : _cards) {
-        cards << card.get();
+        cards << QVariant::fromValue(card.get());
     }
     return cards;
 }

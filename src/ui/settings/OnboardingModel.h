@@ -20,7 +20,7 @@ class OnboardingModel : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the program")
-    Q_PROPERTY(QObjectList cards READ cards CONSTANT)
+    Q_PROPERTY(QVariantList cards READ cards CONSTANT)
 
 public:
     /// What the model builds on. Everything outlives it.
@@ -35,7 +35,7 @@ public:
     explicit OnboardingModel(const Dependencies& dependencies);
     ~OnboardingModel() override;
 
-    QObjectList cards() const;
+    QVariantList cards() const;
 
 private:
     using State = PermissionCard::State;

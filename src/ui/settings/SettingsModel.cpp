@@ -62,11 +62,11 @@ bool SettingsModel::hasUsagePing() const
     return !_of.addresses.usagePing.isEmpty();
 }
 
-QObjectList SettingsModel::shortcuts() const
+QVariantList SettingsModel::shortcuts() const
 {
-    QObjectList settings;
+    QVariantList settings;
     for (const auto& setting : _shortcuts) {
-        settings << setting.get();
+        settings << QVariant::fromValue(setting.get());
     }
     return settings;
 }

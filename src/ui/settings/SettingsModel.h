@@ -37,7 +37,7 @@ class SettingsModel : public QObject
     Q_PROPERTY(LaunchAtLogin* launch READ launch CONSTANT)
     Q_PROPERTY(AnalyticsManager* analytics READ analytics CONSTANT)
     Q_PROPERTY(bool hasUsagePing READ hasUsagePing CONSTANT)
-    Q_PROPERTY(QObjectList shortcuts READ shortcuts CONSTANT)
+    Q_PROPERTY(QVariantList shortcuts READ shortcuts CONSTANT)
     Q_PROPERTY(SpotifyAuthManager* spotify READ spotify CONSTANT)
     Q_PROPERTY(AppleMusicAuthManager* appleMusic READ appleMusic CONSTANT)
     Q_PROPERTY(Keychain* keychain READ keychain CONSTANT)
@@ -92,7 +92,7 @@ public:
     bool hasUsagePing() const;
 
     /// In the order of the actions.
-    QObjectList shortcuts() const;
+    QVariantList shortcuts() const;
     Q_INVOKABLE void resetShortcuts();
 
     SpotifyAuthManager* spotify() const { return &_of.spotify(); }
