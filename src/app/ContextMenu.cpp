@@ -34,7 +34,7 @@ ContextMenuState::Listening listening(const ListeningStats& stats)
 
 } // namespace
 
-ContextMenu::ContextMenu(const Sources& sources) : _from(sources)
+ContextMenu::ContextMenu(Sources sources) : _from(std::move(sources))
 {
     NowPlayingService& service = _from.service;
     commands.openInApp = [&service] { service.openInApp(); };

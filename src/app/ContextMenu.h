@@ -35,7 +35,7 @@ public:
         std::function<bool()> isSpotifyAuthorized; ///< asked while Spotify plays only
     };
 
-    explicit ContextMenu(const Sources& sources);
+    explicit ContextMenu(Sources sources);
 
     /// The rows as of now.
     std::vector<PellarMenuItem> items() const;

@@ -14,10 +14,16 @@ namespace {
 
 using Segment = ElfW(Phdr);
 
+/// The loader names places by number.
+void* at(std::uintptr_t address)
+{
+    return reinterpret_cast<void*>(address); // NOLINT(performance-no-int-to-ptr)
+}
+
 /// Whether the loader has written into the code, which a file cannot bring back.
 bool hasRelocatedText(const dl_phdr_info& object, const Segment& dynamic)
 {
-    const auto* entry = reinterpret_cast<const ElfW(Dyn)*>(object.dlpi_addr + dynamic.p_vaddr);
+    const auto* entry = static_cast<const ElfW(Dyn)*>(at(object.dlpi_addr + dynamic.p_vaddr));
     for (; entry->d_tag != DT_NULL; ++entry) {
         if (entry->d_tag == DT_TEXTREL ||
             (entry->d_tag == DT_FLAGS && (entry->d_un.d_val & DF_TEXTREL) != 0)) {
@@ -32,8 +38,7 @@ void release(const dl_phdr_info& object, const Segment& segment, std::uintptr_t 
     const std::uintptr_t start = (object.dlpi_addr + segment.p_vaddr) & ~(pageSize - 1);
     const std::uintptr_t end = (object.dlpi_addr + segment.p_vaddr + segment.p_filesz) & ~(pageSize - 1);
     if (end > start) {
-        madvise(reinterpret_cast<void*>(start), end - start,
-                MADV_DONTNEED); // a refusal costs nothing but pages
+        madvise(at(start), end - start, MADV_DONTNEED); // a refusal costs nothing but pages
     }
 }
 

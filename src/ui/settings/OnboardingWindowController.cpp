@@ -10,10 +10,10 @@ const QString completeKey = QStringLiteral("pellar_onboarding_complete");
 
 } // namespace
 
-OnboardingWindowController::OnboardingWindowController(const ProgramWindow::Desktop& desktop,
-                                                       const OnboardingModel::Dependencies& dependencies)
-    : _desktop(desktop)
-    , _dependencies(dependencies)
+OnboardingWindowController::OnboardingWindowController(ProgramWindow::Desktop desktop,
+                                                       OnboardingModel::Dependencies dependencies)
+    : _desktop(std::move(desktop))
+    , _dependencies(std::move(dependencies))
 {
 }
 
@@ -31,7 +31,7 @@ void OnboardingWindowController::showIfNeeded()
 
 void OnboardingWindowController::show()
 {
-    if (!_window || !_window->isVisible()) { // a closed one is about to go
+    if (_window.isNull() || !_window->isVisible()) { // a closed one is about to go
         const ProgramWindow::Style style{
             .title = QCoreApplication::translate("OnboardingWindow", "Welcome to Pellar"),
             .placeKey = QStringLiteral("pellar.onboarding.frame"),

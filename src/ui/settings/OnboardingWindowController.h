@@ -9,8 +9,7 @@
 class OnboardingWindowController
 {
 public:
-    OnboardingWindowController(const ProgramWindow::Desktop& desktop,
-                               const OnboardingModel::Dependencies& dependencies);
+    OnboardingWindowController(ProgramWindow::Desktop desktop, OnboardingModel::Dependencies dependencies);
     ~OnboardingWindowController();
 
     /// Shows the window unless it has been completed, which is to say closed, before. Its choices count as

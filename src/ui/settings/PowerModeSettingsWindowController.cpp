@@ -2,9 +2,9 @@
 
 #include "ui/settings/PowerModeModel.h"
 
-PowerModeSettingsWindowController::PowerModeSettingsWindowController(const ProgramWindow::Desktop& desktop,
+PowerModeSettingsWindowController::PowerModeSettingsWindowController(ProgramWindow::Desktop desktop,
                                                                      PowerModeManager& power)
-    : _desktop(desktop)
+    : _desktop(std::move(desktop))
     , _power(power)
 {
 }
@@ -16,7 +16,7 @@ PowerModeSettingsWindowController::~PowerModeSettingsWindowController()
 
 void PowerModeSettingsWindowController::show()
 {
-    if (!_window || !_window->isVisible()) { // a closed one is about to go
+    if (_window.isNull() || !_window->isVisible()) { // a closed one is about to go
         const ProgramWindow::Style style{.title =
                                              QCoreApplication::translate("PowerModeWindow", "Power Modes"),
                                          .placeKey = QStringLiteral("pellar.powerModes.frame"),

@@ -10,7 +10,7 @@ class PowerModeManager;
 class PowerModeSettingsWindowController
 {
 public:
-    PowerModeSettingsWindowController(const ProgramWindow::Desktop& desktop, PowerModeManager& power);
+    PowerModeSettingsWindowController(ProgramWindow::Desktop desktop, PowerModeManager& power);
     ~PowerModeSettingsWindowController();
 
     /// Opens the window or brings it to the front.

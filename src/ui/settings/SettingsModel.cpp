@@ -17,8 +17,8 @@ constexpr std::array menuStyles = {PellarMenuStyle::classic, PellarMenuStyle::li
 
 } // namespace
 
-SettingsModel::SettingsModel(const Dependencies& dependencies)
-    : _of(dependencies)
+SettingsModel::SettingsModel(Dependencies dependencies)
+    : _of(std::move(dependencies))
     , _theme(_of.theme.mode)
     , _menuStyle(
           [] {

@@ -68,7 +68,7 @@ public:
         std::function<void()> setUpPermissions; ///< runs the onboarding again
     };
 
-    explicit SettingsModel(const Dependencies& dependencies);
+    explicit SettingsModel(Dependencies dependencies);
 
     /// The number of the open tab in the order of `SettingsTab`.
     int tab() const { return _tab; }
@@ -106,7 +106,7 @@ public:
     QString webSite() const;
     QString support() const;
     Q_INVOKABLE void open(const QString& address);
-    Q_INVOKABLE void setUpPermissions() { _of.setUpPermissions(); }
+    Q_INVOKABLE void setUpPermissions() const { _of.setUpPermissions(); }
 
 Q_SIGNALS:
     void tabChanged();

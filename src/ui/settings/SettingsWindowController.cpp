@@ -2,10 +2,10 @@
 
 #include <QCoreApplication>
 
-SettingsWindowController::SettingsWindowController(const ProgramWindow::Desktop& desktop,
-                                                   const SettingsModel::Dependencies& dependencies)
-    : _desktop(desktop)
-    , _dependencies(dependencies)
+SettingsWindowController::SettingsWindowController(ProgramWindow::Desktop desktop,
+                                                   SettingsModel::Dependencies dependencies)
+    : _desktop(std::move(desktop))
+    , _dependencies(std::move(dependencies))
 {
 }
 
@@ -16,7 +16,7 @@ SettingsWindowController::~SettingsWindowController()
 
 void SettingsWindowController::show(std::optional<SettingsTab> tab)
 {
-    if (!_window || !_window->isVisible()) { // a closed one is about to go
+    if (_window.isNull() || !_window->isVisible()) { // a closed one is about to go
         open();
     }
     if (tab) {

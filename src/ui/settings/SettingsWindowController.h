@@ -9,8 +9,7 @@
 class SettingsWindowController
 {
 public:
-    SettingsWindowController(const ProgramWindow::Desktop& desktop,
-                             const SettingsModel::Dependencies& dependencies);
+    SettingsWindowController(ProgramWindow::Desktop desktop, SettingsModel::Dependencies dependencies);
     ~SettingsWindowController();
 
     /// Opens the window or brings it to the front, at a tab; without one it opens at the first, or stays

@@ -2,8 +2,8 @@
 
 #include "ui/settings/UpdateModel.h"
 
-UpdateWindowController::UpdateWindowController(const ProgramWindow::Desktop& desktop, UpdaterManager& updater)
-    : _desktop(desktop)
+UpdateWindowController::UpdateWindowController(ProgramWindow::Desktop desktop, UpdaterManager& updater)
+    : _desktop(std::move(desktop))
     , _updater(updater)
 {
     connect(&_updater, &UpdaterManager::stateChanged, this, &UpdateWindowController::follow);
@@ -16,7 +16,7 @@ UpdateWindowController::~UpdateWindowController()
 
 void UpdateWindowController::follow()
 {
-    const bool isOpen = _window && _window->isVisible();
+    const bool isOpen = !_window.isNull() && _window->isVisible();
     const bool isWanted = _updater.state() != UpdaterManager::State::idle;
     if (isWanted && !isOpen) {
         open();

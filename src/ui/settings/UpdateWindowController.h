@@ -14,7 +14,7 @@ class UpdateWindowController : public QObject
 
 public:
     /// The updater outlives it.
-    UpdateWindowController(const ProgramWindow::Desktop& desktop, UpdaterManager& updater);
+    UpdateWindowController(ProgramWindow::Desktop desktop, UpdaterManager& updater);
     ~UpdateWindowController() override;
 
 private:

@@ -103,12 +103,12 @@ QColor faintestText(const QImage& ground, const QColor& text)
 QImage seenThroughGlass(const QImage& image, bool isDark, const std::optional<QColor>& tint)
 {
     constexpr double step = 0.03;
-    const QColor ground = glass(isDark, tint);
-    const QColor text = CardColors::on(ground, isDark, tint).dimmedText;
+    const QColor glassColor = glass(isDark, tint);
+    const QColor text = CardColors::on(glassColor, isDark, tint).dimmedText;
     double density = isDark ? 0.42 : 0.5;
     while (true) {
-        const QImage seen =
-            changed(image, [&](const QColor& pixel) { return Contrast::mixed(pixel, ground, density); });
+        QImage seen = changed(
+            image, [&](const QColor& behind) { return Contrast::mixed(behind, glassColor, density); });
         if (density == 1 || isReadable(seen, text)) {
             return seen;
         }

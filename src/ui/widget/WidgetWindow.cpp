@@ -223,12 +223,12 @@ void WidgetWindow::drag()
     }
     const QPointF way = _pointer - _drag->start;
     const bool isFirst = _drag->frame == _of.windows.frame(*this);
-    if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2) {
+    if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2.0) {
         return;
     }
     place(dragged(*_drag, way));
-    if (isFirst &&
-        (_drag->edges ? _of.windows.startResize(*this, _drag->edges) : _of.windows.startMove(*this))) {
+    if (isFirst && (_drag->edges != Qt::Edges() ? _of.windows.startResize(*this, _drag->edges)
+                                                : _of.windows.startMove(*this))) {
         _drag.reset();
     }
 }
@@ -242,13 +242,13 @@ void WidgetWindow::release()
 /// The edge that is not dragged stays where it is, also when the limits of the size are reached.
 QRectF WidgetWindow::dragged(const Drag& drag, QPointF way)
 {
-    if (!drag.edges) {
+    if (drag.edges == Qt::Edges()) {
         return drag.frame.translated(way);
     }
     QRectF frame = drag.frame;
     const auto grown = [&drag](Qt::Edge before, Qt::Edge after, double size, double way, double least,
                                double most) {
-        const double growth = drag.edges & after ? way : drag.edges & before ? -way : 0;
+        const double growth = drag.edges.testFlag(after) ? way : drag.edges.testFlag(before) ? -way : 0;
         return std::clamp(size + growth, least, most);
     };
     const QSizeF smallest = WidgetLayout::smallest;
@@ -256,10 +256,10 @@ QRectF WidgetWindow::dragged(const Drag& drag, QPointF way)
     frame.setSize(
         {grown(Qt::LeftEdge, Qt::RightEdge, frame.width(), way.x(), smallest.width(), largest.width()),
          grown(Qt::TopEdge, Qt::BottomEdge, frame.height(), way.y(), smallest.height(), largest.height())});
-    if (drag.edges & Qt::LeftEdge) {
+    if (drag.edges.testFlag(Qt::LeftEdge)) {
         frame.moveRight(drag.frame.right());
     }
-    if (drag.edges & Qt::TopEdge) {
+    if (drag.edges.testFlag(Qt::TopEdge)) {
         frame.moveBottom(drag.frame.bottom());
     }
     return frame;
@@ -268,8 +268,8 @@ QRectF WidgetWindow::dragged(const Drag& drag, QPointF way)
 Qt::CursorShape WidgetWindow::cursorAt(QPointF point) const
 {
     const Qt::Edges edges = WidgetPlacement::edgesAt(point, size());
-    const bool isAside = edges & (Qt::LeftEdge | Qt::RightEdge);
-    const bool isAbove = edges & (Qt::TopEdge | Qt::BottomEdge);
+    const bool isAside = edges.testAnyFlags(Qt::LeftEdge | Qt::RightEdge);
+    const bool isAbove = edges.testAnyFlags(Qt::TopEdge | Qt::BottomEdge);
     if (isAside && isAbove) {
         const bool isFalling = edges.testFlag(Qt::LeftEdge) == edges.testFlag(Qt::TopEdge);
         return isFalling ? Qt::SizeFDiagCursor : Qt::SizeBDiagCursor;
