@@ -61,10 +61,10 @@ std::optional<QString> AppleMusicAuthManager::userToken() const
     return token.isEmpty() ? std::nullopt : std::optional(token);
 }
 
-void AppleMusicAuthManager::ensureAuthorized(QObject* context, TokenCompletion completion)
+void AppleMusicAuthManager::ensureAuthorized(QObject* context, const TokenCompletion& completion)
 {
     if (_secrets.isLoading()) {
-        _waitingForLoad.emplace_back([this, guard = QPointer(context), completion = std::move(completion)] {
+        _waitingForLoad.emplace_back([this, guard = QPointer(context), completion] {
             if (!guard.isNull()) {
                 ensureAuthorized(guard, completion);
             }
@@ -75,7 +75,7 @@ void AppleMusicAuthManager::ensureAuthorized(QObject* context, TokenCompletion c
         completion(token);
         return;
     }
-    openAuthWindow(context, std::move(completion));
+    openAuthWindow(context, completion);
 }
 
 void AppleMusicAuthManager::reauthorize(QObject* context, const TokenCompletion& completion)

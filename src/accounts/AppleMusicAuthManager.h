@@ -49,7 +49,7 @@ public:
 
     /// Hands the user token, once there is one: at once, or after the user has signed in in a window that
     /// opens for it. None when that comes to nothing. Never called once `context` is gone.
-    void ensureAuthorized(QObject* context, TokenCompletion completion);
+    void ensureAuthorized(QObject* context, const TokenCompletion& completion);
 
     /// Has the user sign in, also where there is a token, which the new one replaces.
     void reauthorize(QObject* context, const TokenCompletion& completion);

@@ -1,8 +1,8 @@
 #include "app/AppDelegate.h"
 
 #include "accounts/AppleMusicAuthManager.h"
-#include "accounts/SpotifyAPI.h"
 #include "accounts/SpotifyAuthManager.h"
+#include "app/Popups.h"
 #include "app/StatusHostingView.h"
 #include "app/StatusItem.h"
 #include "app/TrayIcon.h"
@@ -10,12 +10,9 @@
 #include "audio/AudioSourceManager.h"
 #include "base/DebugLog.h"
 #include "base/NotificationCenter.h"
-#include "linux/desktop/MemoryFootprint.h"
 #include "lyrics/LyricsService.h"
 #include "platform/Appearance.h"
-#include "platform/HotKeys.h"
 #include "platform/Platform.h"
-#include "platform/RemoteRequests.h"
 #include "platform/StatusBar.h"
 #include "prefs/AnalyticsManager.h"
 #include "prefs/GlobalShortcuts.h"
@@ -29,22 +26,14 @@
 #include "prefs/ThemeManager.h"
 #include "prefs/WidgetManager.h"
 #include "ui/lyrics/LyricsModel.h"
-#include "ui/menu/ClassicMenu.h"
-#include "ui/menu/PellarMenuPanel.h"
 #include "ui/pill/PillColors.h"
 #include "ui/pill/PillModel.h"
-#include "ui/preview/PellarPreviewPanel.h"
 #include "ui/widget/FloatingWidget.h"
 #include "updates/UpdaterManager.h"
-
-#include <QMouseEvent>
-
-#include <algorithm>
 
 namespace {
 
 const QString previewToggled = QStringLiteral("com.orvalen.pellar.togglePreview");
-constexpr double restSeconds = 3; // after the preview has closed: who looks twice looks soon
 
 } // namespace
 
@@ -63,9 +52,10 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                 .power = PowerModeManager::shared(),
                 .theme = ThemeManager::shared(),
                 .recentlyPlayed = RecentlyPlayedManager::shared()},
-               {.refreshSpotifyQueue = [this] { spotifyQueue().refreshQueueAsync(); },
-                .cachedSpotifyQueue = [this] { return spotifyQueue().cachedQueue(); },
+               {.refreshSpotifyQueue = [this] { _spotifyQueue.refresh(); },
+                .cachedSpotifyQueue = [this] { return _spotifyQueue.tracks(); },
                 .sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
+    , _spotifyQueue(_service, platform.notifications)
     , _contextMenu({.service = _service,
                     .pasteboard = platform.pasteboard,
                     .audioDevices = _audioManager,
@@ -76,7 +66,7 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                     .visibility = MenuVisibilityManager::shared(),
                     .widget = WidgetManager::shared(),
                     .workspace = platform.workspace,
-                    .isSpotifyAuthorized = [this] { return isSpotifyAuthorized(); }})
+                    .isSpotifyAuthorized = [this] { return _spotifyQueue.isAuthorized(); }})
     , _audioCapture({.platform = platform,
                      .service = _service,
                      .sources = AudioSourceManager::shared(),
@@ -109,6 +99,11 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                                   .appleMusic = AppleMusicAuthManager::shared,
                                   .setUpPermissions = [this] { _onboarding.show(); }})
     , _powerModes(windowDesktop(), PowerModeManager::shared())
+    , _requests({.platform = platform,
+                 .service = _service,
+                 .activate = [this] { _statusItem->reveal(_platform.runLoop); },
+                 .togglePreview = [this] { _platform.notifications.post(previewToggled); },
+                 .openSettings = [this] { _settings.show(); }})
 {
     _contextMenu.commands.openSettings = [this] { _settings.show(); };
     _contextMenu.commands.openPowerModeSettings = [this] { _powerModes.show(); };
@@ -126,7 +121,6 @@ ProgramWindow::Desktop AppDelegate::windowDesktop()
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    _launched = _platform.runLoop.uptime();
     dlog(QStringLiteral("Start: main menu"));
     _mainMenu = std::make_unique<MainMenu>();
     dlog(QStringLiteral("Start: updater"));
@@ -136,72 +130,12 @@ void AppDelegate::applicationDidFinishLaunching()
     dlog(QStringLiteral("Start: audio capture"));
     _audioCapture.startAudioCapture();
     dlog(QStringLiteral("Start: observers"));
-    _platform.notifications.observe(previewToggled, this, [this](const QVariantMap&) { togglePreview(); });
+    connect(&_spotifyQueue, &SpotifyQueue::changed, this, &AppDelegate::spotifyQueueRefreshed);
+    _platform.notifications.observe(previewToggled, this,
+                                    [this](const QVariantMap& /*userInfo*/) { _popups->togglePreview(); });
     _contextMenu.commands.togglePreview = [this] { _platform.notifications.post(previewToggled); };
-    observeRequests();
     dlog(QStringLiteral("Start: status item"));
-    _platform.notifications.observe(SpotifyAPI::queueRefreshedNotification, this,
-                                    [this](const QVariantMap& /*userInfo*/) { spotifyQueueRefreshed(); });
     setup();
-}
-
-void AppDelegate::observeRequests()
-{
-    connect(&_platform.remoteRequests, &RemoteRequests::activated, this, &AppDelegate::activate);
-    connect(&_platform.remoteRequests, &RemoteRequests::actionRequested, this, [this](const QString& action) {
-        if (const auto request = withRawValue<Request>(action)) {
-            perform(*request);
-        } else {
-            dlog(QStringLiteral("Requests: \"%1\" is not known").arg(action));
-        }
-    });
-}
-
-void AppDelegate::activate()
-{
-    _statusItem->reveal(_platform.runLoop);
-}
-
-void AppDelegate::perform(Request request)
-{
-    switch (request) {
-    case Request::playPause:
-        performLater(PellarShortcut::playPause);
-        break;
-    case Request::next:
-        performLater(PellarShortcut::nextTrack);
-        break;
-    case Request::previous:
-        performLater(PellarShortcut::previousTrack);
-        break;
-    case Request::togglePreview:
-        _platform.notifications.post(previewToggled);
-        break;
-    case Request::settings:
-        openSettings();
-        break;
-    case Request::quit:
-        QCoreApplication::quit();
-        break;
-    }
-}
-
-void AppDelegate::performLater(PellarShortcut shortcut)
-{
-    constexpr double settling = 1; // seconds
-    const double age = _platform.runLoop.uptime() - _launched;
-    _platform.runLoop.after(std::max(0.0, settling - age), this,
-                            [this, shortcut] { handleHotKey(shortcut); });
-}
-
-/// As the row of the menu does.
-void AppDelegate::openSettings() const
-{
-    if (_contextMenu.commands.openSettings) {
-        _contextMenu.commands.openSettings();
-    } else {
-        dlog(QStringLiteral("Requests: this build has no settings window"));
-    }
 }
 
 void AppDelegate::setup()
@@ -220,21 +154,15 @@ void AppDelegate::setup()
     _hosting->setTitle(QStringLiteral("Pellar"));
     _hosting->setInitialProperties({{QStringLiteral("pill"), QVariant::fromValue(_pill.get())}});
     _hosting->setSource(QUrl(QStringLiteral("qrc:/Pellar/Pill/MenuBarPlayerView.qml")));
-    _hosting->contextMenuProvider = [this] {
-        auto menu = std::make_unique<ClassicMenu>();
-        buildMenu(*menu);
-        return menu;
-    };
-    _hosting->rightClickHandler = [this](const QMouseEvent& event) { presentRightClickMenu(event); };
+    setUpPopups();
 
     _statusItem =
         std::make_unique<StatusItem>(_platform.statusBar, _defaults, QStringLiteral("PellarPlayer"));
     bindStatusItem();
     _statusItem->setView(_hosting.get());
-    connect(&_audioManager, &AudioDeviceManager::devicesChanged, this, &AppDelegate::refreshMenus);
 
     dlog(QStringLiteral("Start: hot keys"));
-    connect(&GlobalShortcuts::shared(), &GlobalShortcuts::pressed, this, &AppDelegate::handleHotKey);
+    _requests.start();
     GlobalShortcuts::shared().setupGlobalShortcuts();
 
     dlog(QStringLiteral("Start: widget"));
@@ -242,23 +170,8 @@ void AppDelegate::setup()
     dlog(QStringLiteral("Start: onboarding"));
     _onboarding.showIfNeeded();
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
-                                           [this](ClassicMenu& menu) { buildMenu(menu); });
+                                           [this](ClassicMenu& menu) { _popups->buildMenu(menu); });
     connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
-}
-
-void AppDelegate::handleHotKey(PellarShortcut shortcut)
-{
-    switch (shortcut) {
-    case PellarShortcut::playPause:
-        _service.togglePlayPause();
-        break;
-    case PellarShortcut::nextTrack:
-        _service.nextTrack();
-        break;
-    case PellarShortcut::previousTrack:
-        _service.previousTrack();
-        break;
-    }
 }
 
 void AppDelegate::bindStatusItem()
@@ -269,113 +182,28 @@ void AppDelegate::bindStatusItem()
     });
 }
 
-void AppDelegate::buildMenu(ClassicMenu& menu) const
+void AppDelegate::setUpPopups()
 {
-    menu.setItems(_contextMenu.items(), _appearance.isDark());
-}
-
-/// The account is looked up in the keyring when Spotify plays for the first time, and not before.
-SpotifyAPI& AppDelegate::spotifyQueue()
-{
-    if (!std::exchange(_followsSpotifyAccount, true)) {
-        connect(&SpotifyAuthManager::shared(), &SpotifyAuthManager::isAuthorizedChanged, this, [this] {
-            if (isSpotifyAuthorized() && _service.activePlayer() == Player::spotify) {
-                spotifyQueue().refreshQueueAsync();
-            }
-            spotifyQueueRefreshed();
-        });
-    }
-    return SpotifyAPI::shared();
-}
-
-bool AppDelegate::isSpotifyAuthorized()
-{
-    spotifyQueue();
-    return SpotifyAuthManager::shared().isAuthorized();
+    _popups = std::make_unique<Popups>(
+        Popups::Dependencies{.platform = _platform,
+                             .appearance = _appearance,
+                             .contextMenu = _contextMenu,
+                             .pill = *_hosting,
+                             .track = [this] { return shownTrack(); },
+                             .lyrics = [this]() -> LyricsModel& { return lyrics(); }});
+    _hosting->contextMenuProvider = [this] { return _popups->classicMenu(); };
+    _hosting->rightClickHandler = [this](const QMouseEvent& event) {
+        _spotifyQueue.refreshIfShown();
+        _popups->presentRightClickMenu(event);
+    };
+    connect(_popups.get(), &Popups::previewClosed, this, &AppDelegate::windowClosed);
+    connect(&_audioManager, &AudioDeviceManager::devicesChanged, _popups.get(), &Popups::refreshMenus);
 }
 
 void AppDelegate::spotifyQueueRefreshed()
 {
-    refreshMenus();
+    _popups->refreshMenus();
     _trayIcon->refresh();
-}
-
-/// Headphones may come or go while their list is open.
-void AppDelegate::refreshMenus()
-{
-    if (_liveMenuPanel) {
-        _liveMenuPanel->refresh();
-    }
-    auto* const classic = qobject_cast<ClassicMenu*>(_classicMenu.get());
-    if (classic != nullptr && classic->isVisible()) {
-        buildMenu(*classic);
-    }
-}
-
-void AppDelegate::presentRightClickMenu(const QMouseEvent& event)
-{
-    if (_livePreviewPanel) {
-        _livePreviewPanel->close();
-    }
-    if (_service.activePlayer() == Player::spotify && isSpotifyAuthorized()) {
-        spotifyQueue().refreshQueueAsync();
-    }
-    if (MenuStyleManager::shared().style == PellarMenuStyle::classic) {
-        presentClassicMenu(event.globalPosition().toPoint());
-    } else if (_liveMenuPanel) {
-        _liveMenuPanel->close();
-    } else {
-        presentGlassMenu();
-    }
-}
-
-void AppDelegate::presentClassicMenu(QPoint place)
-{
-    _classicMenu = _hosting->contextMenuProvider();
-    _classicMenu->popup(place);
-    _menuKeyboard = _platform.statusBar.claimKeyboard(*_classicMenu->windowHandle());
-    if (_menuKeyboard) {
-        connect(_menuKeyboard.get(), &KeyboardClaim::lost, _classicMenu.get(), &QMenu::close);
-        connect(_classicMenu.get(), &QMenu::aboutToHide, this,
-                [this] { _menuKeyboard.release()->deleteLater(); });
-    }
-}
-
-void AppDelegate::presentGlassMenu()
-{
-    _liveMenuPanel = std::make_unique<PellarMenuPanel>(
-        Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
-        [this] { return _contextMenu.items(); }, _hosting->geometry());
-    _liveMenuPanel->onClose = [this] { _liveMenuPanel.release()->deleteLater(); };
-    _liveMenuPanel->present();
-}
-
-/// Only one of the two panels is open at a time.
-void AppDelegate::togglePreview()
-{
-    if (_livePreviewPanel) {
-        _livePreviewPanel->close();
-        return;
-    }
-    if (_liveMenuPanel) {
-        _liveMenuPanel->close();
-    }
-    _livePreviewPanel = std::make_unique<PellarPreviewPanel>(
-        Panel::Desktop{.runLoop = _platform.runLoop, .bar = _platform.statusBar, .appearance = _appearance},
-        shownTrack(), lyrics(), _hosting->geometry());
-    _livePreviewPanel->onClose = [this] {
-        _livePreviewPanel.release()->deleteLater();
-        _platform.runLoop.after(restSeconds, this, [this] { giveBackMemory(); });
-    };
-    _livePreviewPanel->present();
-}
-
-/// A card needs a good deal of Qt Quick that the pill does not.
-void AppDelegate::giveBackMemory()
-{
-    if (!_livePreviewPanel) {
-        releaseReadOnlyPages();
-    }
 }
 
 LyricsModel& AppDelegate::lyrics()

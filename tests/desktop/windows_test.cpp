@@ -66,11 +66,11 @@ private Q_SLOTS:
     void leadsThroughFirstStart()
     {
         start();
-        press({u"Live Audio Visualizer: Synthetic"_s});
-        QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_decided"_s), true);
-        QCOMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), false);
-        press({u"Live Audio Visualizer: Live"_s}); // which can be chosen still
+        press({u"Live Audio Visualizer: Live"_s});
         QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), true);
+        press({u"Live Audio Visualizer: Synthetic"_s}); // which can be chosen still
+        QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), false);
+        QCOMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_decided"_s), true);
         QVERIFY(!stored(onboardingKey).isValid());
         press({u"Get Started"_s});
         QTRY_COMPARE(stored(onboardingKey), true);

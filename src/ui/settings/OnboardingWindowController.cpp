@@ -11,9 +11,9 @@ const QString completeKey = QStringLiteral("pellar_onboarding_complete");
 } // namespace
 
 OnboardingWindowController::OnboardingWindowController(ProgramWindow::Desktop desktop,
-                                                       OnboardingModel::Dependencies dependencies)
+                                                       const OnboardingModel::Dependencies& dependencies)
     : _desktop(std::move(desktop))
-    , _dependencies(std::move(dependencies))
+    , _dependencies(dependencies)
 {
 }
 

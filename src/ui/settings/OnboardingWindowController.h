@@ -9,7 +9,8 @@
 class OnboardingWindowController
 {
 public:
-    OnboardingWindowController(ProgramWindow::Desktop desktop, OnboardingModel::Dependencies dependencies);
+    OnboardingWindowController(ProgramWindow::Desktop desktop,
+                               const OnboardingModel::Dependencies& dependencies);
     ~OnboardingWindowController();
 
     /// Shows the window unless it has been completed, which is to say closed, before. Its choices count as
