@@ -1,7 +1,5 @@
 #include "app/MainMenu.h"
 
-#include "prefs/GlobalShortcuts.h"
-
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QWindow>
@@ -18,9 +16,8 @@ bool MainMenu::eventFilter(QObject* watched, QEvent* event)
     }
     const auto* const press = static_cast<const QKeyEvent*>(event);
     const bool isQuit = press->key() == Qt::Key_Q && press->modifiers() == Qt::ControlModifier;
-    if (!isQuit || GlobalShortcuts::shared().isRecording()) { // the chord may be the one that is recorded
-        return false;
+    if (isQuit) {
+        QCoreApplication::quit();
     }
-    QCoreApplication::quit();
-    return true;
+    return isQuit;
 }

@@ -132,12 +132,6 @@ QString GlobalShortcuts::note(PellarShortcut shortcut) const
     Q_UNREACHABLE();
 }
 
-std::optional<ShortcutBinding> GlobalShortcuts::chord(const QKeyEvent& event) const
-{
-    const auto key = _of.hotKeys.keyDown(event);
-    return key ? ShortcutBinding::from(*key) : std::nullopt;
-}
-
 void GlobalShortcuts::setRecording(bool isRecording)
 {
     if (isRecording != _isRecording) {

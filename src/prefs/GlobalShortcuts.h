@@ -40,13 +40,8 @@ public:
     /// One line for people on why the action's chord does nothing; empty when it works or there is none.
     QString note(PellarShortcut shortcut) const;
 
-    /// The chord that a key-down event of a window stands for; none for one without a modifier, or of a key
-    /// that no hot key can have.
-    std::optional<ShortcutBinding> chord(const QKeyEvent& event) const;
-
     /// While a chord is recorded nothing is registered, so that those in use can be pressed, too.
     void setRecording(bool isRecording);
-    bool isRecording() const { return _isRecording; }
 
 Q_SIGNALS:
     void pressed(PellarShortcut shortcut);

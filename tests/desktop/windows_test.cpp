@@ -1,8 +1,14 @@
 #include "support/Command.h"
 #include "support/LoopbackServices.h"
+#include "support/MprisStandIn.h"
 #include "support/Program.h"
+#include "ui/pill/PillLayout.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QPixmap>
+#include <QScreen>
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,6 +50,39 @@ bool isOpen(const QString& title)
     return place(title) != u"?";
 }
 
+/// None when there is no such window.
+QRect frameOf(const QString& title)
+{
+    static const QRegularExpression numbers(u"(\\d+),(\\d+) .*\\n.*?(\\d+)x(\\d+)"_s);
+    const auto found = numbers.match(place(title));
+    const auto number = [&found](int which) { return found.captured(which).toInt(); };
+    return {number(1), number(2), number(3), number(4)};
+}
+
+/// What is seen on the screen.
+QImage picture(const QRect& part)
+{
+    return QGuiApplication::primaryScreen()
+        ->grabWindow(0, part.x(), part.y(), part.width(), part.height())
+        .toImage();
+}
+
+/// How long it takes until a part of the screen has changed ten times.
+double secondsOfTenChanges(const QRect& part)
+{
+    QElapsedTimer timer;
+    timer.start();
+    QImage last = picture(part);
+    for (int i = 0; i < 10; ++i) {
+        const auto isChanged = [&] { return picture(part) != last; };
+        if (!QTest::qWaitFor(isChanged)) {
+            return std::numeric_limits<double>::quiet_NaN();
+        }
+        last = picture(part);
+    }
+    return static_cast<double>(timer.elapsed()) / 1000;
+}
+
 } // namespace
 
 /// Every control of the windows, operated as by a screen reader, and what it does at the far end.
@@ -59,6 +98,13 @@ private Q_SLOTS:
         keepServicesToLoopback();
         PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
         defaults.setObject(u"pellar.menu.style"_s, u"liquidGlass"_s);
+        defaults.setObject(u"com.orvalen.pellar.endpoint.spotifyAccounts"_s, u"http://127.0.0.1:1"_s);
+        QFile browser(_folder.filePath(u"xdg-open"_s));
+        QVERIFY(browser.open(QFile::WriteOnly));
+        browser.write("#!/bin/sh\necho \"$1\" >%1.new && mv %1.new %1\n"_ba.replace(
+            "%1", _folder.filePath(u"asked"_s).toUtf8()));
+        QVERIFY(browser.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+        qputenv("PATH", _folder.path().toUtf8() + ':' + qgetenv("PATH"));
         defaults.removeObject(onboardingKey);
     }
 
@@ -159,13 +205,13 @@ private Q_SLOTS:
             return QVariant(QVariantMap{{u"keyCode"_s, code}, {u"modifiers"_s, modifiers}});
         };
         press({u"General"_s, u"Play / Pause: Change"_s});
-        run(u"xdotool key k ctrl+alt+k"_s); // the first one is refused
-        QTRY_COMPARE(stored(key), chord(40, 0x1800));
+        run(u"xdotool key k ctrl+q"_s);               // the first one is refused
+        QTRY_COMPARE(stored(key), chord(12, 0x1000)); // and does nothing else
         press({u"Play / Pause: Change"_s});
         run(u"xdotool key Escape ctrl+alt+j"_s);
         press({u"Next Track: Disable"_s});
         QTRY_COMPARE(stored(u"pellar.shortcut.nextTrack"_s), u"disabled"_s);
-        QCOMPARE(stored(key), chord(40, 0x1800));
+        QCOMPARE(stored(key), chord(12, 0x1000));
         press({u"Reset to Defaults"_s});
         QTRY_COMPARE(stored(key), chord(49, 0x300));
     }
@@ -185,12 +231,62 @@ private Q_SLOTS:
         QTRY_COMPARE(stateOf(u"Live audio capture"_s), u"off"_s);
     }
 
+    void pillWearsTheme()
+    {
+        const auto color = [] {
+            const QRect pill = frameOf(u"Pellar"_s);
+            return picture({pill.left() + 5, pill.center().y(), 1, 1}).pixelColor(0, 0);
+        };
+        press({u"Customization"_s, u"Theme>Warmth"_s});
+        QTRY_VERIFY(color().red() > color().blue() + 10);
+        press({u"Theme>Tide"_s});
+        QTRY_VERIFY(color().blue() > color().red() + 10);
+    }
+
+    void widgetIsShapedAndPutBack()
+    {
+        const QString widget = u"Pellar Widget.*"_s;
+        press({u"Widget"_s, u"Show floating widget"_s});
+        QTRY_VERIFY(isOpen(widget));
+        const QSize bare = frameOf(widget).size();
+        press({u"Progress bar + timestamps"_s, u"Transport buttons"_s});
+        QTRY_VERIFY(frameOf(widget).height() > bare.height());
+        QCOMPARE(frameOf(widget).topLeft(), QPoint(960, 40));
+        run(u"xdotool search --onlyvisible --name ^Pellar.Widget windowmove 200 300"_s);
+        QTRY_COMPARE(frameOf(widget).topLeft(), QPoint(200, 300));
+        press({u"Reset Position"_s});
+        QTRY_COMPARE(frameOf(widget), QRect(960, 40, 300, 140));
+        press({u"Show floating widget"_s});
+        QTRY_VERIFY(!isOpen(widget));
+    }
+
+    void accountIsConnectedInBrowser()
+    {
+        press({u"Accounts"_s, u"Spotify: Connect"_s});
+        QFile asked(_folder.filePath(u"asked"_s));
+        QTRY_VERIFY(asked.exists());
+        QVERIFY(asked.open(QFile::ReadOnly));
+        QVERIFY(asked.readAll().startsWith("http://127.0.0.1:1/authorize?"));
+    }
+
     void powerModes()
     {
-        press({u"About"_s});
+        MprisStandIn player(u"drummer"_s);
+        player.change(
+            MprisStandIn::playing(MprisStandIn::metadata(u"/t/1"_s, u"Song"_s, u"Band"_s, QString(), 100)));
+        press({u"Customization"_s, u"Visualizer"_s, u"About"_s});
+        QTRY_COMPARE(frameOf(u"Pellar"_s).width(), 119);
         openMenu();
-        press({u"Power Mode (Normal)"_s, u"Power Mode Settings…"_s, u"Power Mode>Power User"_s,
-               u"Visualizer"_s});
+        press({u"Power Mode (Normal)"_s, u"Power Mode Settings…"_s});
+        const QRect pill = frameOf(u"Pellar"_s);
+        const PillElements elements{.albumArt = false, .previousButton = false, .nextButton = false};
+        const QRect bars = PillLayout::make(pill.size(), elements).visualizer.toRect();
+        press({u"Visualizer refresh rate"_s, u"5 fps"_s});
+        QTRY_VERIFY(secondsOfTenChanges(bars.translated(pill.topLeft())) > 1.5);
+        press({u"Visualizer refresh rate"_s, u"30 fps"_s});
+        QTRY_VERIFY(secondsOfTenChanges(bars.translated(pill.topLeft())) < 1);
+
+        press({u"Power Mode>Power User"_s, u"Visualizer"_s});
         const auto mode = [] {
             const QByteArray json = stored(u"com.orvalen.pellar.power.settings.v1"_s).toByteArray();
             return json.mid(json.indexOf("powerUser"));
@@ -251,6 +347,7 @@ private:
         QTRY_VERIFY(run(u"xdotool getwindowfocus getwindowname"_s).startsWith(u"Settings"));
     }
 
+    QTemporaryDir _folder;
     std::unique_ptr<Program> _program;
 };
 

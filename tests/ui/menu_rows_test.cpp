@@ -1,3 +1,4 @@
+#include "support/Windows.h"
 #include "ui/MenuFixture.h"
 #include "ui/menu/ClassicMenu.h"
 #include "ui/menu/PellarMenuModel.h"
@@ -210,7 +211,7 @@ Quit Pellar)");
         QVERIFY(classic.sizeHint().width() < 430 && PellarMenuModel(menu.rows()).size().width() < 400);
     }
 
-    void takesKeyEquivalent()
+    void closesWhenChosenFrom()
     {
         MenuFixture fixture;
         ClassicMenu menu;
@@ -226,6 +227,14 @@ Quit Pellar)");
         QTest::keyClick(&menu, Qt::Key_Space);
         QCOMPARE(fixture.told, QStringList(u"preview"_s));
         QVERIFY(!menu.isVisible() && !isHeard());
+
+        menu.popup(QPoint());
+        QAccessibleInterface* const row =
+            Windows::find(QAccessible::queryAccessibleInterface(&menu), u"15 minutes"_s);
+        QVERIFY(row != nullptr);
+        row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(fixture.told.last(), u"sleep 15"_s);
+        QVERIFY(!menu.isVisible());
     }
 };
 

@@ -60,6 +60,7 @@ ClassicMenu::ClassicMenu()
     setFont(menuFont());
     setAccessibleName(QStringLiteral("Pellar"));
     setToolTipsVisible(true);
+    connect(this, &QMenu::triggered, this, &QMenu::close); // a screen reader's choice leaves it open
 }
 
 ClassicMenu::ClassicMenu(const QString& title, ClassicMenu* parent) : QMenu(title, parent)

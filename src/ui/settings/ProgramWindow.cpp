@@ -71,9 +71,7 @@ void ProgramWindow::keyPressEvent(QKeyEvent* event)
     if (event->isAccepted()) {
         return;
     }
-    if (event->matches(QKeySequence::Quit)) {
-        QCoreApplication::quit();
-    } else if (event->matches(QKeySequence::Close) || event->key() == Qt::Key_Escape) {
+    if (event->matches(QKeySequence::Close) || event->key() == Qt::Key_Escape) {
         close();
     }
 }

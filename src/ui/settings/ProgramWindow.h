@@ -9,8 +9,8 @@ class Appearance;
 class UserDefaults;
 
 /// An ordinary window of the program. It opens where and as large as it last was, in the middle of the screen
-/// at first. Ctrl+W closes it and so does Escape, where nothing in it has a use for that; Ctrl+Q quits the
-/// program. A closed window is deleted, with all that its view took.
+/// at first. Ctrl+W closes it and so does Escape, where nothing in it has a use for that. A closed window is
+/// deleted, with all that its view took.
 class ProgramWindow : public QQuickView
 {
     Q_OBJECT

@@ -50,7 +50,7 @@ FocusScope {
 
                 width: (root.width - 4) / cells.count
                 height: 26
-                implicitWidth: name.implicitWidth + 30
+                implicitWidth: Math.ceil(widest.width) + 30
                 hoverEnabled: true
                 focusPolicy: isOn ? Qt.TabFocus : Qt.NoFocus
                 focus: isOn
@@ -71,9 +71,13 @@ FocusScope {
                     border { width: item.isOn ? 1 : 0; color: Look.colors.faceBorder }
                     visible: item.isOn || item.hovered
                 }
-                Text {
-                    id: name
+                TextMetrics { // of the name as it is when it is in force
+                    id: widest
 
+                    text: item.modelData
+                    font { pixelSize: 13; weight: Font.DemiBold }
+                }
+                Text {
                     anchors { fill: parent; leftMargin: 8; rightMargin: 8 }
                     text: item.modelData
                     color: Look.colors.text

@@ -11,7 +11,7 @@ T.TabButton {
     required property color tint
     required property bool isCurrent
 
-    implicitWidth: name.implicitWidth + 58
+    implicitWidth: Math.ceil(widest.width) + 58
     implicitHeight: 38
     hoverEnabled: true
     focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus
@@ -37,9 +37,13 @@ T.TabButton {
         symbol: root.symbol
         tint: root.tint
     }
-    Text {
-        id: name
+    TextMetrics { // of the text as it is when the tab is the current one
+        id: widest
 
+        text: root.text
+        font { pixelSize: 13; weight: Font.DemiBold }
+    }
+    Text {
         anchors { left: parent.left; leftMargin: 42; right: parent.right; rightMargin: 8; verticalCenter: parent.verticalCenter }
         text: root.text
         color: Look.colors.text
