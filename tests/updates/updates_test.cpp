@@ -2,11 +2,15 @@
 #include "support/HttpStandIn.h"
 #include "support/LogFile.h"
 #include "support/MemoryDefaults.h"
+#include "support/Windows.h"
+#include "ui/QmlModules.h"
+#include "ui/settings/UpdateWindowController.h"
 #include "updates/UpdaterManager.h"
 #include "updates/VersionComparison.h"
 
 #include <QDesktopServices>
 #include <QDir>
+#include <QQuickWindow>
 #include <QtTest>
 
 #include <openssl/evp.h>
@@ -52,6 +56,24 @@ class OpeningWorkspace final : public FakeWorkspace
     bool open(const QUrl& url) override { return QDesktopServices::openUrl(url); }
 };
 
+/// What the user has on the screen of an update.
+QWindow* window()
+{
+    return Windows::named(u"Software Update"_s);
+}
+
+bool press(const QString& button)
+{
+    QAccessibleInterface* const found =
+        window() != nullptr ? Windows::find(QAccessible::queryAccessibleInterface(window()), button)
+                            : nullptr;
+    if (found == nullptr || found->state().invisible) {
+        return false;
+    }
+    found->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    return true;
+}
+
 } // namespace
 
 /// Feeds and packages from a server of the test's own, and an installer that the desktop finds on its PATH.
@@ -59,9 +81,17 @@ class UpdatesTest : public QObject
 {
     Q_OBJECT
 
+public:
+    static void initMain()
+    {
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+        importQmlModules();
+    }
+
 private Q_SLOTS:
     void initTestCase()
     {
+        QGuiApplication::setQuitOnLastWindowClosed(false);
         QFile opener(_folder.filePath(u"xdg-open"_s));
         QVERIFY(opener.open(QFile::WriteOnly));
         opener.write(
@@ -101,19 +131,21 @@ private Q_SLOTS:
             item(u"3"_s, u"<sparkle:minimumSystemVersion>13.1</sparkle:minimumSystemVersion>"_s) +
             item(u"4"_s, u"<sparkle:channel>beta</sparkle:channel>"_s));
         const auto updater = start();
+        const UpdateWindowController windows(_desktop, *updater);
         _platform.runLoop.advance(1.9);
         QVERIFY(_server->take().isEmpty());
         _platform.runLoop.advance(0.2);
         QTRY_COMPARE(updater->state(), State::offered);
         QCOMPARE(updater->version(), u"Pellar 2.0b3"_s);
         QCOMPARE(updater->notes(), u"New & better"_s);
-        updater->install();
+        QVERIFY(press(u"Install"_s));
         QTRY_VERIFY(QFile::exists(installed()));
         QCOMPARE(updater->state(), State::handedOver);
         QCOMPARE(updater->progress(), 1.0);
         QFile file(installed());
         QVERIFY(file.open(QFile::ReadOnly));
         QCOMPARE(file.readAll(), _package);
+        QVERIFY(press(u"OK"_s) && updater->state() == State::idle && window() == nullptr);
     }
 
     void putsOff()
@@ -121,12 +153,14 @@ private Q_SLOTS:
         put(item(u"2"_s));
         {
             const auto updater = start();
+            const UpdateWindowController windows(_desktop, *updater);
             _platform.runLoop.advance(2);
             QTRY_COMPARE(updater->state(), State::offered);
-            updater->remindLater();
-            QCOMPARE(updater->state(), State::idle);
+            QVERIFY(press(u"Remind Me Later"_s));
+            QVERIFY(updater->state() == State::idle && window() == nullptr);
         }
         const auto updater = start();
+        const UpdateWindowController windows(_desktop, *updater);
         const auto isOffered = [&](double later) {
             _server->take();
             _platform.runLoop.advance(later);
@@ -135,11 +169,11 @@ private Q_SLOTS:
         };
         QVERIFY(!isOffered(2));
         QVERIFY(isOffered(86'400));
-        updater->skip();
-        QVERIFY(!isOffered(86'400));
+        QVERIFY(press(u"Skip This Version"_s));
+        QVERIFY(!isOffered(86'400) && window() == nullptr);
         updater->checkForUpdates(); // the user wants to know
         QTRY_COMPARE(updater->state(), State::offered);
-        updater->skip();
+        QVERIFY(press(u"Skip This Version"_s));
         put(item(u"2.1"_s));
         QVERIFY(isOffered(86'400));
     }
@@ -194,12 +228,13 @@ private Q_SLOTS:
         put(item(u"2"_s));
         _server->answer("/pellar_2.deb", {.body = _package, .manner = Manner::held});
         const auto updater = start();
+        const UpdateWindowController windows(_desktop, *updater);
         updater->checkForUpdates();
         QTRY_COMPARE(updater->state(), State::offered);
-        updater->install();
+        QVERIFY(press(u"Install"_s));
         QTRY_VERIFY(_server->wasAsked("/pellar_2.deb"));
         QVERIFY(QDir(packages()).exists());
-        updater->cancel();
+        QVERIFY(press(u"Cancel"_s) && window() == nullptr);
         QCOMPARE(updater->state(), State::idle);
         QVERIFY(!QDir(packages()).exists());
         QTRY_COMPARE(_server->connectionCount(), 1); // the feed's, which waits for more
@@ -254,6 +289,7 @@ private:
     Maker _maker;
     MemoryDefaults _defaults;
     FakePlatform _platform;
+    const ProgramWindow::Desktop _desktop{.defaults = _defaults, .appearance = _platform.appearance};
     OpeningWorkspace _workspace;
     const QByteArray _package = QByteArray("a package of 100,000 bytes").leftJustified(100'000, '.');
     const QString _signature = QString::fromLatin1(_maker.signature(_package));
