@@ -197,6 +197,12 @@ std::optional<xcb_keycode_t> KeyboardState::shortcutKey(xcb_keysym_t symbol) con
     return found ? std::optional(found->keycode) : std::nullopt;
 }
 
+std::optional<xcb_keycode_t> KeyboardState::plainKey(xcb_keysym_t symbol) const
+{
+    const auto found = findKey(symbol, true, *this);
+    return found && !found->isShifted ? std::optional(found->keycode) : std::nullopt;
+}
+
 std::span<const xcb_keysym_t> KeyboardState::symbolsOf(xcb_keycode_t keycode) const
 {
     const size_t first = static_cast<size_t>(keycode - firstKeycode) * columns;

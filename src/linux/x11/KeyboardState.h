@@ -30,6 +30,9 @@ struct KeyboardState {
     /// the present layout, or else on another one.
     std::optional<xcb_keycode_t> shortcutKey(xcb_keysym_t symbol) const;
 
+    /// The same, but only a key that types it plain.
+    std::optional<xcb_keycode_t> plainKey(xcb_keysym_t symbol) const;
+
     /// All that a key can type; empty for a keycode that is none.
     std::span<const xcb_keysym_t> symbolsOf(xcb_keycode_t keycode) const;
 

@@ -7,6 +7,8 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
+#include <bitset>
+#include <map>
 
 namespace {
 
@@ -51,43 +53,85 @@ constexpr VirtualKey virtualKeys[] = {
     {124, XKB_KEY_Right, 114}, {125, XKB_KEY_Down, 116}, {126, XKB_KEY_Up, 111}};
 // clang-format on
 
-const VirtualKey* withCode(quint32 code)
+bool isLetterOrDigit(const VirtualKey& key)
 {
-    const auto* const found = std::find_if(std::begin(virtualKeys), std::end(virtualKeys),
-                                           [code](const VirtualKey& key) { return key.code == code; });
-    return found != std::end(virtualKeys) ? found : nullptr;
+    return (key.symbol >= XKB_KEY_a && key.symbol <= XKB_KEY_z) ||
+           (key.symbol >= XKB_KEY_0 && key.symbol <= XKB_KEY_9);
 }
 
-/// Where the key with this symbol is, else the one at its place.
-std::optional<xcb_keycode_t> find(const VirtualKey& key, const KeyboardState& keyboard)
+/// The keys of the codes on one keyboard, no key under two of them. A letter or digit is on the key that
+/// bears it, another sign on the key that types it without Shift; what is on no such key is on the one at its
+/// place, or, where that is some other code's, on one that is left over.
+class KeyAssignment
 {
-    if (const auto labelled = keyboard.shortcutKey(key.symbol)) {
-        return labelled;
+public:
+    explicit KeyAssignment(const KeyboardState& keyboard)
+    {
+        const auto exists = [&keyboard](xcb_keycode_t place) {
+            return place >= keyboard.firstKeycode && !keyboard.isBlank(place);
+        };
+        const auto isLeft = [&](const VirtualKey& key) { return exists(key.place) && !_isTaken[key.place]; };
+        assign([&](const VirtualKey& key) {
+            return isLetterOrDigit(key) ? keyboard.shortcutKey(key.symbol) : std::nullopt;
+        });
+        assign([&](const VirtualKey& key) { return keyboard.plainKey(key.symbol); });
+        assign([&](const VirtualKey& key) { return isLeft(key) ? std::optional(key.place) : std::nullopt; });
+        assign([&](const VirtualKey& key) {
+            const auto* const left = std::find_if(std::begin(virtualKeys), std::end(virtualKeys), isLeft);
+            const bool isFound = exists(key.place) && left != std::end(virtualKeys);
+            return isFound ? std::optional(left->place) : std::nullopt;
+        });
     }
-    const bool exists = key.place >= keyboard.firstKeycode && !keyboard.isBlank(key.place);
-    return exists ? std::optional(key.place) : std::nullopt;
-}
+
+    std::optional<xcb_keycode_t> keycode(quint32 code) const
+    {
+        const auto found = _keycodes.find(code);
+        return found != _keycodes.end() ? std::optional(found->second) : std::nullopt;
+    }
+
+    std::optional<quint32> code(xcb_keycode_t keycode) const
+    {
+        const auto found = std::find_if(_keycodes.begin(), _keycodes.end(),
+                                        [keycode](const auto& each) { return each.second == keycode; });
+        return found != _keycodes.end() ? std::optional(found->first) : std::nullopt;
+    }
+
+private:
+    /// Gives each code that has no key yet the one that is proposed for it, if that is free.
+    template<typename Proposal>
+    void assign(const Proposal& proposal)
+    {
+        for (const VirtualKey& key : virtualKeys) {
+            const std::optional<xcb_keycode_t> keycode =
+                _keycodes.contains(key.code) ? std::nullopt : proposal(key);
+            if (keycode && !_isTaken[*keycode]) {
+                _keycodes.emplace(key.code, *keycode);
+                _isTaken.set(*keycode);
+            }
+        }
+    }
+
+    std::map<quint32, xcb_keycode_t> _keycodes;
+    std::bitset<256> _isTaken; ///< by keycode
+};
 
 } // namespace
 
 std::optional<xcb_keysym_t> VirtualKeys::symbol(quint32 code)
 {
-    const VirtualKey* const key = withCode(code);
-    return key != nullptr ? std::optional(key->symbol) : std::nullopt;
+    const auto* const found = std::find_if(std::begin(virtualKeys), std::end(virtualKeys),
+                                           [code](const VirtualKey& key) { return key.code == code; });
+    return found != std::end(virtualKeys) ? std::optional(found->symbol) : std::nullopt;
 }
 
 std::optional<xcb_keycode_t> VirtualKeys::keycode(quint32 code, const KeyboardState& keyboard)
 {
-    const VirtualKey* const key = withCode(code);
-    return key != nullptr ? find(*key, keyboard) : std::nullopt;
+    return KeyAssignment(keyboard).keycode(code);
 }
 
 std::optional<quint32> VirtualKeys::code(xcb_keycode_t keycode, const KeyboardState& keyboard)
 {
-    const auto* const found =
-        std::find_if(std::begin(virtualKeys), std::end(virtualKeys),
-                     [&](const VirtualKey& key) { return find(key, keyboard) == keycode; });
-    return found != std::end(virtualKeys) ? std::optional(found->code) : std::nullopt;
+    return KeyAssignment(keyboard).code(keycode);
 }
 
 std::array<VirtualKeys::Modifier, 4> VirtualKeys::modifiers(const KeyboardState& keyboard)

@@ -12,7 +12,8 @@ struct KeyboardState;
 /// The keys of a keyboard by the virtual key codes under which shortcuts are stored. A code means what its
 /// key types on a US keyboard, and so the key that bears that label on any other: "Z" is the key labelled Z.
 /// Where no key does, as on a Cyrillic keyboard without a Latin layout beside it, it means the key at the
-/// same place.
+/// same place. Every key that types has a code, and no two have the same one. On a German keyboard the code
+/// of "/" is left over, as "-" is at its place; the "ß", which is at that of "-", has it.
 namespace VirtualKeys {
 
 /// What the key types on a US keyboard; none for a code that no key has.
