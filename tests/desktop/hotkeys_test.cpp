@@ -20,6 +20,7 @@ namespace {
 constexpr uint8_t space = 65;
 constexpr uint8_t z = 52;
 constexpr uint8_t zOnGermanKeyboards = 29;
+constexpr uint8_t sharpS = 20;
 constexpr uint16_t controlAndAlt = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 constexpr uint16_t superAndShift = XCB_MOD_MASK_4 | XCB_MOD_MASK_SHIFT;
 
@@ -60,6 +61,8 @@ private Q_SLOTS:
     void initTestCase()
     {
         keepServicesToLoopback();
+        qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
+        run(u"dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus org.a11y.Bus.GetAddress"_s);
         store(u"nextTrack"_s,
               StoredForm<ShortcutBinding>::of({6, HotKeyModifier::option | HotKeyModifier::control})); // Z
         QVERIFY(_mpv.start());
@@ -105,10 +108,25 @@ private Q_SLOTS:
         QTRY_COMPARE(RealPlayer::status(), u"Playing"_s);
     }
 
+    void obeysWhatIsRecorded()
+    {
+        run(u"setxkbmap de"_s);
+        QCOMPARE(output(QStringLiteral(PELLAR_PROGRAM), {u"--settings"_s}), QString());
+        QTRY_VERIFY(run(u"xdotool getwindowfocus getwindowname"_s).startsWith(u"Settings"));
+        QVERIFY(operate({u"General"_s, u"Play / Pause: Change"_s}));
+        QVERIFY(press(u"ctrl+alt+ssharp"_s));
+        QTRY_VERIFY(isTaken(sharpS, controlAndAlt) && !isTaken(space, superAndShift));
+        QVERIFY(press(u"ctrl+alt+ssharp"_s));
+        QTRY_COMPARE(RealPlayer::status(), u"Paused"_s);
+        QVERIFY(operate({u"Play / Pause: Disable"_s}));
+        QTRY_VERIFY(!isTaken(sharpS, controlAndAlt));
+        run(u"setxkbmap us"_s);
+    }
+
     void leavesWhatIsDisabled()
     {
-        _program.reset();
-        store(u"playPause"_s, u"disabled"_s);
+        _program->terminate();
+        QVERIFY(_program->waitForFinished());
         QVERIFY(!isTaken(z, controlAndAlt)); // it is gone
         _program.emplace(QStringLiteral(PELLAR_PROGRAM));
         QTRY_VERIFY_WITH_TIMEOUT(isTaken(z, controlAndAlt), 10000);
@@ -120,6 +138,12 @@ private:
     {
         PlistUserDefaults(PlistUserDefaults::defaultPath())
             .setObject(u"pellar.shortcut."_s + shortcut, binding);
+    }
+    /// Presses controls of the program's windows, by way of the accessibility bus.
+    static bool operate(const QStringList& controls)
+    {
+        return output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), QStringList(u"press"_s) + controls) !=
+               u"?";
     }
     static bool press(const QString& chord) { return run(u"xdotool key "_s + chord) != u"?"; }
 
