@@ -209,6 +209,8 @@ private Q_SLOTS:
         QTRY_COMPARE(stored(key), chord(12, 0x1000)); // and does nothing else
         press({u"Play / Pause: Change"_s});
         run(u"xdotool key Escape ctrl+alt+j"_s);
+        press({u"Play / Pause: Change"_s, u"Widget"_s, u"General"_s}); // which gives up, too
+        run(u"xdotool key ctrl+alt+j"_s);
         press({u"Next Track: Disable"_s});
         QTRY_COMPARE(stored(u"pellar.shortcut.nextTrack"_s), u"disabled"_s);
         QCOMPARE(stored(key), chord(12, 0x1000));

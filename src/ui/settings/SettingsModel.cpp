@@ -34,6 +34,12 @@ SettingsModel::SettingsModel(Dependencies dependencies)
     _isCaptureEnabled.setBinding([this] { return _of.audio.isEnabled(); });
 }
 
+void SettingsModel::setTab(int tab)
+{
+    _recorder.cancel();
+    _tab = tab;
+}
+
 QStringList SettingsModel::tabNames() const
 {
     QStringList names;

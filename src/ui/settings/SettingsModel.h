@@ -70,9 +70,9 @@ public:
 
     explicit SettingsModel(Dependencies dependencies);
 
-    /// The number of the open tab in the order of `SettingsTab`.
+    /// The number of the open tab in the order of `SettingsTab`. Opening one ends the recording of a chord.
     int tab() const { return _tab; }
-    void setTab(int tab) { _tab = tab; }
+    void setTab(int tab);
     QStringList tabNames() const;
 
     PillVisibilityManager* pill() const { return &_of.pill; }
