@@ -99,6 +99,8 @@ private Q_SLOTS:
         PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
         defaults.setObject(u"pellar.menu.style"_s, u"liquidGlass"_s);
         defaults.setObject(u"com.orvalen.pellar.endpoint.spotifyAccounts"_s, u"http://127.0.0.1:1"_s);
+        defaults.setObject(u"com.orvalen.pellar.endpoint.webSite"_s, u"https://pellar.example/"_s);
+        defaults.setObject(u"com.orvalen.pellar.endpoint.support"_s, u"mailto:help@pellar.example"_s);
         QFile browser(_folder.filePath(u"xdg-open"_s));
         QVERIFY(browser.open(QFile::WriteOnly));
         browser.write("#!/bin/sh\necho \"$1\" >%1.new && mv %1.new %1\n"_ba.replace(
@@ -262,13 +264,18 @@ private Q_SLOTS:
         QTRY_VERIFY(!isOpen(widget));
     }
 
-    void accountIsConnectedInBrowser()
+    void browserIsAskedFor()
     {
-        press({u"Accounts"_s, u"Spotify: Connect"_s});
-        QFile asked(_folder.filePath(u"asked"_s));
-        QTRY_VERIFY(asked.exists());
-        QVERIFY(asked.open(QFile::ReadOnly));
-        QVERIFY(asked.readAll().startsWith("http://127.0.0.1:1/authorize?"));
+        const auto opened = [this](const QStringList& controls) {
+            QFile asked(_folder.filePath(u"asked"_s));
+            asked.remove();
+            press(controls);
+            return QTest::qWaitFor([&] { return asked.open(QFile::ReadOnly); }) ? asked.readAll().trimmed()
+                                                                                : QByteArray();
+        };
+        QVERIFY(opened({u"Accounts"_s, u"Spotify: Connect"_s}).startsWith("http://127.0.0.1:1/authorize?"));
+        QCOMPARE(opened({u"About"_s, u"Website"_s}), "https://pellar.example/"_ba);
+        QCOMPARE(opened({u"Contact Support"_s}), "mailto:help@pellar.example"_ba);
     }
 
     void powerModes()

@@ -104,6 +104,7 @@ SettingsPage {
             label: qsTr("Right-Click Menu Style")
             note: qsTr("Classic uses macOS's native menu. Liquid Glass uses Pellar's custom translucent panel.")
             hint: qsTr("On this desktop Classic is a plain menu of Pellar's own.")
+            controlShare: 0.5
 
             SegmentedChoice {
                 label: qsTr("Right-Click Menu Style")

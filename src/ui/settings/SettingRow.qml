@@ -13,7 +13,7 @@ Item {
     default property alias controls: end.data
 
     /// How much of the row its controls may take beside the text; else they stand below it.
-    property real controlShare: 0.5
+    property real controlShare: 0.42
     readonly property bool isTight: label !== "" && end.width > controlShare * width
 
     width: parent ? parent.width : 0
