@@ -327,6 +327,8 @@ private Q_SLOTS:
         run(u"xdotool key ctrl+q"_s);
         QTRY_COMPARE(_program->state(), QProcess::NotRunning);
         QCOMPARE(_program->exitCode(), 0);
+        const QByteArray said = _program->readAllStandardError();
+        QVERIFY2(!said.contains(".qml:"), said.constData()); // no view has missed anything all the while
     }
 
 private:
