@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <algorithm>
@@ -32,10 +33,11 @@ QString rawValue(Case value)
     return QLatin1String(choice(value).rawValue);
 }
 
+/// In the language of the program.
 template<typename Case>
 QString displayName(Case value)
 {
-    return QLatin1String(choice(value).displayName);
+    return QCoreApplication::translate("Choice", choice(value).displayName);
 }
 
 /// The case that is stored as this text; none for any other text.

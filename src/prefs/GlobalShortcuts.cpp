@@ -119,12 +119,11 @@ QString GlobalShortcuts::note(PellarShortcut shortcut) const
     const States& states = _states;
     switch (states.value(shortcut, HotKeys::State::registered)) {
     case HotKeys::State::taken:
-        return QStringLiteral("Another program has this shortcut.");
+        return tr("Another program has this shortcut.");
     case HotKeys::State::missing:
-        return QStringLiteral("This keyboard has no such key.");
+        return tr("This keyboard has no such key.");
     case HotKeys::State::unavailable:
-        return QStringLiteral("Bind a key to “%1” in the keyboard settings of your desktop.")
-            .arg(command(shortcut));
+        return tr("Bind a key to “%1” in the keyboard settings of your desktop.").arg(command(shortcut));
     case HotKeys::State::pending:
     case HotKeys::State::registered:
         return {};

@@ -1,14 +1,17 @@
 #include "prefs/PowerMode.h"
 
+#include <QCoreApplication>
+
 QString summary(PowerMode mode)
 {
     switch (mode) {
     case PowerMode::lowPower:
-        return QStringLiteral("Maximum battery life. Visualizer off, slow refresh.");
+        return QCoreApplication::translate("PowerMode",
+                                           "Maximum battery life. Visualizer off, slow refresh.");
     case PowerMode::powerUser:
-        return QStringLiteral("Smoothest visuals. Highest refresh, fastest sync.");
+        return QCoreApplication::translate("PowerMode", "Smoothest visuals. Highest refresh, fastest sync.");
     case PowerMode::normal:
         break;
     }
-    return QStringLiteral("Balanced. Visualizer at a sensible refresh rate.");
+    return QCoreApplication::translate("PowerMode", "Balanced. Visualizer at a sensible refresh rate.");
 }

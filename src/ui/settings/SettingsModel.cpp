@@ -44,7 +44,7 @@ QStringList SettingsModel::tabNames() const
 {
     QStringList names;
     for (const auto& [tab, id, name] : Choices<SettingsTab>::all) {
-        names << QCoreApplication::translate("SettingsModel", name);
+        names << displayName(tab);
     }
     return names;
 }
