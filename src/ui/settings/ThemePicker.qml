@@ -2,15 +2,22 @@ import QtQuick
 import QtQuick.Templates as T
 import Pellar.Settings
 
-/// The pill's themes as swatches of their colour, one of them in force.
+/// The pill's themes as swatches of their colour, one of them in force. They stand in as many rows as their names
+/// need, with as many in each.
 FocusScope {
     id: root
 
     required property ChoiceSetting setting
     required property list<color> tints
     property string label ///< for those who hear it
+    readonly property real widest: {
+        let widest = 1
+        for (let i = 0; i < cells.count; ++i)
+            widest = Math.max(widest, cells.itemAt(i)?.implicitWidth ?? 0)
+        return widest
+    }
 
-    implicitHeight: row.height
+    implicitHeight: grid.height
 
     Accessible.role: Accessible.Grouping
     Accessible.name: label
@@ -22,10 +29,12 @@ FocusScope {
     Keys.onLeftPressed: step(-1)
     Keys.onRightPressed: step(1)
 
-    Row {
-        id: row
+    Grid {
+        id: grid
 
-        width: parent.width
+        readonly property int fitting: Math.max(1, Math.floor(root.width / root.widest))
+
+        columns: Math.max(1, Math.ceil(cells.count / Math.ceil(cells.count / fitting)))
 
         Repeater {
             id: cells
@@ -39,7 +48,8 @@ FocusScope {
                 required property int index
                 readonly property bool isOn: root.setting.index === index
 
-                width: root.width / cells.count
+                width: root.width / grid.columns
+                implicitWidth: Math.ceil(bold.width) + 8
                 implicitHeight: 70
                 hoverEnabled: true
                 focusPolicy: isOn ? Qt.TabFocus : Qt.NoFocus
@@ -69,6 +79,12 @@ FocusScope {
                     anchors { horizontalCenter: parent.horizontalCenter; top: parent.top; topMargin: 8 }
                     tint: root.tints[item.index]
                     isRainbow: item.index === 0
+                }
+                TextMetrics { // of the name as it is when the theme is in force
+                    id: bold
+
+                    text: item.modelData
+                    font { pixelSize: 12; weight: Font.DemiBold }
                 }
                 Text {
                     anchors { top: swatch.bottom; topMargin: 8; left: parent.left; right: parent.right }

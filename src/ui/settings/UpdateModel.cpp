@@ -2,6 +2,17 @@
 
 #include <QCoreApplication>
 
+namespace {
+
+/// A reason as the log has it, for people.
+QString sentence(QString reason)
+{
+    reason.replace(0, 1, reason.left(1).toUpper());
+    return reason.endsWith(u'.') ? reason : QString(reason + u'.');
+}
+
+} // namespace
+
 UpdateModel::UpdateModel(UpdaterManager& updater) : _updater(updater)
 {
     connect(&updater, &UpdaterManager::stateChanged, this, &UpdateModel::changed);
@@ -39,7 +50,7 @@ QString UpdateModel::text() const
     case UpdaterManager::State::upToDate:
         return tr("%1 is the newest version.").arg(version);
     case UpdaterManager::State::failed:
-        return _updater.message();
+        return sentence(_updater.message());
     case UpdaterManager::State::idle:
     case UpdaterManager::State::checking:
     case UpdaterManager::State::downloading:
