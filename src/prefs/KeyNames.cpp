@@ -4,7 +4,7 @@
 
 namespace {
 
-/// In the order of the codes, from 0. A line within a name stands for a space, a question mark for a code
+/// In the order of the codes, from 0. An underscore stands for a space, a question mark for a code
 /// that no key has.
 constexpr const char* names =
     "A S D F H G Z X C V § B Q W E R Y T 1 2 3 4 6 5 = 9 7 - 8 0 ] O U [ I P Return L J ' K ; \\ , "

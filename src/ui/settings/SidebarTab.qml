@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Pellar.Controls
 import Pellar.Settings
 
 /// A tab at the side of the settings window.
