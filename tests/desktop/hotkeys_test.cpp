@@ -41,12 +41,16 @@ void leave(uint8_t key, uint16_t modifiers)
     xcb_flush(X11Session::connection());
 }
 
+/// Nobody comes between, who would find taken what is only asked for.
 bool isTaken(uint8_t key, uint16_t modifiers)
 {
+    xcb_grab_server(X11Session::connection());
     const bool wasFree = take(key, modifiers);
     if (wasFree) {
         leave(key, modifiers);
     }
+    xcb_ungrab_server(X11Session::connection());
+    xcb_flush(X11Session::connection());
     return !wasFree;
 }
 
