@@ -116,6 +116,12 @@ private Q_SLOTS:
         QTRY_COMPARE(widgetFrame(), frame);
         WidgetManager::shared().resetPosition();
         QTRY_COMPARE(widgetFrame(), QRect(960, 40, 300, 140));
+        run(u"xrandr --setmonitor left 640/170x800/210+0+0 screen"_s);
+        QTRY_COMPARE(widgetFrame(), QRect(340, 40, 300, 140));
+        start();
+        QTRY_COMPARE(widgetFrame(), QRect(340, 40, 300, 140));
+        run(u"xrandr --delmonitor left"_s); // its screen is there again
+        QTRY_COMPARE(widgetFrame(), QRect(960, 40, 300, 140));
         run(u"xdotool mousemove 1000 60"_s);
         QAccessibleInterface* const cross =
             Windows::find(Windows::named(u"Pellar Widget"_s)->accessibleRoot(), u"Close Widget"_s);
