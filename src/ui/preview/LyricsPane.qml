@@ -1,4 +1,5 @@
 import QtQuick
+import Pellar.Controls
 import Pellar.Lyrics
 import Pellar.Preview
 import Pellar.Track
@@ -9,6 +10,8 @@ Item {
 
     required property LyricsModel lyrics
     required property TrackModel track
+    /// How far it reaches beyond the text at either side.
+    readonly property alias inset: canvas.inset
     readonly property bool isPlain: !lyrics.isSynced && lyrics.plainText !== ""
 
     Component.onCompleted: lyrics.setShown(root, true)
@@ -45,6 +48,13 @@ Item {
         Accessible.role: Accessible.StaticText
         Accessible.name: text
     }
+    RoundedBox {
+        anchors { fill: parent; leftMargin: -3; rightMargin: -3 }
+        radius: 11
+        color: "transparent"
+        borderColor: root.track.colors.focus
+        visible: root.activeFocus
+    }
     LyricsCanvas {
         id: canvas
 
@@ -54,22 +64,21 @@ Item {
         clock: root.track.clock
         color: root.track.colors.text
         quietColor: root.track.colors.quietText
+        plateColor: root.track.colors.highlight
         font { pixelSize: root.isPlain ? 14 : 17; weight: root.isPlain ? Font.Normal : Font.Bold }
 
         MouseArea {
             anchors.fill: parent
             hoverEnabled: true
             cursorShape: canvas.pointedRow >= 0 ? Qt.PointingHandCursor : Qt.ArrowCursor
+            onEntered: canvas.point(mouseY)
             onPositionChanged: (mouse) => canvas.point(mouse.y)
             onExited: canvas.leave()
             onClicked: (mouse) => {
                 canvas.point(mouse.y)
                 canvas.choose()
             }
-            onWheel: (wheel) => {
-                canvas.turn(-(wheel.pixelDelta.y || wheel.angleDelta.y / 3))
-                canvas.point(wheel.y)
-            }
+            onWheel: (wheel) => canvas.turn(-(wheel.pixelDelta.y || wheel.angleDelta.y / 3))
         }
     }
 }
