@@ -103,8 +103,8 @@ void LyricsCanvas::relayout()
         for (int row = 0; row < _model->rowCount(); ++row) {
             lines << _model->data(_model->index(row), LyricsModel::TextRole).toString();
         }
-    } else if (_model != nullptr && !_model->plainText().isEmpty()) {
-        lines = _model->plainText().trimmed().split(u'\n');
+    } else if (_model != nullptr) {
+        lines = _model->plainLines();
     }
     const double room = width() - 2 * plateInset;
     _layout = room > 0 ? LyricsLayout(lines, font(), room) : LyricsLayout();

@@ -12,7 +12,6 @@ Item {
     required property TrackModel track
     /// How far it reaches beyond the text at either side.
     readonly property alias inset: canvas.inset
-    readonly property bool isPlain: !lyrics.isSynced && lyrics.plainText !== ""
 
     Component.onCompleted: lyrics.setShown(root, true)
     Component.onDestruction: lyrics.setShown(root, false)
@@ -39,11 +38,11 @@ Item {
         id: placeholder
 
         anchors.horizontalCenter: parent.horizontalCenter
-        y: root.isPlain ? 2 : Math.round((parent.height - height) / 2) - 8
+        y: root.lyrics.isPlain ? 2 : Math.round((parent.height - height) / 2) - 8
         text: root.lyrics.placeholder
         textFormat: Text.PlainText
         color: root.track.colors.dimmedText
-        font.pixelSize: root.isPlain ? 11 : 14
+        font.pixelSize: root.lyrics.isPlain ? 11 : 14
 
         Accessible.role: Accessible.StaticText
         Accessible.name: text
@@ -58,14 +57,14 @@ Item {
     LyricsCanvas {
         id: canvas
 
-        anchors { fill: parent; topMargin: root.isPlain ? placeholder.height + 2 : 0 }
-        visible: root.lyrics.isSynced || root.isPlain
+        anchors { fill: parent; topMargin: root.lyrics.isPlain ? placeholder.height + 2 : 0 }
+        visible: root.lyrics.isSynced || root.lyrics.isPlain
         model: root.lyrics
         clock: root.track.clock
         color: root.track.colors.text
         quietColor: root.track.colors.quietText
         plateColor: root.track.colors.highlight
-        font { pixelSize: root.isPlain ? 14 : 17; weight: root.isPlain ? Font.Normal : Font.Bold }
+        font { pixelSize: root.lyrics.isPlain ? 14 : 17; weight: root.lyrics.isPlain ? Font.Normal : Font.Bold }
 
         MouseArea {
             anchors.fill: parent
