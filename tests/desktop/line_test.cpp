@@ -14,7 +14,7 @@ namespace {
 constexpr double bar = 0.1;     // seconds that the line may be off
 constexpr double steady = 0.04; // seconds
 constexpr int momentsAStep = 4;
-constexpr int triesAStep = 16; // some tell nothing
+constexpr int triesAStep = 12; // some tell nothing
 constexpr int leastMoments = 40;
 
 } // namespace
