@@ -18,6 +18,7 @@ Item {
 
     Accessible.role: Accessible.List
     Accessible.name: qsTr("Lyrics")
+    Accessible.description: canvas.pointedRow < 0 ? "" : lyrics.data(lyrics.index(canvas.pointedRow, 0))
     Accessible.focusable: canvas.visible
     Accessible.focused: activeFocus
     activeFocusOnTab: canvas.visible
