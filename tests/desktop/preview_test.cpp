@@ -105,6 +105,16 @@ private Q_SLOTS:
     {
         WidgetManager::shared().isEnabled = true;
         QTRY_COMPARE(widgetFrame(), QRect(960, 40, 300, 140));
+        QProcess other;
+        other.start(u"xev"_s, {u"-name"_s, u"Other"_s, u"-geometry"_s, u"300x200+900+100"_s});
+        QTRY_VERIFY(isWidgetAbove(u"Other"_s));
+        WidgetManager::shared().alwaysOnTop = false;
+        run(u"xdotool search --name ^Other$ windowactivate"_s);
+        QTRY_VERIFY(!isWidgetAbove(u"Other"_s));
+        WidgetManager::shared().alwaysOnTop = true;
+        QTRY_VERIFY(isWidgetAbove(u"Other"_s));
+        other.kill();
+        QVERIFY(other.waitForFinished());
         Windows::drag({980, 60}, {580, 360});
         QTRY_COMPARE(widgetFrame(), QRect(560, 340, 300, 140));
         Windows::drag({854, 474}, {921, 551});
@@ -148,6 +158,18 @@ private:
     {
         const QWindow* const panel = Windows::named(title);
         return panel != nullptr && panel->opacity() == 1 && panel->height() > 200;
+    }
+
+    /// As the window manager has it and a window of another program.
+    static bool isWidgetAbove(const QString& title)
+    {
+        const QString stack = run(u"xprop -root _NET_CLIENT_LIST_STACKING"_s);
+        const auto place = [&stack](const QString& name) {
+            const uint id = run(u"xdotool search --onlyvisible --name ^%1$"_s.arg(name)).toUInt();
+            return stack.indexOf(u"0x"_s + QString::number(id, 16));
+        };
+        const auto other = place(title);
+        return other >= 0 && place(u"Pellar.Widget"_s) > other;
     }
 
     static QRect widgetFrame()
