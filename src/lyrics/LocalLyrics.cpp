@@ -106,5 +106,9 @@ void LocalLyrics::readBeside(const QUrl& song, QObject* context,
     QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
                      [watcher, end] { end(watcher->result()); });
     watcher->setFuture(startReading(*path));
-    _runLoop.after(longestRead, watcher, [end] { end({{}, QStringLiteral("takes too long to read")}); });
+    _runLoop.after(longestRead, watcher, [watcher, end] {
+        if (!watcher->isFinished()) { // else the text is there and about to be taken, or its views take long
+            end({{}, QStringLiteral("takes too long to read")});
+        }
+    });
 }

@@ -105,6 +105,16 @@ private Q_SLOTS:
     {
         WidgetManager::shared().isEnabled = true;
         QTRY_COMPARE(widgetFrame(), QRect(960, 40, 300, 140));
+        QProcess other;
+        other.start(u"xev"_s, {u"-name"_s, u"Other"_s, u"-geometry"_s, u"300x200+900+100"_s});
+        QTRY_VERIFY(isWidgetAbove(u"Other"_s));
+        WidgetManager::shared().alwaysOnTop = false;
+        run(u"xdotool search --name ^Other$ windowactivate"_s);
+        QTRY_VERIFY(!isWidgetAbove(u"Other"_s));
+        WidgetManager::shared().alwaysOnTop = true;
+        QTRY_VERIFY(isWidgetAbove(u"Other"_s));
+        other.kill();
+        QVERIFY(other.waitForFinished());
         Windows::drag({980, 60}, {580, 360});
         QTRY_COMPARE(widgetFrame(), QRect(560, 340, 300, 140));
         Windows::drag({854, 474}, {921, 551});
@@ -115,6 +125,12 @@ private Q_SLOTS:
         start();
         QTRY_COMPARE(widgetFrame(), frame);
         WidgetManager::shared().resetPosition();
+        QTRY_COMPARE(widgetFrame(), QRect(960, 40, 300, 140));
+        run(u"xrandr --setmonitor left 640/170x800/210+0+0 screen"_s);
+        QTRY_COMPARE(widgetFrame(), QRect(340, 40, 300, 140));
+        start();
+        QTRY_COMPARE(widgetFrame(), QRect(340, 40, 300, 140));
+        run(u"xrandr --delmonitor left"_s); // its screen is there again
         QTRY_COMPARE(widgetFrame(), QRect(960, 40, 300, 140));
         run(u"xdotool mousemove 1000 60"_s);
         QAccessibleInterface* const cross =
@@ -142,6 +158,18 @@ private:
     {
         const QWindow* const panel = Windows::named(title);
         return panel != nullptr && panel->opacity() == 1 && panel->height() > 200;
+    }
+
+    /// As the window manager has it and a window of another program.
+    static bool isWidgetAbove(const QString& title)
+    {
+        const QString stack = run(u"xprop -root _NET_CLIENT_LIST_STACKING"_s);
+        const auto place = [&stack](const QString& name) {
+            const uint id = run(u"xdotool search --onlyvisible --name ^%1$"_s.arg(name)).toUInt();
+            return stack.indexOf(u"0x"_s + QString::number(id, 16));
+        };
+        const auto other = place(title);
+        return other >= 0 && place(u"Pellar.Widget"_s) > other;
     }
 
     static QRect widgetFrame()

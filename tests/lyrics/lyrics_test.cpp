@@ -9,6 +9,7 @@
 #include "support/FakePlatform.h"
 #include "support/HttpStandIn.h"
 #include "support/LogFile.h"
+#include "support/ManualRunLoop.h"
 #include "support/MemoryDefaults.h"
 
 #include <QtTest>
@@ -171,6 +172,22 @@ private Q_SLOTS:
         tell({.title = u"T"_s, .artist = u""_s, .location = first});
         QCOMPARE(fetched(u"T"_s, {}), u"none 0"_s);
         QTRY_COMPARE(shown(), u"2 "_s);
+    }
+
+    /// Views that take their time over the words are not taken for a disk that does.
+    void keepsWhatItHasRead()
+    {
+        ManualRunLoop loop;
+        bool isAsked = false;
+        LyricsService service(loop, _notifications, _defaults, _workspace,
+                              [&](const auto&...) { isAsked = true; });
+        connect(&service, &LyricsService::currentChanged, this, [&loop] { loop.advance(3); });
+        const QString path = _folder.filePath(u"slow"_s);
+        putFile(path + u".lrc", "[00:01]a", {});
+        tell({.title = u"T"_s, .location = QUrl::fromLocalFile(path + u".flac")});
+        service.fetch(u"T"_s, u"B"_s, u"C"_s);
+        QTRY_VERIFY(!service.isLoading());
+        QVERIFY(service.current() && service.current()->hasSynced() && !isAsked);
     }
 
     void ignoresLateAnswers()

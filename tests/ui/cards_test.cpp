@@ -1,9 +1,11 @@
 #include "engine/EngineFixture.h"
 #include "lyrics/LyricsService.h"
+#include "support/FakeAppearance.h"
 #include "ui/controls/Contrast.h"
 #include "ui/preview/LyricsCanvas.h"
 #include "ui/preview/PreviewPlacement.h"
 #include "ui/track/CardLook.h"
+#include "ui/track/TrackModel.h"
 #include "ui/widget/WidgetLayout.h"
 #include "ui/widget/WidgetPlacement.h"
 
@@ -45,6 +47,9 @@ private Q_SLOTS:
               {{9e9, 9e9, 300, 140}, {}, {9e9, 9e9, 300, 140}}}) {
             QCOMPARE(reachable(saved, screens), shown);
         }
+        QCOMPARE(ofHeight({10, 600, 300, 140}, 182, screen), QRectF(10, 600, 300, 182));
+        QCOMPARE(ofHeight({10, 650, 300, 140}, 182, screen), QRectF(10, 618, 300, 182));
+        QCOMPARE(ofHeight({10, 700, 300, 140}, 182, screen), QRectF(10, 700, 300, 182)); // as it was put
         QCOMPARE(edgesAt({150, 70}, {300, 140}), Qt::Edges());
         QCOMPARE(edgesAt({2, 70}, {300, 140}), Qt::Edges(Qt::LeftEdge));
         QCOMPARE(edgesAt({290, 138}, {300, 140}), Qt::RightEdge | Qt::BottomEdge);
@@ -110,6 +115,28 @@ private Q_SLOTS:
         }
     }
 
+    void timesMakeUpTheLength()
+    {
+        for (const auto& [length, remaining] : {std::pair(u"200"_s, u"-3:07"_s), {u"200.5"_s, u"-3:07"_s}}) {
+            EngineFixture engine;
+            engine.reply(Player::appleMusic, u"Song|||Band|||Album|||%1|||12.0|||true|||77"_s.arg(length));
+            engine.start();
+            FakeAppearance appearance;
+            FrameClock clock(engine.desktop.runLoop);
+            TrackModel track({.service = *engine.service,
+                              .theme = *engine.theme,
+                              .power = *engine.power,
+                              .appearance = appearance,
+                              .runLoop = engine.desktop.runLoop,
+                              .clock = clock});
+            engine.desktop.runLoop.advance(1.1);
+            QCOMPARE(track.elapsedText(), u"0:13"_s);
+            QCOMPARE(track.remainingText(), remaining);
+            track.scrub(0.5);
+            QCOMPARE(track.elapsedText() + track.remainingText(), u"1:40-1:40"_s);
+        }
+    }
+
     void wordsAreFound()
     {
         const QStringList words{u"la"_s, u"la"_s, u"gone"_s, u"end"_s};
@@ -145,8 +172,10 @@ private Q_SLOTS:
         const double songLine = 170 * 0.42;
         loop.advance(0.2);
         QCOMPARE(seenAt(songLine), 6);
-        loop.advance(3); // 15.2
-        QCOMPARE(seenAt(songLine), 7);
+        canvas.point(songLine);
+        loop.advance(3); // 15.2, and the line has come to a pointer that rests
+        QCOMPARE(canvas.pointedRow(), 7);
+        canvas.leave();
         canvas.turn(400);
         loop.advance(1);
         QVERIFY(seenAt(songLine) > 15);

@@ -79,6 +79,24 @@ private Q_SLOTS:
         QCOMPARE(sung(0.02), u"0 0"_s);
     }
 
+    void cutsWhatNoSongHas()
+    {
+        const QString longLine(1000, u'a');
+        _lines.fill({.time = 1, .text = longLine}, 5000);
+        show();
+        loop().advance(0.2);
+        QCOMPARE(_model->rowCount(), 2000);
+        QCOMPARE(_model->index(0).data().toString().size(), 301);
+        const QString text = longLine + u'\n';
+        _engine->desktop.workspace.tracks[BundleId::music] = {
+            .title = u"Next"_s, .artist = u"Band"_s, .album = u"Album"_s, .lyrics = text.repeated(900)};
+        notify(u"Playing"_s, u"Next"_s);
+        loop().settle();
+        QVERIFY(_model->isPlain());
+        QCOMPARE(_model->plainLines().size(), 900);
+        QCOMPARE(_model->plainLines().last().size(), 301);
+    }
+
     void asksWhileItIsShown()
     {
         loop().advance(1);

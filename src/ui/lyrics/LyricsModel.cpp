@@ -7,7 +7,14 @@
 
 namespace {
 
+constexpr qsizetype mostLines = 2000;
+constexpr qsizetype longestLine = 300; // characters
 constexpr double grace = 0.001; // seconds of the track: a timer that fires a little early need not fire twice
+
+QString cut(const QString& line)
+{
+    return line.size() > longestLine ? line.first(longestLine) + u'…' : line;
+}
 
 } // namespace
 
@@ -36,7 +43,7 @@ QVariant LyricsModel::data(const QModelIndex& index, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case TextRole:
-        return shownText(line);
+        return cut(shownText(line));
     case StateRole:
         return QVariant::fromValue(index.row() == activeIndex()  ? LyricSlot::State::Active
                                    : index.row() < activeIndex() ? LyricSlot::State::Past
@@ -65,10 +72,20 @@ QString LyricsModel::placeholder() const
     return lyricsPlaceholder(_of.lyrics.current(), _of.lyrics.isLoading()).value_or(QString());
 }
 
-QString LyricsModel::plainText() const
+QStringList LyricsModel::plainLines() const
 {
     const auto current = _of.lyrics.current();
-    return current ? current->plain.value_or(QString()) : QString();
+    const QString text = current ? current->plain.value_or(QString()).trimmed() : QString();
+    QStringList lines;
+    if (!text.isEmpty()) {
+        for (const QStringView line : QStringTokenizer(text, u'\n')) {
+            if (lines.size() == mostLines) {
+                break;
+            }
+            lines << cut(line.toString());
+        }
+    }
+    return lines;
 }
 
 void LyricsModel::seekToLine(int row)
@@ -81,7 +98,7 @@ void LyricsModel::seekToLine(int row)
 void LyricsModel::takeLyrics()
 {
     const auto current = _of.lyrics.current();
-    const QList<SyncedLyric> lines = current ? current->synced : QList<SyncedLyric>();
+    const QList<SyncedLyric> lines = current ? current->synced.mid(0, mostLines) : QList<SyncedLyric>();
     if (lines != _lines) {
         beginResetModel();
         _lines = lines;

@@ -13,7 +13,8 @@
 class LyricsService;
 class NowPlayingService;
 
-/// The lines of the track that plays, and which of them is sung now. One for all views: each says with
+/// The lines of the track that plays, and which of them is sung now. What is too long for any song, as files
+/// and services may hold, is cut: to set it would take seconds. One for all views: each says with
 /// `setShown` when it shows lyrics, and while none does nothing is looked up and nothing runs.
 class LyricsModel : public QAbstractListModel
 {
@@ -25,7 +26,7 @@ class LyricsModel : public QAbstractListModel
     Q_PROPERTY(int activeWord READ activeWord NOTIFY activeWordChanged)
     Q_PROPERTY(bool isSynced READ isSynced NOTIFY lyricsChanged)
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY lyricsChanged)
-    Q_PROPERTY(QString plainText READ plainText NOTIFY lyricsChanged)
+    Q_PROPERTY(bool isPlain READ isPlain NOTIFY lyricsChanged)
 
 public:
     /// What the model builds on. Everything outlives it.
@@ -62,8 +63,10 @@ public:
     bool isSynced() const { return !_lines.isEmpty(); }
     /// What to show in place of lines; empty when there are lines.
     QString placeholder() const;
-    /// The text without times; empty when there is none.
-    QString plainText() const;
+    /// Whether there is a text without times, and no other.
+    bool isPlain() const { return !isSynced() && !plainLines().isEmpty(); }
+    /// The lines of that text.
+    QStringList plainLines() const;
 
     /// Goes to where a line begins. Nothing for a row that there is not.
     Q_INVOKABLE void seekToLine(int row);

@@ -220,12 +220,22 @@ void Panel::setFrame(const PanelFrame& frame)
     _view->setMask(isBlended() ? QRegion() : roundedRegion(panel.size(), cornerRadius()));
 }
 
-QRectF Panel::place() const
+/// Of the screen that the pill is on.
+QRectF Panel::freePart() const
 {
     const QScreen* const screen = _screen.isNull() ? QGuiApplication::primaryScreen() : _screen.data();
-    const QRect free = screen != nullptr ? screen->availableGeometry() : QRect();
+    return screen != nullptr ? screen->availableGeometry() : QRect();
+}
+
+double Panel::room() const
+{
+    return freePart().bottom() - QRectF(_pill).bottom() - PanelStyle::pillGap - PanelStyle::screenMargin;
+}
+
+QRectF Panel::place() const
+{
     const QQuickItem& root = *_view->rootObject();
-    return _style.placement(_pill, {root.implicitWidth(), root.implicitHeight()}, free);
+    return _style.placement(_pill, {root.implicitWidth(), root.implicitHeight()}, freePart());
 }
 
 void Panel::resize()

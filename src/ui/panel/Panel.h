@@ -34,6 +34,7 @@ class Panel : public QObject
     Q_PROPERTY(GlassColors glass READ glass NOTIFY appearanceChanged)
     Q_PROPERTY(double shadowExtent READ shadowExtent NOTIFY appearanceChanged)
     Q_PROPERTY(double cornerRadius READ cornerRadius CONSTANT)
+    Q_PROPERTY(double room READ room CONSTANT)
 
 public:
     /// What the panel builds on. Everything outlives it.
@@ -73,6 +74,8 @@ public:
     /// How far the shadow reaches beyond the panel, in points; 0 for none.
     double shadowExtent() const;
     double cornerRadius() const { return _style.cornerRadius; }
+    /// How high a panel below the pill can be to lie on the screen as a whole, in points.
+    double room() const;
 
     QQuickView& view() { return *_view; }
 
@@ -92,6 +95,7 @@ private:
     void animate(double seconds, const std::function<void(double progress)>& step,
                  const std::function<void()>& finished);
     void setFrame(const PanelFrame& frame);
+    QRectF freePart() const;
     QRectF place() const;
     void resize();
     void startMonitoring();

@@ -12,6 +12,8 @@ constexpr double glideSeconds = 0.45;
 constexpr double lightSeconds = 0.25; // that a line takes to light up
 constexpr double wordSeconds = 0.15;
 constexpr double fadeHeight = 34; // points
+constexpr double plateInset = 10; // points
+constexpr double plateCorner = 8; // points
 constexpr int smoothRate = 60;    // frames per second
 constexpr int waitingRate = 5;    // looks at the clock per second, while somebody looks further
 
@@ -37,6 +39,11 @@ LyricsCanvas::LyricsCanvas(QQuickItem* parent) : PixelItem(parent), _place(glide
 }
 
 LyricsCanvas::~LyricsCanvas() = default;
+
+double LyricsCanvas::inset() const
+{
+    return plateInset;
+}
 
 void LyricsCanvas::setModel(LyricsModel* model)
 {
@@ -96,15 +103,17 @@ void LyricsCanvas::relayout()
         for (int row = 0; row < _model->rowCount(); ++row) {
             lines << _model->data(_model->index(row), LyricsModel::TextRole).toString();
         }
-    } else if (_model != nullptr && !_model->plainText().isEmpty()) {
-        lines = _model->plainText().trimmed().split(u'\n');
+    } else if (_model != nullptr) {
+        lines = _model->plainLines();
     }
-    _layout = width() > 0 ? LyricsLayout(lines, font(), width()) : LyricsLayout();
+    const double room = width() - 2 * plateInset;
+    _layout = room > 0 ? LyricsLayout(lines, font(), room) : LyricsLayout();
     _turned.reset();
     setPointedRow(-1);
     followLine();
     _activeSince = _wordSince = Uptime::distantPast();
     _place.jump(songPlace());
+    followPointer();
     run();
 }
 
@@ -192,6 +201,7 @@ void LyricsCanvas::step(int lines)
         turn(lines * _layout.lines().front().height);
         return;
     }
+    _pointer.reset();
     const int from = _pointedRow >= 0 ? _pointedRow : std::max(0, _activeRow);
     setPointedRow(std::clamp(from + lines, 0, rows - 1));
     lookAt(_layout.lines()[static_cast<std::size_t>(_pointedRow)].middle());
@@ -209,13 +219,22 @@ void LyricsCanvas::backToSong()
 
 void LyricsCanvas::point(double y)
 {
-    const bool isSynced = _model != nullptr && _model->isSynced();
-    setPointedRow(isSynced ? _layout.lineAt(y - anchor() + _place.at(now())).value_or(-1) : -1);
+    _pointer = y;
+    followPointer();
 }
 
 void LyricsCanvas::leave()
 {
+    _pointer.reset();
     setPointedRow(-1);
+}
+
+void LyricsCanvas::followPointer()
+{
+    if (_pointer) {
+        const bool isSynced = _model != nullptr && _model->isSynced();
+        setPointedRow(isSynced ? _layout.lineAt(*_pointer - anchor() + _place.at(now())).value_or(-1) : -1);
+    }
 }
 
 void LyricsCanvas::choose()
@@ -256,6 +275,7 @@ void LyricsCanvas::advance()
     } else {
         run();
     }
+    followPointer();
 }
 
 /// How much a line is lit, 0 to 1.
@@ -297,9 +317,16 @@ void LyricsCanvas::paintLine(QPainter& painter, int row, double top) const
     const bool hasWords = row == _activeRow && !_wordStarts.isEmpty();
     const bool isPointedAt = row == _pointedRow;
     const double share = !isSynced || isPointedAt ? 1 : hasWords ? 0 : lit(row);
-    painter.setPen(between(quietColor(), color(), share));
     const auto& line = _layout.lines()[static_cast<std::size_t>(row)];
-    line.text->draw(&painter, QPointF(0, top),
+    if (isPointedAt) {
+        constexpr double overlap = LyricsLayout::gap / 2;
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(plateColor());
+        painter.drawRoundedRect(QRectF(0, top - overlap, width(), line.height + 2 * overlap), plateCorner,
+                                plateCorner);
+    }
+    painter.setPen(between(quietColor(), color(), share));
+    line.text->draw(&painter, QPointF(plateInset, top),
                     isPointedAt ? QList<QTextLayout::FormatRange>() : litWords(row));
 }
 

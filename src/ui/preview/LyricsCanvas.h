@@ -26,6 +26,8 @@ class LyricsCanvas : public PixelItem
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     Q_PROPERTY(QColor quietColor READ quietColor WRITE setQuietColor NOTIFY colorChanged)
+    Q_PROPERTY(QColor plateColor READ plateColor WRITE setPlateColor NOTIFY colorChanged)
+    Q_PROPERTY(double inset READ inset CONSTANT)
     Q_PROPERTY(int pointedRow READ pointedRow NOTIFY pointedRowChanged)
 
 public:
@@ -46,10 +48,16 @@ public:
     /// Of what was or will be.
     QColor quietColor() const { return _quietColor; }
     void setQuietColor(const QColor& color) { _quietColor = color; }
+    /// Behind the line that is pointed at.
+    QColor plateColor() const { return _plateColor; }
+    void setPlateColor(const QColor& color) { _plateColor = color; }
+    /// How far the plate reaches beyond the text at either side, in points.
+    double inset() const;
     /// The timed line that is pointed at, by the pointer or by keys; -1 for none.
     int pointedRow() const { return _pointedRow; }
 
-    /// The pointer is at a height in the item, in points; or it has left.
+    /// The pointer is at a height in the item, in points, and points at whatever comes by there; or it has
+    /// left.
     Q_INVOKABLE void point(double y);
     Q_INVOKABLE void leave();
     /// Goes to where the line begins that is pointed at.
@@ -83,6 +91,7 @@ private:
     double anchor() const;
     double placed(double place) const;
     double lit(int row) const;
+    void followPointer();
     void setPointedRow(int row);
     void paintLine(QPainter& painter, int row, double top) const;
     QList<QTextLayout::FormatRange> litWords(int row) const;
@@ -96,10 +105,12 @@ private:
     Uptime _activeSince = Uptime::distantPast();
     int _litWords = 0;
     Uptime _wordSince = Uptime::distantPast();
-    QList<int> _wordStarts;        ///< of the active line; empty when its words have no times
-    std::optional<Uptime> _turned; ///< when somebody looked further; none while the song is followed
+    QList<int> _wordStarts;         ///< of the active line; empty when its words have no times
+    std::optional<Uptime> _turned;  ///< when somebody looked further; none while the song is followed
+    std::optional<double> _pointer; ///< its height in the item, if it points at lines
     int _pointedRow = -1;
     Q_OBJECT_BINDABLE_PROPERTY(LyricsCanvas, QFont, _font, &LyricsCanvas::fontChanged)
     Q_OBJECT_BINDABLE_PROPERTY(LyricsCanvas, QColor, _color, &LyricsCanvas::colorChanged)
     Q_OBJECT_BINDABLE_PROPERTY(LyricsCanvas, QColor, _quietColor, &LyricsCanvas::colorChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(LyricsCanvas, QColor, _plateColor, &LyricsCanvas::colorChanged)
 };

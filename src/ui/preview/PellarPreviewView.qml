@@ -14,6 +14,9 @@ PanelView {
     readonly property alias hoveringButton: transport.hoveringButton
     readonly property alias pressingButton: transport.pressingButton
     readonly property real margin: 24
+    // On a low screen the cover is smaller, and there are fewer lines of words.
+    readonly property real between: 20 + title.height + byline.height + 10 + scrubBar.height + transport.height + 4
+    readonly property real spare: panel.room - cover.y - between - 10
 
     implicitWidth: 380
     implicitHeight: words.y + words.height + 10
@@ -42,8 +45,8 @@ PanelView {
 
         anchors.horizontalCenter: parent.horizontalCenter
         y: root.margin + 4
-        width: 248
-        height: 248
+        width: Math.round(Math.max(64, Math.min(248, root.spare - 172)))
+        height: width
         track: root.track
         radius: 14
     }
@@ -102,10 +105,10 @@ PanelView {
     LyricsPane {
         id: words
 
-        x: root.margin
-        y: transport.y + transport.height + 4
+        x: root.margin - inset
+        y: cover.y + cover.height + root.between
         width: parent.width - 2 * x
-        height: 172
+        height: Math.round(Math.max(84, Math.min(172, root.spare - cover.height)))
         lyrics: root.lyrics
         track: root.track
     }

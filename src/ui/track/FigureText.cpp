@@ -43,7 +43,7 @@ void FigureText::paint(QPainter& painter, QSize size, double scale)
     painter.setPen(color());
     const QFontMetricsF metrics(font());
     const double baseline = std::round((size.height() / scale - metrics.height()) / 2 + metrics.ascent());
-    double x = isAtRight() ? size.width() / scale - textWidth() : 0;
+    double x = 0;
     const QString line = text();
     for (const QChar character : line) {
         const double cell = widthOf(character);

@@ -7,7 +7,7 @@
 #include <QProperty>
 
 /// A short text of figures, each as wide as the widest, so that nothing moves as they change. As wide as its
-/// text; in a wider field it lies at the left, or at the right.
+/// text; in a wider field it lies at the left.
 class FigureText : public PixelItem
 {
     Q_OBJECT
@@ -15,7 +15,6 @@ class FigureText : public PixelItem
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY changed)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY changed)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY changed)
-    Q_PROPERTY(bool isAtRight READ isAtRight WRITE setAtRight NOTIFY changed)
 
 public:
     explicit FigureText(QQuickItem* parent = nullptr);
@@ -26,8 +25,6 @@ public:
     void setFont(const QFont& font) { _font = font; }
     QColor color() const { return _color; }
     void setColor(const QColor& color) { _color = color; }
-    bool isAtRight() const { return _isAtRight; }
-    void setAtRight(bool isAtRight) { _isAtRight = isAtRight; }
 
 Q_SIGNALS:
     void changed();
@@ -42,5 +39,4 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(FigureText, QString, _text, &FigureText::changed)
     Q_OBJECT_BINDABLE_PROPERTY(FigureText, QFont, _font, &FigureText::changed)
     Q_OBJECT_BINDABLE_PROPERTY(FigureText, QColor, _color, &FigureText::changed)
-    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(FigureText, bool, _isAtRight, false, &FigureText::changed)
 };

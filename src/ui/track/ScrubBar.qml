@@ -11,7 +11,6 @@ Item {
     property font font
     property real barHeight: 18
     readonly property bool progressHovering: pointer.containsMouse || pointer.pressed
-    readonly property alias isScrubbing: pointer.pressed
     readonly property real value: track.progress
     readonly property real minimumValue: 0
     readonly property real maximumValue: 1

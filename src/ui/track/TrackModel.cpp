@@ -44,7 +44,6 @@ void TrackModel::bindContent()
     _artist.setBinding([service] { return service->artist().simplified(); });
     _album.setBinding([service] { return service->album().simplified(); });
     _artwork.setBinding([service] { return service->shownArtwork(); });
-    _isIdle.setBinding([service] { return service->activePlayer() == Player::none; });
     _isPlaying.setBinding([service] { return service->isPlaying(); });
     _duration.setBinding([service] { return service->duration(); });
     _isTitleActive.setBinding([this] { return _of.power.effectiveMode() != PowerMode::lowPower; });
@@ -119,9 +118,10 @@ QString TrackModel::elapsedText() const
     return clockText(isSeekable() ? std::min(shownElapsed(), _duration.value()) : shownElapsed());
 }
 
+/// Of what is shown, so that the two times make up the length.
 QString TrackModel::remainingText() const
 {
-    return isSeekable() ? u'-' + clockText(_duration - shownElapsed()) : QString();
+    return isSeekable() ? u'-' + clockText(std::floor(_duration) - std::floor(shownElapsed())) : QString();
 }
 
 QString TrackModel::durationText() const

@@ -25,7 +25,6 @@ class TrackModel : public QObject
     Q_PROPERTY(QString byline READ byline NOTIFY contentChanged)
     Q_PROPERTY(QImage artwork READ artwork NOTIFY artworkChanged)
     Q_PROPERTY(bool hasArtwork READ hasArtwork NOTIFY artworkChanged)
-    Q_PROPERTY(bool isIdle READ isIdle NOTIFY contentChanged)
     Q_PROPERTY(QString playSymbol READ playSymbol NOTIFY contentChanged)
     Q_PROPERTY(QString playLabel READ playLabel NOTIFY contentChanged)
     Q_PROPERTY(bool isTitleActive READ isTitleActive NOTIFY isTitleActiveChanged)
@@ -61,8 +60,6 @@ public:
     /// Null when there is none.
     QImage artwork() const { return _artwork; }
     bool hasArtwork() const { return !artwork().isNull(); }
-    /// Whether nothing plays and nothing is paused, either.
-    bool isIdle() const { return _isIdle; }
     QString playSymbol() const;
     QString playLabel() const;
     /// Whether a long title scrolls.
@@ -115,7 +112,6 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _title, &TrackModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _artist, &TrackModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QString, _album, &TrackModel::contentChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(TrackModel, bool, _isIdle, &TrackModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, bool, _isPlaying, &TrackModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, bool, _isTitleActive, &TrackModel::isTitleActiveChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TrackModel, QImage, _artwork, &TrackModel::artworkChanged)

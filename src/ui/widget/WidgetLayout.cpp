@@ -13,9 +13,9 @@ constexpr double bothHeight = 40; // of title and artist
 constexpr double leastMain = 34;  // of the row of cover, title and artist
 constexpr double progressHeight = 28;
 constexpr double transportHeight = 28;
-constexpr double lyricHeight = 22;
-constexpr double textGap = 12;   // between the cover and the texts
-constexpr double closeRoom = 10; // right of the texts, for the button in the corner
+constexpr double lyricHeight = 36; // of two rows
+constexpr double textGap = 12;     // between the cover and the texts
+constexpr double closeRoom = 10;   // right of the texts, for the button in the corner
 
 bool hasText(const WidgetElements& elements)
 {
@@ -87,7 +87,7 @@ void layOutMain(WidgetLayout& layout, const WidgetElements& elements, const QRec
 WidgetLayout WidgetLayout::make(QSizeF size, WidgetElements elements)
 {
     const double room = size.height() - 2 * margin;
-    elements = fitting(elements, std::max(room, size.height() - 2 * margin));
+    elements = fitting(elements, room);
     const double width = size.width() - 2 * margin;
     WidgetLayout layout;
     double y = margin;

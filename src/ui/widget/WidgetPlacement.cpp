@@ -7,8 +7,7 @@
 
 namespace {
 
-constexpr QPointF firstInset(320,
-                             40); // of the left and the upper edge, from the screen's right and upper ones
+constexpr QPointF firstInset(320, 40); // of the upper left corner from the screen's upper right one
 constexpr QPointF withoutScreen(100, 100);
 constexpr QSizeF hold(60, 30); // what can be taken hold of
 constexpr double edgeWidth = 8;
@@ -53,6 +52,15 @@ QRectF WidgetPlacement::reachable(const QRectF& frame, const QList<QRectF>& scre
                   *std::min_element(screens.begin(), screens.end(), [&](const QRectF& a, const QRectF& b) {
                       return distance(wanted, a) < distance(wanted, b);
                   }));
+}
+
+QRectF WidgetPlacement::ofHeight(const QRectF& frame, double height, const QRectF& screen)
+{
+    QRectF resized(frame.topLeft(), QSizeF(frame.width(), height));
+    if (frame.bottom() <= screen.bottom() && resized.bottom() > screen.bottom()) {
+        resized.moveBottom(screen.bottom());
+    }
+    return resized;
 }
 
 Qt::Edges WidgetPlacement::edgesAt(QPointF point, QSizeF size)

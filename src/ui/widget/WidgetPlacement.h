@@ -18,6 +18,10 @@ QRectF first(const std::optional<QRectF>& screen);
 /// of it; else as near to that as it lies within one whole.
 QRectF reachable(const QRectF& frame, const QList<QRectF>& screens);
 
+/// The frame with another height: the upper edge stays, unless the lower one would leave a screen that it lay
+/// on.
+QRectF ofHeight(const QRectF& frame, double height, const QRectF& screen);
+
 /// Which edges a press takes hold of; none in the middle.
 Qt::Edges edgesAt(QPointF point, QSizeF size);
 

@@ -74,6 +74,8 @@ Item {
         track: root.track
         frame: root.parts.title
         text: root.track.title
+        isShrunkToFit: true
+        smallestSize: Math.max(13, root.parts.artistSize)
         color: root.track.colors.text
         font { pixelSize: Math.max(1, root.parts.titleSize); weight: Font.Bold }
     }
@@ -106,15 +108,25 @@ Item {
         spacing: 16
         track: root.track
     }
-    Line {
-        track: root.track
-        frame: root.parts.lyric
-        isCentred: true
-        isShrunkToFit: true // rather than scrolled, in the moment that a line lasts
-        smallestSize: 11
+    Text { // in two rows rather than scrolled, for the moment that a line lasts
+        x: root.parts.lyric.x
+        y: root.parts.lyric.y
+        width: root.parts.lyric.width
+        height: root.parts.lyric.height
+        visible: height > 0
         text: root.words
+        textFormat: Text.PlainText
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        wrapMode: Text.Wrap
+        fontSizeMode: Text.Fit
+        minimumPixelSize: 10
+        clip: true
         color: root.lyrics.isSynced ? root.track.colors.text : root.track.colors.dimmedText
         font { pixelSize: 13; weight: root.lyrics.isSynced ? Font.DemiBold : Font.Normal }
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
     CloseButton {
         id: close

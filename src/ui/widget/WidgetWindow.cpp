@@ -33,13 +33,6 @@ QList<QRectF> freeParts()
     return parts;
 }
 
-QRectF firstFrame()
-{
-    const QScreen* const screen = QGuiApplication::primaryScreen();
-    return WidgetPlacement::first(screen != nullptr ? std::optional<QRectF>(screen->availableGeometry())
-                                                    : std::nullopt);
-}
-
 } // namespace
 
 WidgetWindow::WidgetWindow(const Dependencies& dependencies) : _of(dependencies), _track(_of.track)
@@ -79,7 +72,7 @@ double WidgetWindow::cornerRadius() const
 
 void WidgetWindow::present()
 {
-    const QRectF frame = savedFrame();
+    const QRectF frame = wantedFrame();
     _of.manager.allowWindowDrag = true;
     _of.windows.adopt(*this, _of.manager.alwaysOnTop);
     _size = frame.size();
@@ -107,7 +100,7 @@ void WidgetWindow::present()
         _of.manager.alwaysOnTop.addNotifier([this] { _of.windows.setOnTop(*this, _of.manager.alwaysOnTop); });
 }
 
-QRectF WidgetWindow::savedFrame() const
+std::optional<QRectF> WidgetWindow::savedFrame() const
 {
     const QVariantMap saved = _of.defaults.dictionary(frameKey).value_or(QVariantMap());
     QList<double> sides;
@@ -118,12 +111,25 @@ QRectF WidgetWindow::savedFrame() const
             sides << value.toDouble();
         }
     }
-    if (sides.size() == 4) {
-        return WidgetPlacement::reachable({sides[0], sides[1], sides[2], sides[3]}, freeParts());
-    }
-    QRectF frame = firstFrame();
+    return sides.size() == 4 ? std::optional(QRectF(sides[0], sides[1], sides[2], sides[3])) : std::nullopt;
+}
+
+QRectF WidgetWindow::firstFrame() const
+{
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    QRectF frame = WidgetPlacement::first(
+        screen != nullptr ? std::optional<QRectF>(screen->availableGeometry()) : std::nullopt);
     frame.setHeight(WidgetLayout::fittingHeight(_elements));
     return frame;
+}
+
+/// Where it was put, or as near to that as the screens that there are allow.
+QRectF WidgetWindow::wantedFrame()
+{
+    const auto saved = savedFrame();
+    const QRectF wanted = saved ? WidgetPlacement::reachable(*saved, freeParts()) : firstFrame();
+    _isDisplaced = saved && wanted != *saved;
+    return wanted;
 }
 
 /// Not of a place that it has only because its screen has gone: when that comes back, so does the widget.
@@ -132,10 +138,9 @@ void WidgetWindow::persistFrame()
     const QRectF frame = _of.windows.frame(*this);
     _size = QSizeF(size());
     cutCorners();
-    if (_rescued && *_rescued == frame) {
+    if (_isDisplaced) {
         return;
     }
-    _rescued.reset();
     _of.defaults.setObject(frameKey, QVariantMap{{QStringLiteral("x"), frame.x()},
                                                  {QStringLiteral("y"), frame.y()},
                                                  {QStringLiteral("w"), frame.width()},
@@ -159,9 +164,8 @@ void WidgetWindow::watchScreen(QScreen* screen)
 
 void WidgetWindow::followScreens()
 {
-    const QRectF wanted = savedFrame();
+    const QRectF wanted = wantedFrame();
     if (isVisible() && _of.windows.frame(*this) != wanted) {
-        _rescued = wanted;
         place(wanted);
     }
 }
@@ -169,9 +173,9 @@ void WidgetWindow::followScreens()
 /// What is visible decides the height.
 void WidgetWindow::fit()
 {
-    QRectF frame = _of.windows.frame(*this);
-    frame.setHeight(WidgetLayout::fittingHeight(_elements));
-    place(frame);
+    _isDisplaced = false;
+    place(WidgetPlacement::ofHeight(_of.windows.frame(*this), WidgetLayout::fittingHeight(_elements),
+                                    screen()->availableGeometry()));
 }
 
 void WidgetWindow::resetPosition()
@@ -179,6 +183,7 @@ void WidgetWindow::resetPosition()
     const QRectF from = _of.windows.frame(*this);
     const QRectF to = firstFrame();
     const Uptime start = _of.track.runLoop.uptime();
+    _isDisplaced = false;
     _animation = _of.track.runLoop.every(frameInterval, this, [=, this] {
         const double left = 1 - std::min(1.0, (_of.track.runLoop.uptime() - start) / resetSeconds);
         const double share = 1 - left * left * left;
@@ -209,6 +214,7 @@ void WidgetWindow::setOverButton(bool isOver)
 void WidgetWindow::press(QPointF point)
 {
     if (_of.manager.allowWindowDrag) {
+        _animation.reset();
         _drag = Drag{.edges = WidgetPlacement::edgesAt(point, size()),
                      .start = _pointer,
                      .frame = _of.windows.frame(*this)};
@@ -226,6 +232,7 @@ void WidgetWindow::drag()
     if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2.0) {
         return;
     }
+    _isDisplaced = false;
     place(dragged(*_drag, way));
     if (isFirst && (_drag->edges != Qt::Edges() ? _of.windows.startResize(*this, _drag->edges)
                                                 : _of.windows.startMove(*this))) {

@@ -69,7 +69,9 @@ private:
         QRectF frame;    ///< of the widget, then
     };
 
-    QRectF savedFrame() const;
+    std::optional<QRectF> savedFrame() const;
+    QRectF firstFrame() const;
+    QRectF wantedFrame();
     void persistFrame();
     void place(const QRectF& frame);
     void followScreens();
@@ -82,8 +84,8 @@ private:
     Dependencies _of;
     TrackModel _track;
     std::optional<Drag> _drag;
-    QPointF _pointer;               ///< on the screen
-    std::optional<QRectF> _rescued; ///< where it lies because the screen that it was on has gone
+    QPointF _pointer;          ///< on the screen
+    bool _isDisplaced = false; ///< it lies elsewhere than it was put, whose screen has gone
     std::unique_ptr<RunLoop::Timer> _animation;
     QProperty<QSizeF> _size;
     QProperty<WidgetElements> _elements;
