@@ -76,12 +76,15 @@ void AccountSecrets::clear()
     _session = std::make_unique<QObject>();
     _values.clear();
     _isUnsaved = false;
-    _isUndeleted = false;
+    const bool isRepeated = std::exchange(_isUndeleted, false);
     for (qsizetype i = 0; i < _accounts.size(); ++i) {
-        _keychain.remove(item(i), _session.get(), [this](Keychain::Status status) {
-            if (status != Keychain::done && status != Keychain::notFound &&
-                !std::exchange(_isUndeleted, true)) {
+        const bool isLast = i == _accounts.size() - 1;
+        _keychain.remove(item(i), _session.get(), [this, isRepeated, isLast](Keychain::Status status) {
+            const bool isRemoved = status == Keychain::done || status == Keychain::notFound;
+            if (!isRemoved && !std::exchange(_isUndeleted, true)) {
                 Q_EMIT removalFailed();
+            } else if (isLast && isRepeated && !_isUndeleted) {
+                Q_EMIT removed();
             }
         });
     }

@@ -35,6 +35,9 @@ Q_SIGNALS:
     void writeFailed(Keychain::Status status);
     void removalFailed();
 
+    /// The keychain, which had not removed them at first, has done so now.
+    void removed();
+
 private:
     Keychain::Item item(qsizetype index) const { return {.service = _service, .account = _accounts[index]}; }
     void load();

@@ -24,6 +24,7 @@ AppleMusicAuthManager::AppleMusicAuthManager(Dependencies dependencies)
         _lastError =
             tr("The keyring is not open and still has the account: it is back after the next start.");
     });
+    connect(&_secrets, &AccountSecrets::removed, this, [this] { _lastError = QString(); });
 }
 
 AppleMusicAuthManager::~AppleMusicAuthManager()

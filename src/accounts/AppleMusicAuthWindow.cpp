@@ -106,6 +106,7 @@ void AppleMusicAuthWindow::readLines()
     }
     if (_companion.bytesAvailable() >= longestLine) {
         report(AuthResult::error(QStringLiteral("the sign-in window sends too much")));
+        _companion.kill(); // or it would go on for as long as it has to end by itself
     }
 }
 

@@ -45,6 +45,7 @@ SpotifyAuthManager::SpotifyAuthManager(Dependencies dependencies)
         _lastError =
             tr("The keyring is not open and still has the account: it is back after the next start.");
     });
+    connect(&_secrets, &AccountSecrets::removed, this, [this] { _lastError = QString(); });
 }
 
 SpotifyAuthManager::~SpotifyAuthManager() = default;
@@ -135,12 +136,13 @@ bool SpotifyAuthManager::startLoopbackListener()
 std::optional<QByteArray> SpotifyAuthManager::handleRequest(const QByteArray& requestLine)
 {
     const SpotifyCallback callback = parseCallback(requestLine);
-    const auto codeVerifier = _pendingCodeVerifier;
-    if (callback.code && codeVerifier) {
-        exchangeCodeForToken(*callback.code, *codeVerifier);
-    } else if (callback.path == callbackPath) {
+    // Without a verifier the answer has been here before: a browser may ask twice. Without a code and the
+    // path it is another request than ours, and the flow goes on.
+    if (_pendingCodeVerifier && callback.code) {
+        exchangeCodeForToken(*callback.code, *std::exchange(_pendingCodeVerifier, std::nullopt));
+    } else if (_pendingCodeVerifier && callback.path == callbackPath) {
         endFlow(tr("Spotify did not grant access."));
-    } // else whoever that was: the flow goes on
+    }
     return callbackReply(callback.code.has_value());
 }
 
@@ -159,7 +161,6 @@ void SpotifyAuthManager::endFlow(const QString& error)
 void SpotifyAuthManager::exchangeCodeForToken(const QString& code, const QString& codeVerifier)
 {
     _listener->close();
-    _pendingCodeVerifier.reset();
     _exchange = askForToken({{QStringLiteral("client_id"), _from.clientId},
                              {QStringLiteral("grant_type"), QStringLiteral("authorization_code")},
                              {QStringLiteral("code"), code},
@@ -172,7 +173,10 @@ void SpotifyAuthManager::exchangeEnded(const HttpReply& reply)
 {
     const auto object = tokenReplyObject(reply);
     const bool isConnected = object && absorbTokenResponse(*object);
-    if (!isConnected) {
+    if (isConnected) {
+        _refresh.reset(); // it is of the account that was connected before
+        answerWaiting(_accessToken);
+    } else {
         dlog(QStringLiteral("Spotify: no token for the code: ") + tokenFailure(reply));
     }
     endFlow(isConnected ? QString() : tr("Spotify could not be reached, or refused the connection."));
@@ -239,7 +243,7 @@ void SpotifyAuthManager::refreshEnded(const HttpReply& reply)
     }
     dlog(QStringLiteral("Spotify: the token is not refreshed: ") + tokenFailure(reply));
     if (object && object->value(QStringLiteral("error")) == QStringLiteral("invalid_grant")) {
-        disconnect();
+        forgetAccount();
         _lastError = tr("Spotify has ended the connection.");
     }
     answerWaiting(std::nullopt);
@@ -275,6 +279,11 @@ bool SpotifyAuthManager::absorbTokenResponse(const QJsonObject& reply)
 void SpotifyAuthManager::disconnect()
 {
     endFlow({});
+    forgetAccount();
+}
+
+void SpotifyAuthManager::forgetAccount()
+{
     _refresh.reset();
     _accessToken.reset();
     _refreshToken.reset();

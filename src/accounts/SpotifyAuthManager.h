@@ -93,6 +93,7 @@ private:
     void refreshEnded(const HttpReply& reply);
     std::unique_ptr<HttpCall> askForToken(const QueryItems& parameters, HttpCall::Completion completion);
     bool absorbTokenResponse(const QJsonObject& reply);
+    void forgetAccount();
     void answerWaiting(const std::optional<QString>& token);
 
     Dependencies _from;

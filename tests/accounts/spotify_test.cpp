@@ -147,6 +147,60 @@ private Q_SLOTS:
         QTRY_COMPARE(account.auth->isAuthorized(), goesOn);
     }
 
+    /// The browser asks again on a connection that it has opened meanwhile, and so does somebody else.
+    void heedsTheFirstCodeOnly()
+    {
+        Account account(*_desktop, *_service);
+        _service->answer("/api/token", {.body = token().body, .manner = HttpStandIn::Manner::held});
+        account.auth->startAuthorization();
+        std::array<QTcpSocket, 2> others;
+        for (QTcpSocket& other : others) {
+            other.connectToHost(QHostAddress::LocalHost, SpotifyAuthManager::loopbackPort);
+        }
+        QVERIFY(answerTo(callback).contains(u"✓"));
+        others[0].write(callback.toUtf8());
+        others[1].write("GET /pellar-spotify-callback HTTP/1.1\r\n\r\n");
+        for (const QTcpSocket& other : others) {
+            QTRY_COMPARE(other.state(), QAbstractSocket::UnconnectedState);
+        }
+        QVERIFY(account.auth->isAuthorizing());
+        QTRY_COMPARE(_service->requestCount(), 1);
+        _service->release();
+        QTRY_VERIFY(account.auth->isAuthorized());
+    }
+
+    /// The account of before is withdrawn as another is being connected, or when it just has been.
+    void outlivesTheAccountBefore_data()
+    {
+        QTest::addColumn<HttpStandIn::Manner>("exchange");
+        QTest::newRow("meanwhile") << HttpStandIn::Manner::held;
+        QTest::newRow("afterwards") << HttpStandIn::Manner::whole;
+    }
+    void outlivesTheAccountBefore()
+    {
+        QFETCH(const HttpStandIn::Manner, exchange);
+        storeTokens(30);
+        Account account(*_desktop, *_service);
+        _service->answer(
+            "/api/token",
+            {.status = 400, .body = R"({"error":"invalid_grant"})", .manner = HttpStandIn::Manner::held});
+        QStringList got;
+        account.auth->getValidToken(this, [&got](const auto& value) { got << value.value_or(u"none"_s); });
+        QTRY_COMPARE(_service->requestCount(), 1);
+        _service->answer("/api/token",
+                         {.body = token(R"(,"refresh_token":"again")").body, .manner = exchange});
+        account.auth->startAuthorization();
+        QVERIFY(answerTo(callback).contains(u"✓"));
+        QTRY_COMPARE(_service->requestCount(), 2);
+        QTRY_COMPARE(account.auth->isAuthorizing(), exchange == HttpStandIn::Manner::held);
+        _service->release();
+        QTRY_VERIFY(!account.auth->isAuthorizing());
+        QTRY_COMPARE(got, QStringList{exchange == HttpStandIn::Manner::held ? u"none"_s : u"first"_s});
+        _desktop->runLoop.advance(1);
+        QVERIFY(account.auth->isAuthorized() && account.auth->lastError().isEmpty());
+        QCOMPARE(_desktop->keychain.items.value(u"com.orvalen.pellar.spotify refresh_token"_s), "again");
+    }
+
     void bearsManyThatSayNothing()
     {
         Account account(*_desktop, *_service);
@@ -297,17 +351,26 @@ private Q_SLOTS:
         QTEST(rows, "rows");
     }
 
+    void waitsAsLongAsToldTo_data()
+    {
+        QTest::addColumn<QByteArrayList>("headers");
+        QTest::addColumn<int>("quiet"); ///< seconds
+        QTest::newRow("told") << QByteArrayList{"Retry-After: 90"} << 90;
+        QTest::newRow("a date") << QByteArrayList{"Retry-After: Fri, 31 Dec 2027 23:59:59 GMT"} << 30;
+        QTest::newRow("not told") << QByteArrayList() << 30;
+    }
     void waitsAsLongAsToldTo()
     {
+        QFETCH(const QByteArrayList, headers);
+        QFETCH(const int, quiet);
         storeTokens(6000);
         Account account(*_desktop, *_service);
-        _service->answer("/v1/me/player/queue",
-                         {.status = 429, .body = "{}", .headers = {"Retry-After: 90"}});
+        _service->answer("/v1/me/player/queue", {.status = 429, .body = "{}", .headers = headers});
         account.api->refreshQueueAsync();
         QStringList log;
         QTRY_VERIFY(!(log << _log.take()).isEmpty());
         QVERIFY(log.constFirst().endsWith(u"status=429"));
-        _desktop->runLoop.advance(89);
+        _desktop->runLoop.advance(quiet - 1);
         account.api->refreshQueueAsync();
         _desktop->runLoop.advance(2);
         account.api->refreshQueueAsync();
@@ -331,6 +394,14 @@ private Q_SLOTS:
         _desktop->keychain.fail(Keychain::done);
         _desktop->runLoop.advance(1);
         QCOMPARE(_desktop->keychain.items.size(), 3);
+
+        _desktop->keychain.fail(Keychain::refused);
+        account.auth->disconnect();
+        _desktop->runLoop.advance(1);
+        QVERIFY(!account.auth->isAuthorized() && account.auth->lastError().contains(u"next start"));
+        _desktop->keychain.fail(Keychain::done);
+        _desktop->runLoop.advance(1);
+        QVERIFY(_desktop->keychain.items.isEmpty() && account.auth->lastError().isEmpty());
     }
 
 private:

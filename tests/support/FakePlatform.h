@@ -192,7 +192,9 @@ public:
     void remove(const Item& item, QObject* context, Completion completion) override
     {
         runLoop.after(0, context, [this, key = key(item), completion = std::move(completion)] {
-            items.remove(key);
+            if (failure == done) {
+                items.remove(key);
+            }
             completion(failure);
         });
     }
