@@ -1,5 +1,6 @@
 #include "TrayStandIn.h"
 #include "accounts/AppleMusicAuthManager.h"
+#include "accounts/Resources.h"
 #include "accounts/SpotifyAuthManager.h"
 #include "audio/PlayerChoice.h"
 #include "linux/LinuxPlatform.h"
@@ -171,6 +172,7 @@ private Q_SLOTS:
         row("token", "return 'TOKEN'", {stored});
         row("popup", "open('ADDRESS/popup'); return new Promise(ok => onmessage = event => ok(event.data))",
             {u"popup requested for http://127.0.0.1:"_s, stored, u"popup closed"_s});
+        row("no port", "return 'TOKEN'", {u"no port available in 7423-7428"_s, stored});
         row("empty", "return ''", {u"auth error: empty user token"_s});
         row("error", "throw new Error('no subscription')", {u"auth error: no subscription"_s});
         row("console", "console.warn('got', {token: 'TOKEN'}); throw 'no'",
@@ -194,6 +196,18 @@ private Q_SLOTS:
         musicKit.answer("/popup",
                         {.body = filled("<script>opener.postMessage('TOKEN', '*'); close()</script>"),
                          .headers = {"Content-Type: text/html"}});
+        // Without a port the page is loaded as a file, of which the program leaves the addresses as they are.
+        const QString page = resourcePath(u"musickit-auth.html"_s).value();
+        const QByteArray html = contents(page);
+        const auto restore = qScopeGuard([&] { write(page, html); });
+        std::array<QTcpServer, 6> others;
+        if (log.constFirst().startsWith(u"no port")) {
+            write(page,
+                  QByteArray(html).replace("https://js-cdn.music.apple.com", musicKit.address().toUtf8()));
+            for (quint16 i = 0; i < others.size(); ++i) {
+                QVERIFY(others[i].listen(QHostAddress::LocalHost, AppleMusicAuthLoopback::firstPort + i));
+            }
+        }
         AppleMusicAuthManager auth(dependencies(musicKit.address()));
         PlistUserDefaults defaults(PlistUserDefaults::defaultPath());
         const LyricsService lyrics(_ports.runLoop, _ports.notifications, defaults, _ports.workspace, nullptr);
