@@ -15,6 +15,7 @@
 #include <QCryptographicHash>
 #include <QDBusConnectionInterface>
 #include <QGuiApplication>
+#include <QSignalSpy>
 #include <QTest>
 #include <QUrlQuery>
 
@@ -89,9 +90,13 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(resources));
         QVERIFY(QFile::copy(QStringLiteral(PELLAR_SOURCE_DIR "/src/resources/musickit-auth.html"),
                             resources + u"/musickit-auth.html"_s));
-        // Left to itself the bus would start a keyring whenever there is none.
-        write(qEnvironmentVariable("XDG_DATA_HOME") + u"/dbus-1/services/org.freedesktop.secrets.service"_s,
-              "[D-BUS Service]\nName=org.freedesktop.secrets\nExec=/bin/false\n");
+        // Left to itself the bus would start a keyring whenever there is none, and a window that asks for its
+        // password.
+        for (const QByteArray name : {"org.freedesktop.secrets", "org.gnome.keyring.SystemPrompter"}) {
+            write(qEnvironmentVariable("XDG_DATA_HOME") + u"/dbus-1/services/"_s + QLatin1String(name) +
+                      u".service"_s,
+                  "[D-BUS Service]\nName=" + name + "\nExec=/bin/false\n");
+        }
         QDBusConnection::sessionBus().interface()->call(u"ReloadConfig"_s);
         startKeyring();
         QVERIFY(QDir::setCurrent(_folder.path()));
@@ -231,6 +236,27 @@ private Q_SLOTS:
         expectNowhere({_userToken, "eyJhbGciOiJFUzI1NiI"}, lines.join(u' ').toUtf8());
         auth.disconnect();
         QTRY_COMPARE(stored(u"applemusic"_s, u"music-user-token"_s), u"?"_s);
+    }
+
+    /// It is not unlocked at first: there is nothing that could ask the user.
+    void removesWhatIsLocked()
+    {
+        const QString account = u"locked"_s;
+        AccountSecrets secrets(_ports.keychain, u"com.orvalen.pellar.test"_s, {account});
+        secrets.save({{account, u"word"_s}});
+        QTRY_COMPARE(stored(u"test"_s, account), u"word"_s);
+        run(u"dbus-send --session --print-reply --dest=org.freedesktop.secrets /org/freedesktop/secrets "
+            "org.freedesktop.Secret.Service.Lock array:objpath:/org/freedesktop/secrets/collection/login"_s);
+        const QSignalSpy failed(&secrets, &AccountSecrets::removalFailed);
+        const QSignalSpy removed(&secrets, &AccountSecrets::removed);
+        secrets.clear();
+        QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, 20'000);
+        QVERIFY(!_ports.keychain.keepsSecrets());
+        _keyring.kill();
+        _keyring.waitForFinished();
+        startKeyring(); // open again
+        QTRY_COMPARE(removed.size(), 1);
+        QCOMPARE(stored(u"test"_s, account), u"?"_s);
     }
 
     void outlivesItsKeyring()

@@ -127,7 +127,8 @@ void DesktopKeyring::start()
         run(new QKeychain::ReadPasswordJob(service), [this](const QKeychain::Job& job) { readEnded(job); });
         break;
     case Kind::remove:
-        run(new QKeychain::DeletePasswordJob(service), endAs);
+        run(new QKeychain::DeletePasswordJob(service),
+            [this](const QKeychain::Job& job) { removalEnded(job); });
         break;
     case Kind::write:
         run(new QKeychain::DeletePasswordJob(service), [this, service, endAs](const QKeychain::Job& removal) {
@@ -163,6 +164,36 @@ void DesktopKeyring::readEnded(const QKeychain::Job& job)
     }
     const auto* const reading = qobject_cast<const QKeychain::ReadPasswordJob*>(&job);
     end(status, job.errorString(), status == done ? reading->textData().toUtf8() : QByteArray());
+}
+
+/// A locked item is passed over without a word, and the user not asked to unlock it. It is when it is read.
+void DesktopKeyring::removalEnded(const QKeychain::Job& job)
+{
+    const Status status = statusOf(job);
+    if (status != done && status != notFound) {
+        end(status, job.errorString());
+        return;
+    }
+    KeyringLock::whenItemKnown(_operations.front().item, this, [this, status](bool isLocked) {
+        if (isLocked) {
+            unlockAndRemove();
+        } else {
+            end(status, {});
+        }
+    });
+}
+
+void DesktopKeyring::unlockAndRemove()
+{
+    const QString& service = _operations.front().item.service;
+    run(new QKeychain::ReadPasswordJob(service), [this, service](const QKeychain::Job& reading) {
+        if (statusOf(reading) != done) {
+            end(refused, QStringLiteral("the keyring was not unlocked"));
+            return;
+        }
+        run(new QKeychain::DeletePasswordJob(service),
+            [this](const QKeychain::Job& removal) { end(statusOf(removal), removal.errorString()); });
+    });
 }
 
 void DesktopKeyring::end(Status status, const QString& reason, const QByteArray& secret)

@@ -48,6 +48,8 @@ private:
     void start();
     void run(QKeychain::Job* job, std::function<void(QKeychain::Job&)> ended);
     void readEnded(const QKeychain::Job& job);
+    void removalEnded(const QKeychain::Job& job);
+    void unlockAndRemove();
     void end(Status status, const QString& reason, const QByteArray& secret = {});
     void answer(Operation& operation, Status status, const QByteArray& secret = {});
     void note(Status status, const QString& reason);
