@@ -46,6 +46,11 @@ double ProcessMeter::residentMegabytes() const
     return labelled(content(QStringLiteral("/proc/%1/status").arg(_id)), "VmRSS") / 1024;
 }
 
+double ProcessMeter::ownMegabytes() const
+{
+    return labelled(content(QStringLiteral("/proc/%1/status").arg(_id)), "RssAnon") / 1024;
+}
+
 /// Nanoseconds on a processor are finer than the clock ticks of "stat".
 ProcessMeter::Counts ProcessMeter::counts() const
 {

@@ -20,6 +20,9 @@ public:
     /// Resident memory in MB.
     double residentMegabytes() const;
 
+    /// The part of it that is the process's own, and no page of a file, in MB.
+    double ownMegabytes() const;
+
 private:
     struct Count {
         double nanoseconds = 0;

@@ -1,3 +1,4 @@
+#include "AccountMeasures.h"
 #include "CaptureMeasures.h"
 #include "LyricsMeasures.h"
 #include "PillWatch.h"
@@ -335,6 +336,10 @@ int main(int argc, char** argv)
         PreviewMeasures::measureOpening();
         return 0;
     }
+    if (application.arguments().contains(QStringLiteral("accounts"))) {
+        AccountMeasures::measureSignIn(PillWatch());
+        return 0;
+    }
     measureAnalysisFrame();
     LyricsMeasures::measureParsers();
     LyricsMeasures::measureActiveLine();
@@ -353,6 +358,7 @@ int main(int argc, char** argv)
     measureSettings(pill);
     CaptureMeasures::measureCapture(pill);
     PreviewMeasures::measureFootprint(pill);
+    AccountMeasures::measureSignIn(pill);
     PreviewMeasures::measureOpening();
     return 0;
 }
