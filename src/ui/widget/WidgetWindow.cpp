@@ -181,7 +181,8 @@ void WidgetWindow::fit()
 void WidgetWindow::resetPosition()
 {
     const QRectF from = _of.windows.frame(*this);
-    const QRectF to = firstFrame();
+    QRectF to = firstFrame();
+    to.setHeight(std::max(to.height(), WidgetPlacement::firstSize.height()));
     const Uptime start = _of.track.runLoop.uptime();
     _isDisplaced = false;
     _animation = _of.track.runLoop.every(frameInterval, this, [=, this] {
