@@ -153,6 +153,8 @@ private Q_SLOTS:
         list.beginArray();
         list.beginStructure();
         list >> id >> properties;
+        list.endStructure();
+        list.endArray();
         QCOMPARE(id, play.action);
         QCOMPARE(properties, (QVariantMap{{u"description"_s, u"Play"_s},
                                           {u"preferred_trigger"_s, u"SHIFT+LOGO+space"_s}}));
