@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Pellar.Settings
 
 /// A tab at the side of the settings window.
-T.TabButton {
+T.AbstractButton { // Qt 6.4 leaks a T.TabButton that a screen reader hears
     id: root
 
     required property string symbol
@@ -15,8 +15,11 @@ T.TabButton {
     hoverEnabled: true
     focusPolicy: isCurrent ? Qt.TabFocus : Qt.NoFocus
 
+    checkable: true
+    autoExclusive: true
     checked: isCurrent
 
+    Accessible.role: Accessible.PageTab
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: isCurrent

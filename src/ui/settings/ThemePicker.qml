@@ -41,7 +41,7 @@ FocusScope {
 
             model: root.setting.names
             // qmllint disable unqualified
-            delegate: T.RadioButton {
+            delegate: T.AbstractButton { // Qt 6.4 leaks a T.RadioButton that a screen reader hears
                 id: item
 
                 required property string modelData
@@ -54,12 +54,15 @@ FocusScope {
                 hoverEnabled: true
                 focusPolicy: isOn ? Qt.TabFocus : Qt.NoFocus
                 focus: isOn
+                checkable: true
+                autoExclusive: true
                 checked: isOn
                 onClicked: {
                     root.setting.choose(index)
                     checked = Qt.binding(() => isOn)
                 }
 
+                Accessible.role: Accessible.RadioButton
                 Accessible.name: modelData
                 Accessible.onToggleAction: root.setting.choose(index)
                 Accessible.onPressAction: root.setting.choose(index)
