@@ -33,6 +33,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -236,6 +238,18 @@ void measureFootprint(const PillWatch& pill, const QProcess& program)
                pill.isDrawn() ? QString() : QStringLiteral("the pill is gone"));
 }
 
+void measurePill(const PillWatch& pill)
+{
+    QProcess program;
+    if (!start(program, pill)) {
+        Table::row(QStringLiteral("the pill"), QStringLiteral("it did not appear"), {});
+        return;
+    }
+    measureChange(pill);
+    measureFootprint(pill, program);
+    stop(program);
+}
+
 /// Sixty tracks, each with a cover of its own in a file, as large as shops sell them.
 void measureCovers(const PillWatch& pill)
 {
@@ -315,14 +329,15 @@ void measureSettings(const PillWatch& pill)
 
 } // namespace
 
-/// Prints how fast and how small the program is. Has to run in a private desktop session.
+/// Prints how fast and how small the program is, or what the arguments name of that. Has to run in a private
+/// desktop session.
 int main(int argc, char** argv)
 {
     qputenv("QT_XCB_NO_MITSHM", "1"); // as the program does
     qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     importQmlModules();
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     keepServicesToLoopback();
     RealPlayer mpv;
@@ -330,35 +345,33 @@ int main(int argc, char** argv)
         std::fputs("mpv did not start\n", stderr);
         return 1;
     }
-    Table::begin();
-    if (application.arguments().contains(QStringLiteral("preview"))) {
-        PreviewMeasures::measureFootprint(PillWatch());
-        PreviewMeasures::measureOpening();
-        return 0;
-    }
-    if (application.arguments().contains(QStringLiteral("accounts"))) {
-        AccountMeasures::measureSignIn(PillWatch());
-        return 0;
-    }
-    measureAnalysisFrame();
-    LyricsMeasures::measureParsers();
-    LyricsMeasures::measureActiveLine();
-    measureStatusPoll();
     const PillWatch pill;
-    measureStart(pill);
-    QProcess program;
-    if (!start(program, pill)) {
-        std::fputs("the pill did not appear\n", stderr);
-        return 1;
+    const std::pair<const char*, std::function<void()>> measures[] = {
+        {"analysis", measureAnalysisFrame},
+        {"lyrics",
+         [] {
+             LyricsMeasures::measureParsers();
+             LyricsMeasures::measureActiveLine();
+         }},
+        {"poll", measureStatusPoll},
+        {"start", [&pill] { measureStart(pill); }},
+        {"pill", [&pill] { measurePill(pill); }},
+        {"covers", [&pill] { measureCovers(pill); }},
+        {"settings", [&pill] { measureSettings(pill); }},
+        {"capture", [&pill] { CaptureMeasures::measureCapture(pill); }},
+        {"accounts", [&pill] { AccountMeasures::measureSignIn(pill); }},
+        {"preview",
+         [&pill] {
+             PreviewMeasures::measureFootprint(pill);
+             PreviewMeasures::measureOpening();
+         }},
+    };
+    const QStringList wanted = QApplication::arguments().mid(1);
+    Table::begin();
+    for (const auto& [name, measure] : measures) {
+        if (wanted.isEmpty() || wanted.contains(QLatin1String(name))) {
+            measure();
+        }
     }
-    measureChange(pill);
-    measureFootprint(pill, program);
-    stop(program);
-    measureCovers(pill);
-    measureSettings(pill);
-    CaptureMeasures::measureCapture(pill);
-    PreviewMeasures::measureFootprint(pill);
-    AccountMeasures::measureSignIn(pill);
-    PreviewMeasures::measureOpening();
     return 0;
 }

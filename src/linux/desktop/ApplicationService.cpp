@@ -36,6 +36,14 @@ ApplicationService::ApplicationService()
     });
 }
 
+ApplicationService::~ApplicationService()
+{
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    if (bus.isConnected()) {
+        bus.interface()->asyncCall(QStringLiteral("ReleaseName"), busName);
+    }
+}
+
 void ApplicationAdaptor::Activate(const QVariantMap& /*platformData*/)
 {
     Q_EMIT _service.activated();

@@ -7,7 +7,7 @@
 #include <QVariantMap>
 
 /// This program on the session bus, "com.orvalen.pellar", as desktops start and call programs
-/// (org.freedesktop.Application). It is there from its construction on.
+/// (org.freedesktop.Application). It is there for as long as the object is.
 class ApplicationService final : public RemoteRequests
 {
     Q_OBJECT
@@ -18,6 +18,7 @@ public:
     static const QString interface;
 
     ApplicationService();
+    ~ApplicationService() override;
 };
 
 /// Its interface on the bus.
