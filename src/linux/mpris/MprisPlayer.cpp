@@ -23,9 +23,6 @@ const QString positionName = QStringLiteral("Position");
 
 constexpr int timeLimitMilliseconds = 2000;
 constexpr double microsecondsASecond = 1e6;
-constexpr double answerAge = 1;      // seconds for which an answer is good enough
-constexpr double questionRest = 0.1; // seconds between two questions
-constexpr double checkRest = 0.2;    // seconds between two about a place in doubt
 // A timer may fire a little early.
 constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
@@ -54,12 +51,14 @@ MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop
     , _player(_uniqueName, objectPath, bus)
     , _properties(_uniqueName, objectPath, bus)
     , _trackList(bus, _uniqueName, runLoop)
+    , _questions(runLoop, this)
 {
     for (QDBusAbstractInterface* const proxy :
          std::initializer_list<QDBusAbstractInterface*>{&_root, &_player, &_properties}) {
         proxy->setTimeout(timeLimitMilliseconds);
     }
-    ask();
+    connect(&_questions, &QuestionPacer::due, this, &MprisPlayer::ask);
+    _questions.ask();
 }
 
 double MprisPlayer::position() const
@@ -77,16 +76,6 @@ Uptime MprisPlayer::lastPlayed() const
     return isPlaying() ? _runLoop.uptime() : _lastPlayed;
 }
 
-void MprisPlayer::synchronise()
-{
-    const double age = _runLoop.uptime() - _answered;
-    if (age > answerAge) {
-        ask();
-    } else {
-        askLater(answerAge - age);
-    }
-}
-
 void MprisPlayer::setPosition(double seconds)
 {
     if (!std::isfinite(seconds)) {
@@ -102,7 +91,7 @@ void MprisPlayer::setPosition(double seconds)
             isAbsolute ? _player.SetPosition(QDBusObjectPath(_latest.track.id), microseconds(target))
                        : _player.Seek(microseconds(target - position())));
     _clock.jump(target, _runLoop.uptime());
-    askLater(catchingUp);
+    _questions.askLater(catchingUp);
     tellMove();
 }
 
@@ -115,8 +104,8 @@ void MprisPlayer::showedLife()
 {
     heard();
     if (!_isReady || _isRefused) {
-        _backoff.reset();
-        ask();
+        _questions.stopRetrying();
+        _questions.ask();
     }
 }
 
@@ -137,7 +126,7 @@ void MprisPlayer::propertiesChanged(const QVariantMap& changed, const QStringLis
         _latest.status != before.status ||
         (!before.track.artworkUrl.isEmpty() && _latest.track.artworkUrl != before.track.artworkUrl);
     if (!invalidated.isEmpty() || isPositionWanted) {
-        ask();
+        _questions.ask();
     }
 }
 
@@ -147,7 +136,7 @@ void MprisPlayer::seeked(qlonglong microseconds)
     const double seconds = static_cast<double>(microseconds) / microsecondsASecond;
     const bool isNews = std::abs(seconds - position()) > announcedJump;
     _clock.jump(seconds, _runLoop.uptime());
-    askLater(catchingUp);
+    _questions.askLater(catchingUp);
     if (isNews && _isReady) {
         Q_EMIT outdated();
     }
@@ -157,59 +146,11 @@ void MprisPlayer::seeked(qlonglong microseconds)
 /// Asks for all properties: players also correct the length of a track without announcing it.
 void MprisPlayer::ask()
 {
-    const Uptime now = _runLoop.uptime();
-    if (_isAsking) {
-        _isAskWanted = true;
-        return;
-    }
-    if (now - _asked < questionRest) {
-        if (!std::exchange(_isResting, true)) {
-            _runLoop.after(questionRest, this, [this] {
-                _isResting = false;
-                ask();
-            });
-        }
-        return;
-    }
-    _isAsking = true;
-    _isAskWanted = false;
-    _asked = now;
     listen(_properties.GetAll(playerInterface), [this](const QDBusPendingReply<QVariantMap>& answer) {
-        _isAsking = false;
-        _answered = _runLoop.uptime();
+        _questions.answered();
         take(answer);
-        if (_isAskWanted) {
-            ask();
-        }
+        _questions.askIfWanted();
     });
-}
-
-/// Asks once, at the latest of the times requested: an answer before that may still be out of date.
-void MprisPlayer::askLater(double seconds)
-{
-    const Uptime due = _runLoop.uptime() + seconds;
-    if (due <= _askDue) {
-        return;
-    }
-    _askDue = due;
-    _runLoop.after(seconds, this, [this, due] {
-        if (due == _askDue) {
-            _askDue = Uptime::distantPast();
-            ask();
-        }
-    });
-}
-
-/// A player may take its name before it can answer, or be permitted later.
-void MprisPlayer::askAgain()
-{
-    if (const auto delay = _backoff.next()) {
-        _runLoop.after(*delay, this, [this, round = ++_retryRound] {
-            if (round == _retryRound) {
-                ask();
-            }
-        });
-    }
 }
 
 void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
@@ -218,12 +159,11 @@ void MprisPlayer::take(const QDBusPendingReply<QVariantMap>& answer)
     _isRefused = answer.isError() && answer.error().type() == QDBusError::AccessDenied;
     if (!answer.isValid()) {
         if (!_isReady || _isRefused) {
-            askAgain();
+            _questions.retry();
         }
         return;
     }
-    _backoff.reset();
-    ++_retryRound;
+    _questions.stopRetrying();
     // What the player has announced holds for a while: answers from before it may still arrive.
     QVariantMap properties = answer.value();
     for (const auto& [name, time] : _announced.asKeyValueRange()) {
@@ -253,12 +193,12 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
     const double rateBefore = rate();
     _clock.setRate(properties.value(QStringLiteral("Rate")).toDouble(), now);
     if (isAnnounced && _latest.status == before.status && rate() != rateBefore) {
-        ask();
+        _questions.ask();
     }
     const bool isOtherTrack = _isReady && PlayerChange{before, _latest}.isOtherTrack();
     if (isOtherTrack) {
         _clock.restart(now);
-        ask(); // it may be announced before it begins
+        _questions.ask(); // it may be announced before it begins
     }
     bool isNumber = false;
     const double seconds = properties.value(positionName).toDouble(&isNumber) / microsecondsASecond;
@@ -268,22 +208,13 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
         Q_EMIT outdated();
     }
     if (_isReady && before.track != _latest.track) {
-        askLater(catchingUp); // a length may be corrected, and where it is is certain by then
+        _questions.askLater(catchingUp); // a length may be corrected, and where it is is certain by then
     }
     scheduleSettling();
     tellMove();
-    checkPlace();
-}
-
-void MprisPlayer::checkPlace()
-{
-    if (!_clock.isInDoubt() || std::exchange(_isCheckDue, true)) {
-        return;
+    if (_clock.isInDoubt()) {
+        _questions.askInDoubt();
     }
-    _runLoop.after(checkRest, this, [this] {
-        _isCheckDue = false;
-        ask();
-    });
 }
 
 void MprisPlayer::applyStatus(const QString& text)
@@ -350,7 +281,7 @@ void MprisPlayer::heard()
     if (_isSilent) {
         _isSilent = false;
         updateClock();
-        ask();
+        _questions.ask();
     }
 }
 

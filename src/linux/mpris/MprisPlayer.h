@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/Uptime.h"
-#include "linux/dbus/Backoff.h"
 #include "linux/mpris/MprisTrack.h"
 #include "linux/mpris/MprisTrackList.h"
 #include "linux/mpris/PositionClock.h"
+#include "linux/mpris/QuestionPacer.h"
 
 #include <MprisPlayerProxy.h>
 #include <MprisRootProxy.h>
@@ -70,7 +70,7 @@ public:
 
     /// Asks the player for all that it tells, soon, if it has answered lately. The answer corrects the
     /// mirror.
-    void synchronise();
+    void synchronise() { _questions.askIfOld(); }
 
     void playPause() { command("PlayPause", _player.PlayPause()); }
     void play() { command("Play", _player.Play()); }
@@ -110,8 +110,6 @@ Q_SIGNALS:
 
 private:
     void ask();
-    void askLater(double seconds);
-    void askAgain();
     void take(const QDBusPendingReply<QVariantMap>& answer);
     void apply(const QVariantMap& properties, bool isAnnounced);
     void applyStatus(const QString& text);
@@ -123,7 +121,6 @@ private:
     void complain(const QString& complaint);
     void updateClock();
     void tellMove();
-    void checkPlace();
     void scheduleSettling();
     void settle();
 
@@ -133,6 +130,7 @@ private:
     MprisPlayerProxy _player;
     PropertiesProxy _properties;
     MprisTrackList _trackList;
+    QuestionPacer _questions;
     State _latest;
     State _published;
     PositionClock _clock;
@@ -143,15 +141,6 @@ private:
     bool _isReady = false;
     bool _isRefused = false;
     bool _isSilent = false;
-    bool _isAsking = false;
-    bool _isAskWanted = false; ///< what is on its way may be out of date
-    bool _isCheckDue = false;  ///< a question about a place in doubt
-    bool _isResting = false;   ///< between two questions
-    Uptime _askDue = Uptime::distantPast();
-    int _retryRound = 0;
-    Uptime _asked = Uptime::distantPast();
-    Uptime _answered = Uptime::distantPast();
-    Backoff _backoff;
     QMap<QString, Uptime> _announced; ///< when the player told a property by itself
     QString _complaint;               ///< the last, which is not repeated
     bool _isSettling = false;
