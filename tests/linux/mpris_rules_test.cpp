@@ -90,6 +90,24 @@ private Q_SLOTS:
         QCOMPARE(clock.at({113}), 64.0); // a change of rate is heard later than it is told
     }
 
+    /// What is announced half a second before it sounds is half a second behind from then on.
+    void settlesOnATrackThatBeginsLate()
+    {
+        PositionClock clock;
+        clock.setRunning(true, {99});
+        clock.restart({100});
+        for (const auto& [time, seconds, expected] : {std::tuple(100.2, 0.0, 0.2),
+                                                      {100.4, 0.0, 0.4},
+                                                      {100.6, 0.1, 0.6},
+                                                      {101.1, 0.58, 1.1},
+                                                      {101.3, 0.8, 1.3},
+                                                      {101.5, 0.99, 1.0}}) { // the best of three
+            QVERIFY(clock.isInDoubt() || time == 101.1);
+            clock.observe(seconds, {time});
+            QCOMPARE(clock.at({time}), expected);
+        }
+    }
+
     void knowsATrackThatIsAnnouncedEarly()
     {
         for (const auto& [reading, expected] : {std::pair(-0.4, -0.3), {0.3, 0.4}, {39.7, 0.2}, {0.0, 0.2}}) {

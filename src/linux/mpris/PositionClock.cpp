@@ -71,7 +71,7 @@ void PositionClock::restart(Uptime now)
     const double before = place(now);
     jump(0, now);
     _trackBefore = {before, now};
-    doubt(now);
+    _readingsWanted = readingsInDoubt; // it may have been announced early
 }
 
 void PositionClock::jump(double seconds, Uptime now)
@@ -81,6 +81,7 @@ void PositionClock::jump(double seconds, Uptime now)
     _certainUntil = now + catchingUp;
     _trackBefore.reset();
     _readingsWanted = 0;
+    _doubtSince = Uptime::distantPast(); // the first readings after it may raise doubt at once
 }
 
 bool PositionClock::observe(double seconds, Uptime now)
