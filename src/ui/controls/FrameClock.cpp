@@ -1,6 +1,9 @@
 #include "ui/controls/FrameClock.h"
 
+#include <QVarLengthArray>
+
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -41,7 +44,7 @@ void FrameClock::tick()
     const auto hasTurn = [this](const Client& client) {
         return (_ticks + 1) * client.rate / _rate != _ticks * client.rate / _rate;
     };
-    std::vector<Client> due; // a copy: what is called may change the rates
+    QVarLengthArray<Client, 4> due; // a copy: what is called may change the rates
     std::copy_if(_clients.begin(), _clients.end(), std::back_inserter(due), hasTurn);
     ++_ticks;
     for (const Client& client : due) {

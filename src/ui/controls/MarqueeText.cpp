@@ -1,6 +1,7 @@
 #include "ui/controls/MarqueeText.h"
 
 #include "ui/controls/Marquee.h"
+#include "ui/controls/Pixels.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -14,18 +15,6 @@ namespace {
 constexpr int scrollRate = 30;       // frames per second: a point each
 constexpr double fadeWidth = 8;      // points
 constexpr double longestText = 3000; // points; players say anything
-
-/// Lets a side of what is painted vanish towards the edge; `strength` 0 leaves it.
-void fade(QPainter& painter, QSize size, double width, bool atLeft, double strength)
-{
-    const double edge = atLeft ? 0 : size.width();
-    const double inner = atLeft ? width : size.width() - width;
-    QLinearGradient gradient(edge, 0, inner, 0);
-    gradient.setColorAt(0, QColor::fromRgbF(0, 0, 0, static_cast<float>(1 - strength)));
-    gradient.setColorAt(1, Qt::black);
-    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.fillRect(QRectF(std::min(edge, inner), 0, width, size.height()), gradient);
-}
 
 } // namespace
 
@@ -75,6 +64,7 @@ void MarqueeText::relayout()
 {
     _lineFont = font();
     _line = QFontMetricsF(_lineFont).elidedText(text().simplified(), Qt::ElideRight, longestText);
+    _isMirrored = _line.isRightToLeft();
     _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
     while (isShrunkToFit() && _textWidth > width() && _lineFont.pixelSize() > smallestSize()) {
         _lineFont.setPixelSize(_lineFont.pixelSize() - 1);
@@ -118,9 +108,9 @@ double MarqueeText::offset() const
     return isScrolling ? Marquee::offset(_clock->uptime() - _startTime, _textWidth) : 0;
 }
 
-double MarqueeText::pixelOffset(double scale) const
+int MarqueeText::pixelOffset(double scale) const
 {
-    return std::round(offset() * scale);
+    return static_cast<int>(std::lround(offset() * scale));
 }
 
 QImage MarqueeText::drawnLabel(int height, double scale) const
@@ -138,27 +128,24 @@ QImage MarqueeText::drawnLabel(int height, double scale) const
     return label;
 }
 
-void MarqueeText::paint(QPainter& painter, QSize size, double scale)
+void MarqueeText::draw(QImage& image, double scale)
 {
-    if (_label.isNull() || _label.height() != size.height()) {
-        _label = drawnLabel(size.height(), scale);
+    if (_label.isNull() || _label.height() != image.height()) {
+        _label = drawnLabel(image.height(), scale);
     }
-    const bool isMirrored = _line.isRightToLeft();
-    const double turn = std::round((_textWidth + Marquee::gap) * scale);
+    const int turn = static_cast<int>(std::lround((_textWidth + Marquee::gap) * scale));
     _drawnOffset = pixelOffset(scale);
-    const double room = size.width() - _label.width();
-    const double start = isCentred() && room > 0 ? std::floor(room / 2)
-                         : isMirrored            ? room - _drawnOffset
-                                                 : _drawnOffset;
-    painter.drawImage(QPointF(start, 0), _label);
+    const int room = image.width() - _label.width();
+    const int start = isCentred() && room > 0 ? room / 2 : _isMirrored ? room - _drawnOffset : _drawnOffset;
+    Pixels::copy(_label, image, start);
     if (_drawnOffset != 0) {
-        painter.drawImage(QPointF(isMirrored ? start - turn : start + turn, 0), _label);
+        Pixels::copy(_label, image, _isMirrored ? start - turn : start + turn);
     }
     if (_textWidth > width()) {
         // Where the text begins it is whole; there it fades in as it leaves.
         const double fading = fadeWidth * scale;
-        const double gone = std::min({1.0, -_drawnOffset / fading, (turn + _drawnOffset) / fading});
-        fade(painter, size, fading, isMirrored, 1);
-        fade(painter, size, fading, !isMirrored, std::max(0.0, gone));
+        const double gone = std::clamp(std::min(-_drawnOffset, turn + _drawnOffset) / fading, 0.0, 1.0);
+        Pixels::fade(image, Pixels::Side::left, static_cast<int>(fading), _isMirrored ? 1 : gone);
+        Pixels::fade(image, Pixels::Side::right, static_cast<int>(fading), _isMirrored ? gone : 1);
     }
 }

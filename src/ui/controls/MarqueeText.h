@@ -58,7 +58,7 @@ Q_SIGNALS:
     void clockChanged();
 
 protected:
-    void paint(QPainter& painter, QSize size, double scale) override;
+    void draw(QImage& image, double scale) override;
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
@@ -68,15 +68,16 @@ private:
     void follow();
     void advance();
     double offset() const;
-    double pixelOffset(double scale) const;
+    int pixelOffset(double scale) const;
     QImage drawnLabel(int height, double scale) const;
 
     QString _line; ///< the text as it is drawn
     QFont _lineFont;
+    bool _isMirrored = false; ///< written from right to left
     double _textWidth = 0;
     Uptime _startTime;
-    double _drawnOffset = 0; ///< pixels
-    QImage _label;           ///< of the scale and the colour last painted; null when it has to be drawn anew
+    int _drawnOffset = 0; ///< pixels
+    QImage _label;        ///< of the scale and the colour last painted; null when it has to be drawn anew
     QPointer<FrameClock> _clock;
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QString, _text, &MarqueeText::textChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isActive, false, &MarqueeText::isActiveChanged)

@@ -41,6 +41,13 @@ void PixelItem::followParent(QQuickItem* parent)
     update();
 }
 
+void PixelItem::draw(QImage& image, double scale)
+{
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    paint(painter, image.size(), scale);
+}
+
 QSGNode* PixelItem::updatePaintNode(QSGNode* oldNode, UpdatePaintNodeData* /*data*/)
 {
     const double scale = window()->effectiveDevicePixelRatio();
@@ -54,10 +61,7 @@ QSGNode* PixelItem::updatePaintNode(QSGNode* oldNode, UpdatePaintNodeData* /*dat
     }
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    paint(painter, size, scale);
-    painter.end();
+    draw(image, scale);
 
     auto* node = static_cast<QSGImageNode*>(oldNode);
     if (node == nullptr) {

@@ -17,7 +17,11 @@ public:
 protected:
     /// Paints the item in a rectangle of this size, in pixels of the screen, from the origin. `scale` is the
     /// number of pixels a point has.
-    virtual void paint(QPainter& painter, QSize size, double scale) = 0;
+    virtual void paint(QPainter& /*painter*/, QSize /*size*/, double /*scale*/) {}
+
+    /// Draws the item into a transparent image of its size in pixels; unless overridden, by paint(). What is
+    /// drawn many times a second copies its pixels here itself: a painter costs more than so small a frame.
+    virtual void draw(QImage& image, double scale);
 
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData& data) override;

@@ -1,5 +1,7 @@
 #include "ui/pill/VisualizerView.h"
 
+#include "ui/controls/Pixels.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -17,23 +19,6 @@ VisualizerView::VisualizerView(QQuickItem* parent) : PixelItem(parent)
 }
 
 VisualizerView::~VisualizerView() = default;
-
-std::vector<QRectF> VisualizerView::barRects(const VisualizerModel::Heights& heights, QSize size,
-                                             double scale)
-{
-    const auto count = static_cast<double>(heights.size());
-    const double width = std::max(1.0, std::round(VisualizerBars::barWidth * scale));
-    const double room = std::floor((size.width() - width * count) / (count - 1));
-    const double gap = std::max(1.0, std::min(room, std::round(VisualizerBars::barSpacing * scale)));
-    double x = std::floor((size.width() - (width * count + gap * (count - 1))) / 2);
-    std::vector<QRectF> rects;
-    for (const double points : heights) {
-        const double height = points * scale;
-        rects.emplace_back(x, size.height() - height, width, height);
-        x += width + gap;
-    }
-    return rects;
-}
 
 void VisualizerView::setModel(VisualizerModel* model)
 {
@@ -84,20 +69,53 @@ void VisualizerView::follow()
     update();
 }
 
-void VisualizerView::paint(QPainter& painter, QSize size, double scale)
+/// A bar that stands in an image of the highest bar's size. Each height is drawn once.
+const QImage& VisualizerView::bar(double height, const BarStyle& style)
+{
+    constexpr int steps = 8; // a pixel
+    if (style != _barStyle) {
+        _bars.clear();
+        _barStyle = style;
+    }
+    const int step = static_cast<int>(std::lround(std::min<double>(height, style.size.height()) * steps));
+    QImage& image = _bars[step];
+    if (image.isNull()) {
+        image = QImage(style.size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(style.color);
+        const double top = style.size.height() - static_cast<double>(step) / steps;
+        painter.drawRoundedRect(QRectF(0, top, style.size.width(), style.size.height() - top),
+                                style.cornerRadius, style.cornerRadius);
+    }
+    return image;
+}
+
+/// The sides of the bars lie between pixels at every scale, and the gaps between them are equal.
+void VisualizerView::draw(QImage& image, double scale)
 {
     if (_model != nullptr && !_model->isEnabled()) {
         return;
     }
+    const bool isAtRest = _model == nullptr || _model->isAtRest();
     VisualizerModel::Heights heights;
     heights.fill(VisualizerBars::minBarHeight);
-    const bool isAtRest = _model == nullptr || _model->isAtRest();
     if (!isAtRest) {
         heights = _model->heights();
     }
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(isAtRest ? restColor() : color());
-    for (const QRectF& bar : barRects(heights, size, scale)) {
-        painter.drawRoundedRect(bar, cornerRadius * scale, cornerRadius * scale);
+    constexpr int count = VisualizerBars::barCount;
+    const int width = std::max(1, static_cast<int>(std::lround(VisualizerBars::barWidth * scale)));
+    const int room = (image.width() - width * count) / (count - 1);
+    const int spacing = static_cast<int>(std::lround(VisualizerBars::barSpacing * scale));
+    const int gap = std::max(1, std::min(room, spacing));
+    int x = (image.width() - (width * count + gap * (count - 1))) / 2;
+    const BarStyle style{.color = isAtRest ? restColor() : color(),
+                         .size = QSize(width, image.height()),
+                         .cornerRadius = cornerRadius * scale};
+    for (const double height : heights) {
+        Pixels::copy(bar(height * scale, style), image, x);
+        x += width + gap;
     }
 }

@@ -5,9 +5,9 @@
 #include "ui/controls/PixelItem.h"
 
 #include <QColor>
+#include <QHash>
+#include <QImage>
 #include <QProperty>
-
-#include <vector>
 
 /// The model is handed from one property to another.
 struct VisualizerModelType {
@@ -31,10 +31,6 @@ public:
     explicit VisualizerView(QQuickItem* parent = nullptr);
     ~VisualizerView() override;
 
-    /// The bars of a meter of this size, bottom up, all of it in pixels of the screen. Their sides lie
-    /// between pixels at every scale, and the gaps between them are equal.
-    static std::vector<QRectF> barRects(const VisualizerModel::Heights& heights, QSize size, double scale);
-
     VisualizerModel* model() const { return _model; }
     void setModel(VisualizerModel* model);
     FrameClock* clock() const { return _clock; }
@@ -51,14 +47,26 @@ Q_SIGNALS:
     void colorChanged();
 
 protected:
-    void paint(QPainter& painter, QSize size, double scale) override;
+    void draw(QImage& image, double scale) override;
     void itemChange(ItemChange change, const ItemChangeData& data) override;
 
 private:
+    /// What the images of the bars were drawn with.
+    struct BarStyle {
+        QColor color;
+        QSize size; ///< of the highest bar, in pixels
+        double cornerRadius = 0;
+
+        friend bool operator==(const BarStyle&, const BarStyle&) = default;
+    };
+
     void follow();
+    const QImage& bar(double height, const BarStyle& style);
 
     QPointer<VisualizerModel> _model;
     QPointer<FrameClock> _clock;
+    QHash<int, QImage> _bars; ///< by their height in eighths of a pixel
+    BarStyle _barStyle;
     Q_OBJECT_BINDABLE_PROPERTY(VisualizerView, QColor, _color, &VisualizerView::colorChanged)
     Q_OBJECT_BINDABLE_PROPERTY(VisualizerView, QColor, _restColor, &VisualizerView::colorChanged)
 };
