@@ -322,8 +322,9 @@ void measureSettings(const PillWatch& pill)
     }
     QTest::qWait(3000);
     Table::row(QStringLiteral("resident memory, settings open"), figure(most, "MB"), QStringLiteral("90 MB"),
-               QStringLiteral("before: %1, closed again: %2")
-                   .arg(figure(before, "MB"), figure(meter.residentMegabytes(), "MB")));
+               QStringLiteral("before: %1, closed again: %2, of its own %3")
+                   .arg(figure(before, "MB"), figure(meter.residentMegabytes(), "MB"),
+                        figure(meter.ownMegabytes(), "MB")));
     stop(program);
 }
 
