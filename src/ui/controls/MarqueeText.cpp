@@ -18,7 +18,7 @@ constexpr double longestText = 3000; // points; players say anything
 
 } // namespace
 
-MarqueeText::MarqueeText(QQuickItem* parent) : PixelItem(parent)
+MarqueeText::MarqueeText(QQuickItem* parent) : MovingItem(parent)
 {
     connect(this, &MarqueeText::textChanged, this, &MarqueeText::relayout);
     connect(this, &MarqueeText::fontChanged, this, &MarqueeText::relayout);
@@ -33,31 +33,10 @@ MarqueeText::MarqueeText(QQuickItem* parent) : PixelItem(parent)
 
 MarqueeText::~MarqueeText() = default;
 
-void MarqueeText::setClock(FrameClock* clock)
-{
-    if (clock == _clock) {
-        return;
-    }
-    if (_clock != nullptr) {
-        _clock->setRate(this, 0);
-    }
-    _clock = clock;
-    restart();
-    Q_EMIT clockChanged();
-}
-
 void MarqueeText::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
 {
-    PixelItem::geometryChange(newGeometry, oldGeometry);
+    MovingItem::geometryChange(newGeometry, oldGeometry);
     relayout();
-}
-
-void MarqueeText::itemChange(ItemChange change, const ItemChangeData& data)
-{
-    if (change == ItemVisibleHasChanged) {
-        restart();
-    }
-    PixelItem::itemChange(change, data);
 }
 
 void MarqueeText::relayout()
@@ -66,11 +45,11 @@ void MarqueeText::relayout()
     _line = QFontMetricsF(_lineFont).elidedText(text().simplified(), Qt::ElideRight, longestText);
     _isMirrored = _line.isRightToLeft();
     _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
-    while (isShrunkToFit() && _textWidth > width() && _lineFont.pixelSize() > smallestSize()) {
+    while (isShrunkToFit() && isTooLong() && _lineFont.pixelSize() > smallestSize()) {
         _lineFont.setPixelSize(_lineFont.pixelSize() - 1);
         _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
     }
-    if (_textWidth > width()) {
+    if (isTooLong()) {
         _lineFont = font();
         _textWidth = QFontMetricsF(_lineFont).horizontalAdvance(_line);
     }
@@ -80,19 +59,13 @@ void MarqueeText::relayout()
 
 void MarqueeText::restart()
 {
-    if (_clock != nullptr) {
-        _startTime = _clock->uptime();
-    }
+    _startTime = now();
     follow();
-    update();
 }
 
-void MarqueeText::follow()
+int MarqueeText::frameRate() const
 {
-    if (_clock != nullptr) {
-        const bool isScrolling = isActive() && isVisible() && _textWidth > width();
-        _clock->setRate(this, isScrolling ? scrollRate : 0, [this] { advance(); });
-    }
+    return isActive() && isTooLong() ? scrollRate : 0;
 }
 
 void MarqueeText::advance()
@@ -104,8 +77,7 @@ void MarqueeText::advance()
 
 double MarqueeText::offset() const
 {
-    const bool isScrolling = _clock != nullptr && isActive() && _textWidth > width();
-    return isScrolling ? Marquee::offset(_clock->uptime() - _startTime, _textWidth) : 0;
+    return frameRate() > 0 ? Marquee::offset(now() - _startTime, _textWidth) : 0;
 }
 
 int MarqueeText::pixelOffset(double scale) const
@@ -141,7 +113,7 @@ void MarqueeText::draw(QImage& image, double scale)
     if (_drawnOffset != 0) {
         Pixels::copy(_label, image, _isMirrored ? start - turn : start + turn);
     }
-    if (_textWidth > width()) {
+    if (isTooLong()) {
         // Where the text begins it is whole; there it fades in as it leaves.
         const double fading = fadeWidth * scale;
         const double gone = std::clamp(std::min(-_drawnOffset, turn + _drawnOffset) / fading, 0.0, 1.0);

@@ -1,17 +1,15 @@
 #pragma once
 
-#include "ui/controls/FrameClock.h"
-#include "ui/controls/PixelItem.h"
+#include "ui/controls/MovingItem.h"
 
 #include <QColor>
 #include <QFont>
 #include <QImage>
-#include <QPointer>
 #include <QProperty>
 
 /// One line of text. What does not fit its field fades out at the edge and, while active, scrolls through the
 /// field; text that is written from right to left lies at the right and scrolls to the right.
-class MarqueeText : public PixelItem
+class MarqueeText : public MovingItem
 {
     Q_OBJECT
     QML_ELEMENT
@@ -22,7 +20,6 @@ class MarqueeText : public PixelItem
     Q_PROPERTY(bool isCentred READ isCentred WRITE setCentred NOTIFY isCentredChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
-    Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
 
 public:
     explicit MarqueeText(QQuickItem* parent = nullptr);
@@ -45,8 +42,6 @@ public:
     void setColor(const QColor& color) { _color = color; }
     QFont font() const { return _font; }
     void setFont(const QFont& font) { _font = font; }
-    FrameClock* clock() const { return _clock; }
-    void setClock(FrameClock* clock);
 
 Q_SIGNALS:
     void textChanged();
@@ -55,18 +50,17 @@ Q_SIGNALS:
     void isCentredChanged();
     void colorChanged();
     void fontChanged();
-    void clockChanged();
 
 protected:
     void draw(QImage& image, double scale) override;
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
-    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    int frameRate() const override;
+    void advance() override;
+    void restart() override;
 
 private:
-    void restart();
     void relayout();
-    void follow();
-    void advance();
+    bool isTooLong() const { return _textWidth > width(); }
     double offset() const;
     int pixelOffset(double scale) const;
     QImage drawnLabel(int height, double scale) const;
@@ -78,7 +72,6 @@ private:
     Uptime _startTime;
     int _drawnOffset = 0; ///< pixels
     QImage _label;        ///< of the scale and the colour last painted; null when it has to be drawn anew
-    QPointer<FrameClock> _clock;
     Q_OBJECT_BINDABLE_PROPERTY(MarqueeText, QString, _text, &MarqueeText::textChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isActive, false, &MarqueeText::isActiveChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(MarqueeText, bool, _isShrunkToFit, false,

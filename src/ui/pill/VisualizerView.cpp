@@ -13,7 +13,7 @@ constexpr double cornerRadius = 1; // points
 
 } // namespace
 
-VisualizerView::VisualizerView(QQuickItem* parent) : PixelItem(parent)
+VisualizerView::VisualizerView(QQuickItem* parent) : MovingItem(parent)
 {
     connect(this, &VisualizerView::colorChanged, this, [this] { update(); });
 }
@@ -36,35 +36,15 @@ void VisualizerView::setModel(VisualizerModel* model)
     Q_EMIT modelChanged();
 }
 
-void VisualizerView::setClock(FrameClock* clock)
+int VisualizerView::frameRate() const
 {
-    if (clock == _clock) {
-        return;
-    }
-    if (_clock != nullptr) {
-        _clock->setRate(this, 0);
-    }
-    _clock = clock;
-    follow();
-    Q_EMIT clockChanged();
+    return _model != nullptr ? _model->framesPerSecond() : 0;
 }
 
-void VisualizerView::itemChange(ItemChange change, const ItemChangeData& data)
+void VisualizerView::advance()
 {
-    if (change == ItemVisibleHasChanged) {
-        follow();
-    }
-    PixelItem::itemChange(change, data);
-}
-
-void VisualizerView::follow()
-{
-    if (_clock != nullptr) {
-        const int rate = _model != nullptr && isVisible() ? _model->framesPerSecond() : 0;
-        _clock->setRate(this, rate, [this] {
-            _model->catchUp();
-            update();
-        });
+    if (_model != nullptr) {
+        _model->catchUp();
     }
     update();
 }

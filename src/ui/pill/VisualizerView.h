@@ -1,8 +1,7 @@
 #pragma once
 
 #include "audio/VisualizerModel.h"
-#include "ui/controls/FrameClock.h"
-#include "ui/controls/PixelItem.h"
+#include "ui/controls/MovingItem.h"
 
 #include <QColor>
 #include <QHash>
@@ -17,12 +16,11 @@ struct VisualizerModelType {
 };
 
 /// The four-bar level meter, drawn only while it moves. Without a model the bars lie at rest.
-class VisualizerView : public PixelItem
+class VisualizerView : public MovingItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(VisualizerModel* model READ model WRITE setModel NOTIFY modelChanged)
-    Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     /// Of the bars at rest.
     Q_PROPERTY(QColor restColor READ restColor WRITE setRestColor NOTIFY colorChanged)
@@ -33,8 +31,6 @@ public:
 
     VisualizerModel* model() const { return _model; }
     void setModel(VisualizerModel* model);
-    FrameClock* clock() const { return _clock; }
-    void setClock(FrameClock* clock);
     QColor color() const { return _color; }
     void setColor(const QColor& color) { _color = color; }
 
@@ -43,12 +39,12 @@ public:
 
 Q_SIGNALS:
     void modelChanged();
-    void clockChanged();
     void colorChanged();
 
 protected:
     void draw(QImage& image, double scale) override;
-    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    int frameRate() const override;
+    void advance() override;
 
 private:
     /// What the images of the bars were drawn with.
@@ -60,11 +56,9 @@ private:
         friend bool operator==(const BarStyle&, const BarStyle&) = default;
     };
 
-    void follow();
     const QImage& bar(double height, const BarStyle& style);
 
     QPointer<VisualizerModel> _model;
-    QPointer<FrameClock> _clock;
     QHash<int, QImage> _bars; ///< by their height in eighths of a pixel
     BarStyle _barStyle;
     Q_OBJECT_BINDABLE_PROPERTY(VisualizerView, QColor, _color, &VisualizerView::colorChanged)

@@ -32,7 +32,7 @@ QColor between(const QColor& from, const QColor& to, double share)
 
 } // namespace
 
-LyricsCanvas::LyricsCanvas(QQuickItem* parent) : PixelItem(parent), _place(glideSeconds)
+LyricsCanvas::LyricsCanvas(QQuickItem* parent) : MovingItem(parent), _place(glideSeconds)
 {
     connect(this, &LyricsCanvas::fontChanged, this, &LyricsCanvas::relayout);
     connect(this, &LyricsCanvas::colorChanged, this, [this] { update(); });
@@ -63,36 +63,10 @@ void LyricsCanvas::setModel(LyricsModel* model)
     Q_EMIT modelChanged();
 }
 
-void LyricsCanvas::setClock(FrameClock* clock)
-{
-    if (clock == _clock) {
-        return;
-    }
-    if (_clock != nullptr) {
-        _clock->setRate(this, 0);
-    }
-    _clock = clock;
-    run();
-    Q_EMIT clockChanged();
-}
-
 void LyricsCanvas::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
 {
-    PixelItem::geometryChange(newGeometry, oldGeometry);
+    MovingItem::geometryChange(newGeometry, oldGeometry);
     relayout();
-}
-
-void LyricsCanvas::itemChange(ItemChange change, const ItemChangeData& data)
-{
-    if (change == ItemVisibleHasChanged) {
-        run();
-    }
-    PixelItem::itemChange(change, data);
-}
-
-Uptime LyricsCanvas::now() const
-{
-    return _clock != nullptr ? _clock->uptime() : Uptime();
 }
 
 /// Of other lyrics, or for another width: nothing glides.
@@ -114,7 +88,7 @@ void LyricsCanvas::relayout()
     _activeSince = _wordSince = Uptime::distantPast();
     _place.jump(songPlace());
     followPointer();
-    run();
+    follow();
 }
 
 void LyricsCanvas::followLine()
@@ -137,14 +111,14 @@ void LyricsCanvas::followLine()
     if (!_turned) {
         _place.setGoal(songPlace(), now());
     }
-    run();
+    follow();
 }
 
 void LyricsCanvas::followWord()
 {
     _litWords = _model != nullptr ? _model->activeWord() : 0;
     _wordSince = now();
-    run();
+    follow();
 }
 
 /// Where the song is: in the middle of its line, and a text without times begins at its beginning.
@@ -183,7 +157,7 @@ void LyricsCanvas::lookAt(double place)
 {
     _turned = now();
     _place.setGoal(placed(place), now());
-    run();
+    follow();
 }
 
 void LyricsCanvas::turn(double way)
@@ -214,7 +188,7 @@ void LyricsCanvas::backToSong()
     if (_model != nullptr && _model->isSynced()) {
         _place.setGoal(songPlace(), now());
     }
-    run();
+    follow();
 }
 
 void LyricsCanvas::point(double y)
@@ -254,18 +228,13 @@ void LyricsCanvas::setPointedRow(int row)
     }
 }
 
-/// Draws as long as something moves, and looks at the clock as long as somebody looks further.
-void LyricsCanvas::run()
+/// That of a glide as long as something moves; it looks at the clock as long as somebody looks further.
+int LyricsCanvas::frameRate() const
 {
-    update();
-    if (_clock == nullptr) {
-        return;
-    }
     const Uptime time = now();
     const bool isMoving = _place.isMoving(time) || time - _activeSince < lightSeconds ||
                           (!_wordStarts.isEmpty() && time - _wordSince < wordSeconds);
-    const int rate = !isVisible() ? 0 : isMoving ? smoothRate : _turned ? waitingRate : 0;
-    _clock->setRate(this, rate, [this] { advance(); });
+    return isMoving ? smoothRate : _turned ? waitingRate : 0;
 }
 
 void LyricsCanvas::advance()
@@ -273,7 +242,7 @@ void LyricsCanvas::advance()
     if (_turned && now() - *_turned >= restSeconds) {
         backToSong();
     } else {
-        run();
+        follow();
     }
     followPointer();
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "ui/controls/FrameClock.h"
-#include "ui/controls/PixelItem.h"
+#include "ui/controls/MovingItem.h"
 #include "ui/lyrics/LyricsModel.h"
 #include "ui/preview/Glide.h"
 #include "ui/preview/LyricsLayout.h"
@@ -17,12 +16,11 @@
 /// lit, word by word where words have times, and the others glide by as the song goes on. They can be looked
 /// through; after some seconds of rest the line that is sung is back. Text without times is only looked
 /// through.
-class LyricsCanvas : public PixelItem
+class LyricsCanvas : public MovingItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(LyricsModel* model READ model WRITE setModel NOTIFY modelChanged)
-    Q_PROPERTY(FrameClock* clock READ clock WRITE setClock NOTIFY clockChanged)
     Q_PROPERTY(QFont font READ font WRITE setFont NOTIFY fontChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorChanged)
     Q_PROPERTY(QColor quietColor READ quietColor WRITE setQuietColor NOTIFY colorChanged)
@@ -38,8 +36,6 @@ public:
 
     LyricsModel* model() const { return _model; }
     void setModel(LyricsModel* model);
-    FrameClock* clock() const { return _clock; }
-    void setClock(FrameClock* clock);
     QFont font() const { return _font; }
     void setFont(const QFont& font) { _font = font; }
     /// Of what is sung.
@@ -68,7 +64,6 @@ public:
 
 Q_SIGNALS:
     void modelChanged();
-    void clockChanged();
     void fontChanged();
     void colorChanged();
     void pointedRowChanged();
@@ -76,7 +71,8 @@ Q_SIGNALS:
 protected:
     void paint(QPainter& painter, QSize size, double scale) override;
     void geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry) override;
-    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    int frameRate() const override;
+    void advance() override;
 
 private:
     void relayout();
@@ -84,9 +80,6 @@ private:
     void followWord();
     void lookAt(double place);
     void backToSong();
-    void run();
-    void advance();
-    Uptime now() const;
     double songPlace() const;
     double anchor() const;
     double placed(double place) const;
@@ -97,7 +90,6 @@ private:
     QList<QTextLayout::FormatRange> litWords(int row) const;
 
     QPointer<LyricsModel> _model;
-    QPointer<FrameClock> _clock;
     LyricsLayout _layout;
     Glide _place; ///< what height of the layout lies at the anchor
     int _activeRow = -1;
