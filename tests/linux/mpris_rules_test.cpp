@@ -150,6 +150,15 @@ private Q_SLOTS:
             }
             QCOMPARE(clock.at({now}), expected);
 
+            // Nor are they waited for when it plays again.
+            clock.setRunning(false, {now});
+            clock.setRunning(true, {now});
+            for (int i = 0; i < 3; ++i) {
+                QVERIFY(clock.isInDoubt());
+                clock.observe(readings.constLast(), {now += 0.6});
+            }
+            QVERIFY(!clock.isInDoubt());
+
             // A seek is believed, and so is the same answer again afterwards.
             clock.jump(60, {now});
             QVERIFY(!clock.observe(60, {now + 3}));

@@ -205,6 +205,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("most"); // questions in a second and a half
         QTest::newRow("it is behind the end") << false << at(300) << 6;
         QTest::newRow("at a change of track, for a moment") << true << at(300) << 8;
+        QTest::newRow("it does not say where it is") << true << QVariantMap{{u"Position"_s, u""_s}} << 6;
         QTest::newRow("it answers another place each time") << false << at(10) << 6;
         QTest::newRow("it tells that it no longer knows") << true << QVariantMap() << 20;
     }

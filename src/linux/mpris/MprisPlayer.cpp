@@ -6,7 +6,6 @@
 #include "linux/mpris/PlayerChange.h"
 
 #include <QLoggingCategory>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
@@ -28,12 +27,6 @@ constexpr double catchingUp = 1.1 * PositionClock::catchingUp;
 constexpr double announcedJump = 0.5; // seconds off the reckoning that make a Seeked signal worth telling
 
 constexpr double longestRest = 0.3; // seconds that a burst of signals is waited for
-
-bool isObjectPath(const QString& text)
-{
-    static const QRegularExpression pattern(QStringLiteral("^(/[A-Za-z0-9_]+)+$"));
-    return pattern.match(text).hasMatch();
-}
 
 bool isTimeOut(const QDBusError& error)
 {
@@ -86,7 +79,7 @@ void MprisPlayer::setPosition(double seconds)
         return static_cast<qlonglong>(std::llround(duration * microsecondsASecond));
     };
     // Without a proper track identifier the absolute call is void, so the distance is sent instead.
-    const bool isAbsolute = isObjectPath(_latest.track.id);
+    const bool isAbsolute = _latest.track.hasProperId();
     command(isAbsolute ? "SetPosition" : "Seek",
             isAbsolute ? _player.SetPosition(QDBusObjectPath(_latest.track.id), microseconds(target))
                        : _player.Seek(microseconds(target - position())));
@@ -202,7 +195,10 @@ void MprisPlayer::apply(const QVariantMap& properties, bool isAnnounced)
     }
     bool isNumber = false;
     const double seconds = properties.value(positionName).toDouble(&isNumber) / microsecondsASecond;
-    if (isNumber && isOtherTrack && isAnnounced) {
+    isNumber = isNumber && std::isfinite(seconds);
+    if (!isNumber && !isAnnounced) {
+        _clock.observeNothing();
+    } else if (isNumber && isOtherTrack && isAnnounced) {
         _clock.jump(seconds, now);
     } else if (isNumber && _clock.observe(seconds, now) && _isReady) {
         Q_EMIT outdated();

@@ -68,6 +68,12 @@ std::optional<double> length(const QVariantMap& metadata)
 
 } // namespace
 
+bool MprisTrack::hasProperId() const
+{
+    static const QRegularExpression objectPath(QStringLiteral("^(/[A-Za-z0-9_]+)+$"));
+    return objectPath.match(id).hasMatch();
+}
+
 MprisTrack MprisTrack::fromMetadata(const QVariantMap& metadata)
 {
     MprisTrack track{

@@ -22,6 +22,9 @@ struct MprisTrack {
     /// Whether everything is there that players usually tell of a song.
     bool isComplete() const { return !title.isEmpty() && !artist.isEmpty() && length.has_value(); }
 
+    /// Whether its id can be sent to the player as what it is.
+    bool hasProperId() const;
+
     friend bool operator==(const MprisTrack&, const MprisTrack&) = default;
 
     /// Reads an MPRIS metadata map, as D-Bus delivers it, with the liberties that players take: lists given

@@ -66,6 +66,10 @@ bool MprisTrackList::contains(const MprisTrack& track) const
 
 void MprisTrackList::goTo(const MprisTrack& track)
 {
+    if (!track.hasProperId()) {
+        qCInfo(log, "a listed track has no proper identifier: %ls", qUtf16Printable(track.id));
+        return;
+    }
     whenAnswered(_proxy.GoTo(QDBusObjectPath(track.id)), this, [](const QDBusPendingReply<>& reply) {
         if (reply.isError()) {
             qCInfo(log, "GoTo was refused: %ls", qUtf16Printable(reply.error().message()));

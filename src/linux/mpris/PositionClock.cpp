@@ -97,6 +97,7 @@ bool PositionClock::observe(double seconds, Uptime now)
     _lastReading = {seconds, now};
     if (isFrozen) {
         _frozenAt = seconds;
+        _readingsWanted = std::max(0, _readingsWanted - 1);
         return false;
     }
     _frozenAt.reset();

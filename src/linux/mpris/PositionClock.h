@@ -47,6 +47,10 @@ public:
     /// believed and differs from the reckoning by more than a second.
     bool observe(double seconds, Uptime now);
 
+    /// The player has answered the question without saying where it is, which it will not do the next time,
+    /// either.
+    void observeNothing() { _readingsWanted = 0; }
+
     /// Whether a few more readings are wanted, some tenths of a second apart.
     bool isInDoubt() const { return _isRunning && _readingsWanted > 0; }
 
