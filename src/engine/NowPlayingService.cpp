@@ -92,7 +92,7 @@ void NowPlayingService::tick()
 {
     ++_tickCount;
     if (_isPlaying && _elapsed < _duration) {
-        _elapsed = std::min(_elapsed + 1.0, duration());
+        _elapsed = std::min(_elapsed + _clock.value().rate, duration());
     }
     if (_isPlaying && !artist().isEmpty()) {
         _stats.tick(_artist);

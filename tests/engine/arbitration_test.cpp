@@ -155,6 +155,12 @@ private Q_SLOTS:
         engine.desktop.runLoop.advance(3);
         QCOMPARE(engine.desktop.scripts.take().size(), 3);
         QCOMPARE(engine.service->elapsed(), 12.5);
+
+        setInterval(100); // at half the speed half a second passes in one
+        engine.desktop.workspace.positions[BundleId::music] = {.seconds = 12.5, .rate = 0.5};
+        Q_EMIT engine.desktop.workspace.playerMoved(BundleId::music);
+        engine.desktop.runLoop.advance(1);
+        QCOMPARE(engine.service->elapsed(), 13.0);
     }
 
     void refreshesWhenTold()

@@ -177,6 +177,6 @@ void PillModel::seekBy(double seconds)
 {
     const double duration = _of.service.duration();
     if (duration > 0) {
-        _of.service.seekTo(std::clamp(_of.service.elapsed() + seconds, 0.0, duration));
+        _of.service.seekTo(std::clamp(_of.service.position() + seconds, 0.0, duration));
     }
 }
