@@ -259,6 +259,9 @@ void AudioCaptureService::deviceChanged(AudioHardware::DeviceState state)
         _sampleRate = static_cast<float>(*state.sampleRate);
     }
     _isSounding = state.isSounding;
+    if (!_isSounding) {
+        _ring.clear(); // the silence that the device delivered may have been dropped
+    }
     if (_isSounding && !_sampler) {
         startSampler();
     }

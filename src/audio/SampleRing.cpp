@@ -23,6 +23,12 @@ void SampleRing::write(const AudioBufferList& input)
     }
 }
 
+void SampleRing::clear()
+{
+    const std::lock_guard guard(_lock);
+    _samples.fill(0);
+}
+
 void SampleRing::copyNewest(SpectrumAnalyzer::Samples& samples, int age) const
 {
     constexpr int size = SpectrumAnalyzer::frameSize;

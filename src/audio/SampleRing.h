@@ -18,6 +18,9 @@ public:
     /// a reader.
     void write(const AudioBufferList& input);
 
+    /// Fills it with silence. It waits for a reader, so it is not for the real-time thread.
+    void clear();
+
     /// The samples just before the write position, or some samples further back, oldest first. What is too
     /// old to be there is the oldest that is.
     void copyNewest(SpectrumAnalyzer::Samples& samples, int age = 0) const;

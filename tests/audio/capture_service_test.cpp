@@ -103,7 +103,9 @@ private Q_SLOTS:
         QTRY_VERIFY(f.service.bands()[2] > 0.9F && f.service.isLive());
         f.hardware.deviceChanged({.isSounding = true, .sampleRate = 192'000}); // the same samples, higher
         QTRY_VERIFY(f.service.bands()[3] > 0.9F && f.service.bands()[2] < 0.1F);
-        f.hardware.play(QList<float>(1024), 1);
+        f.hardware.deviceChanged({.isSounding = false, .sampleRate = 192'000}); // and delivers nothing more
+        QTRY_VERIFY(f.service.bands()[3] < 0.01F);
+        f.hardware.deviceChanged({.isSounding = true, .sampleRate = 192'000});
         for (const double seconds : {0.0, 1.9, 0.1}) {
             QVERIFY(f.service.isLive());
             f.clock.seconds = f.clock.seconds + seconds;

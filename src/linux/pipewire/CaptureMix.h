@@ -57,7 +57,7 @@ public:
 private:
     using Frame = std::array<float, 2>;
     static constexpr quint32 chunkFrames = 1024;
-    static constexpr quint32 patience = 4096; ///< frames; more than a cycle of any driver
+    static constexpr quint32 patience = 8192; ///< frames: the longest cycle of a driver
     static constexpr quint32 capacity = 2 * patience;
 
     void handOn(AudioTimeStamp now);
