@@ -204,7 +204,7 @@ void PipewireSession::close()
 /// Not to be called from a listener of the connection, which it destroys.
 void PipewireSession::lose(const QString& reason, AudioHardware::Authorization authorization)
 {
-    if (!_isLossLogged || !_completions.empty()) {
+    if (!_isLossLogged) {
         qCWarning(pipewireLog, "no connection with PipeWire: %s", qUtf8Printable(reason));
     }
     _isLossLogged = true;
