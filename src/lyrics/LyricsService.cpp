@@ -89,12 +89,12 @@ void LyricsService::fetch(const QString& title, const QString& artist, const QSt
     _inflightTask.reset();
     _lookup.reset();
     const LyricsRequest request{.title = title, .artist = artist, .album = album};
+    _lastRequest = request;
     if (title.isEmpty() || artist.isEmpty()) {
         settle(std::nullopt);
         findLocally(request, [] {}); // a file without tags may have its words beside it
         return;
     }
-    _lastRequest = request;
     if (const auto found = _cache.constFind(request.key()); found != _cache.constEnd()) {
         settle(*found);
         return;

@@ -41,7 +41,6 @@ public:
     /// None while loading, and without a title or an artist unless this machine has them; empty lyrics when
     /// there are none to be had.
     std::optional<Lyrics> current() const { return _current; }
-    QBindable<std::optional<Lyrics>> bindableCurrent() const { return &_current; }
 
     bool isLoading() const { return _isLoading; }
     QBindable<bool> bindableIsLoading() const { return &_isLoading; }

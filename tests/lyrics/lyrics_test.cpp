@@ -172,6 +172,8 @@ private Q_SLOTS:
         tell({.title = u"T"_s, .artist = u""_s, .location = first});
         QCOMPARE(fetched(u"T"_s, {}), u"none 0"_s);
         QTRY_COMPARE(shown(), u"2 "_s);
+        _notifications.post(u"com.orvalen.pellar.appleMusicAuthChanged"_s); // asks again for no other track
+        QTRY_COMPARE(shown(), u"2 "_s);
     }
 
     /// Views that take their time over the words are not taken for a disk that does.
