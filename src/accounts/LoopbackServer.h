@@ -17,7 +17,6 @@ public:
     /// False when the port cannot be had; `errorString` then tells why.
     bool listen(quint16 port) { return _server.listen(QHostAddress::LocalHost, port); }
     QString errorString() const { return _server.errorString(); }
-    bool isListening() const { return _server.isListening(); }
 
     /// Takes no new connections. Answers that are on their way still arrive.
     void close() { _server.close(); }

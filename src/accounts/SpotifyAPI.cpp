@@ -35,7 +35,14 @@ QString artistsOf(const QJsonObject& entry)
 
 } // namespace
 
-SpotifyAPI::SpotifyAPI(Dependencies dependencies) : _from(std::move(dependencies)), _http(_from.runLoop) {}
+SpotifyAPI::SpotifyAPI(Dependencies dependencies) : _from(std::move(dependencies)), _http(_from.runLoop)
+{
+    connect(&_from.auth, &SpotifyAuthManager::isAuthorizedChanged, this, [this] {
+        if (!_from.auth.isAuthorized()) {
+            forget();
+        }
+    });
+}
 
 SpotifyAPI& SpotifyAPI::shared()
 {
@@ -44,6 +51,13 @@ SpotifyAPI& SpotifyAPI::shared()
                                                   .auth = SpotifyAuthManager::shared(),
                                                   .addresses = ServiceAddresses(UserDefaults::standard())});
     return *instance;
+}
+
+/// What comes next for one account is nothing to the next.
+void SpotifyAPI::forget()
+{
+    _lastQueue.clear();
+    _lastQueueFetched = Uptime::distantPast();
 }
 
 QList<UpNextTrack> SpotifyAPI::cachedQueue()
@@ -124,6 +138,9 @@ void SpotifyAPI::read(const HttpReply& reply, const QString& token)
     if (!queue) {
         dlog(QStringLiteral("queue: no `queue` field in response, status=") + status);
         return;
+    }
+    if (!_from.auth.isAuthorized()) {
+        return; // it was disconnected meanwhile
     }
     dlog(QStringLiteral("queue: fetched %1 tracks").arg(queue->size()));
     _lastQueue = *queue;

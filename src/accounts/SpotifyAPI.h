@@ -44,6 +44,7 @@ public:
     static std::optional<QList<UpNextTrack>> parseQueue(const QJsonObject& reply);
 
 private:
+    void forget();
     void fetch(const std::optional<QString>& token, bool mayRefresh);
     void fetched(const HttpReply& reply, const QString& token, bool mayRefresh);
     void read(const HttpReply& reply, const QString& token);

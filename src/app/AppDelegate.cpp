@@ -45,6 +45,7 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
     , _mediaKeys(platform)
     , _awaitedPlayer(platform.workspace, defaults)
     , _audioManager(platform.audioHardware)
+    , _spotifyQueue([this] { return _service.activePlayer() == Player::spotify; }, platform.notifications)
     , _service({.platform = platform,
                 .defaults = defaults,
                 .sources = AudioSourceManager::shared(),
@@ -55,7 +56,6 @@ AppDelegate::AppDelegate(Platform& platform, UserDefaults& defaults, Appearance&
                {.refreshSpotifyQueue = [this] { _spotifyQueue.refresh(); },
                 .cachedSpotifyQueue = [this] { return _spotifyQueue.tracks(); },
                 .sendMediaKey = [this](MediaKeys::Key key) { _mediaKeys.send(key); }})
-    , _spotifyQueue(_service, platform.notifications)
     , _contextMenu({.service = _service,
                     .pasteboard = platform.pasteboard,
                     .audioDevices = _audioManager,
@@ -171,7 +171,7 @@ void AppDelegate::setup()
     _onboarding.showIfNeeded();
     _trayIcon = std::make_unique<TrayIcon>(_service, _awaitedPlayer, _platform.runLoop,
                                            [this](ClassicMenu& menu) { _popups->buildMenu(menu); });
-    connect(_trayIcon.get(), &TrayIcon::clicked, _hosting.get(), &QWindow::raise);
+    connect(_trayIcon.get(), &TrayIcon::clicked, this, [this] { _statusItem->reveal(_platform.runLoop); });
 }
 
 void AppDelegate::bindStatusItem()

@@ -68,8 +68,8 @@ private:
     MediaKeys _mediaKeys;
     AwaitedPlayer _awaitedPlayer;
     AudioDeviceManager _audioManager;
-    NowPlayingService _service;
     SpotifyQueue _spotifyQueue;
+    NowPlayingService _service;
     ContextMenu _contextMenu;
     AudioCaptureSupervision _audioCapture;
     ServiceAddresses _addresses;

@@ -3,11 +3,11 @@
 #include "accounts/SpotifyAPI.h"
 #include "accounts/SpotifyAuthManager.h"
 #include "base/NotificationCenter.h"
-#include "engine/NowPlayingService.h"
 
 #include <utility>
 
-SpotifyQueue::SpotifyQueue(NowPlayingService& service, NotificationCenter& notifications) : _service(service)
+SpotifyQueue::SpotifyQueue(std::function<bool()> isShown, NotificationCenter& notifications)
+    : _isShown(std::move(isShown))
 {
     notifications.observe(SpotifyAPI::queueRefreshedNotification, this,
                           [this](const QVariantMap& /*userInfo*/) { Q_EMIT changed(); });
@@ -40,7 +40,7 @@ QList<UpNextTrack> SpotifyQueue::tracks()
 
 void SpotifyQueue::refreshIfShown()
 {
-    if (_service.activePlayer() == Player::spotify && isAuthorized()) {
+    if (_isShown() && isAuthorized()) {
         refresh();
     }
 }

@@ -4,8 +4,9 @@
 
 #include <QObject>
 
+#include <functional>
+
 class NotificationCenter;
-class NowPlayingService;
 class SpotifyAPI;
 
 /// What comes next at Spotify, for as long as an account is connected. The account is looked up in the
@@ -15,7 +16,8 @@ class SpotifyQueue : public QObject
     Q_OBJECT
 
 public:
-    SpotifyQueue(NowPlayingService& service, NotificationCenter& notifications);
+    /// `isShown` tells whether Spotify is what is shown.
+    SpotifyQueue(std::function<bool()> isShown, NotificationCenter& notifications);
 
     bool isAuthorized();
 
@@ -36,6 +38,6 @@ private:
     SpotifyAPI& api();
     void accountChanged();
 
-    NowPlayingService& _service;
+    std::function<bool()> _isShown;
     bool _followsAccount = false;
 };
