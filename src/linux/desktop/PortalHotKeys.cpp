@@ -40,6 +40,8 @@ namespace {
 Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.keyboard", QtWarningMsg)
 
 const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString requestInterface = QStringLiteral("org.freedesktop.portal.Request");
+const QString responseName = QStringLiteral("Response");
 
 /// "LOGO+SHIFT+space"; none for a code that no key has.
 std::optional<QString> trigger(const HotKey& hotKey)
@@ -89,6 +91,7 @@ std::optional<KeyDown> PortalHotKeys::keyDown(const QKeyEvent& event) const
 
 void PortalHotKeys::setPortal(const QString& owner)
 {
+    expectNoAnswer();
     _session.clear(); // it went with the portal
     _portal.reset();
     if (owner.isEmpty()) {
@@ -118,26 +121,43 @@ void PortalHotKeys::start()
     }
     setStates(State::pending);
     const QString token = expectAnswer(SLOT(sessionCreated(uint, QVariantMap, QDBusMessage)));
-    const auto request = _portal->CreateSession(
-        {{QStringLiteral("handle_token"), token}, {QStringLiteral("session_handle_token"), token}});
-    whenAnswered(request, _portal.get(), [this](const QDBusPendingReply<QDBusObjectPath>& reply) {
-        if (reply.isError()) {
-            fail(reply.error().message());
-        }
-    });
+    listen(_portal->CreateSession(
+        {{QStringLiteral("handle_token"), token}, {QStringLiteral("session_handle_token"), token}}));
+}
+
+/// Hears of it when a question cannot be asked at all.
+void PortalHotKeys::listen(const QDBusPendingReply<QDBusObjectPath>& call)
+{
+    whenAnswered(call, _portal.get(),
+                 [this, request = _request](const QDBusPendingReply<QDBusObjectPath>& reply) {
+                     if (reply.isError() && request == _request) {
+                         expectNoAnswer();
+                         fail(reply.error().message());
+                     }
+                 });
 }
 
 /// Gives the token of a request that has yet to be made. Its answer may come before the call returns, at a
 /// path that is known by then.
 QString PortalHotKeys::expectAnswer(const char* slot)
 {
+    expectNoAnswer();
     QDBusConnection bus = QDBusConnection::sessionBus();
     QString token = QStringLiteral("pellar%1").arg(++_requests);
     const QString sender = bus.baseService().mid(1).replace(u'.', u'_');
     _request = portalPath + QStringLiteral("/request/%1/%2").arg(sender, token);
-    bus.connect(_portal->service(), _request, QStringLiteral("org.freedesktop.portal.Request"),
-                QStringLiteral("Response"), this, slot);
+    _answer = slot;
+    bus.connect(_portal->service(), _request, requestInterface, responseName, this, _answer);
     return token;
+}
+
+void PortalHotKeys::expectNoAnswer()
+{
+    if (!_request.isEmpty()) {
+        QDBusConnection::sessionBus().disconnect(_portal->service(), _request, requestInterface, responseName,
+                                                 this, _answer);
+    }
+    _request.clear();
 }
 
 void PortalHotKeys::sessionCreated(uint code, const QVariantMap& results, const QDBusMessage& answer)
@@ -145,6 +165,7 @@ void PortalHotKeys::sessionCreated(uint code, const QVariantMap& results, const 
     if (answer.path() != _request) {
         return; // of hot keys that are no longer wanted
     }
+    expectNoAnswer();
     _session = results.value(QStringLiteral("session_handle")).toString();
     if (code != 0 || _session.isEmpty()) {
         _session.clear();
@@ -168,15 +189,10 @@ void PortalHotKeys::bindShortcuts()
         shortcuts.append({each.action, properties});
     }
     const QString token = expectAnswer(SLOT(shortcutsBound(uint, QVariantMap, QDBusMessage)));
-    const QDBusPendingReply<QDBusObjectPath> request = _portal->asyncCallWithArgumentList(
-        QStringLiteral("BindShortcuts"),
-        {QVariant::fromValue(QDBusObjectPath(_session)), QVariant::fromValue(shortcuts), QString(),
-         QVariantMap{{QStringLiteral("handle_token"), token}}});
-    whenAnswered(request, _portal.get(), [this](const QDBusPendingReply<QDBusObjectPath>& reply) {
-        if (reply.isError()) {
-            fail(reply.error().message());
-        }
-    });
+    listen(_portal->asyncCallWithArgumentList(QStringLiteral("BindShortcuts"),
+                                              {QVariant::fromValue(QDBusObjectPath(_session)),
+                                               QVariant::fromValue(shortcuts), QString(),
+                                               QVariantMap{{QStringLiteral("handle_token"), token}}}));
 }
 
 void PortalHotKeys::shortcutsBound(uint code, const QVariantMap& results, const QDBusMessage& answer)
@@ -184,6 +200,7 @@ void PortalHotKeys::shortcutsBound(uint code, const QVariantMap& results, const 
     if (answer.path() != _request) {
         return;
     }
+    expectNoAnswer();
     const auto bound =
         DBusValue::list<QList<PortalShortcut>>(results.value(QStringLiteral("shortcuts")), "a(sa{sv})");
     if (code != 0 || !bound) {
@@ -218,7 +235,7 @@ void PortalHotKeys::closeSession()
         PortalSessionProxy(_portal->service(), _session, QDBusConnection::sessionBus()).Close();
     }
     _session.clear();
-    _request.clear();
+    expectNoAnswer();
 }
 
 void PortalHotKeys::setStates(State state)

@@ -34,6 +34,8 @@ private:
     void start();
     void closeSession();
     QString expectAnswer(const char* slot);
+    void expectNoAnswer();
+    void listen(const QDBusPendingReply<QDBusObjectPath>& call);
     void bindShortcuts();
     void setStates(State state);
     void fail(const QString& why);
@@ -42,7 +44,8 @@ private:
     std::unique_ptr<PortalShortcutsProxy> _portal; ///< null while there is none
     QList<HotKey> _wanted;
     QMap<quint32, State> _states;
-    QString _session; ///< the session's path; empty while there is none
-    QString _request; ///< the path of the question that is open
+    QString _session;              ///< the session's path; empty while there is none
+    QString _request;              ///< the path of the question that is open; empty while none is
+    const char* _answer = nullptr; ///< the slot for its answer
     int _requests = 0;
 };
