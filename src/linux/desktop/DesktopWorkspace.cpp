@@ -5,8 +5,11 @@
 #include "linux/x11/X11Processes.h"
 
 #include <QDesktopServices>
+#include <QLoggingCategory>
 
 namespace {
+
+Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.desktop", QtWarningMsg)
 
 std::optional<PlayerRole> roleWithScheme(const QString& scheme)
 {
@@ -104,6 +107,10 @@ bool DesktopWorkspace::open(const QUrl& url)
     if (MprisPlayer* const player = role ? _roster.player(*role) : nullptr) {
         player->raise();
         return true;
+    }
+    if (url.scheme() == QStringLiteral("x-apple.systempreferences")) {
+        qCInfo(log, "this desktop has no settings for %ls", qUtf16Printable(url.query()));
+        return false;
     }
     return QDesktopServices::openUrl(url);
 }

@@ -20,11 +20,12 @@ public:
     void checkPosition(const QString& bundleId) override;
     std::optional<RunningApplication> frontmostApplication() const override;
 
-    /// MPRIS has no ratings; Spotify takes them by key.
+    /// MPRIS has no ratings.
     PlayerAbilities abilities(const QString& bundleId) const override;
 
     /// "music://" and "spotify://" bring the running player to the front; any other address, and that of a
-    /// player that does not run, goes to the desktop.
+    /// player that does not run, goes to the desktop. No desktop has the settings that
+    /// "x-apple.systempreferences:" stands for.
     bool open(const QUrl& url) override;
 
 private:
