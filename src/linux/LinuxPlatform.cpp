@@ -48,6 +48,7 @@ LinuxPlatform::LinuxPlatform(const PlayerCasting& casting)
     , _hotKeys(hotKeys())
     , _loginItem(QCoreApplication::applicationFilePath())
     , _keyring(_runLoop)
+    , _statusBar(_runLoop)
     , _ports{.runLoop = _runLoop,
              .scripts = _interpreter,
              .automation = _automation,

@@ -1,9 +1,10 @@
 #include "linux/x11/X11KeyboardClaim.h"
 
-#include <QGuiApplication>
-#include <QTimer>
+#include "base/RunLoop.h"
 
-X11KeyboardClaim::X11KeyboardClaim(QWindow& menu) : _menu(menu)
+#include <QGuiApplication>
+
+X11KeyboardClaim::X11KeyboardClaim(QWindow& menu, RunLoop& runLoop) : _menu(menu), _runLoop(runLoop)
 {
     QSurfaceFormat format;
     format.setAlphaBufferSize(8);
@@ -29,11 +30,11 @@ bool X11KeyboardClaim::eventFilter(QObject* /*watched*/, QEvent* event)
 /// On its way from one of the program's windows to another the focus may be nowhere for a moment.
 void X11KeyboardClaim::focusChanged(const QWindow* focus)
 {
-    constexpr int moment = 100; // milliseconds
+    constexpr double moment = 0.1; // seconds
     if (focus != nullptr) {
         _hasFocus = true;
     } else if (_hasFocus) {
-        QTimer::singleShot(moment, this, [this] {
+        _runLoop.after(moment, this, [this] {
             if (QGuiApplication::focusWindow() == nullptr) {
                 Q_EMIT lost();
             }

@@ -4,6 +4,8 @@
 
 #include <QRasterWindow>
 
+class RunLoop;
+
 /// A window of one point that cannot be seen and has the keyboard's focus. In a Wayland session what a window
 /// that nobody manages grabs ends where the windows of other programs begin: it gets no keys while one of
 /// those has the focus, and hears of no click on them. The focus comes to this window instead, and its loss
@@ -14,7 +16,7 @@ class X11KeyboardClaim final : public KeyboardClaim
 
 public:
     /// `menu` gets the keys; it outlives the claim.
-    explicit X11KeyboardClaim(QWindow& menu);
+    X11KeyboardClaim(QWindow& menu, RunLoop& runLoop);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -23,6 +25,7 @@ private:
     void focusChanged(const QWindow* focus);
 
     QWindow& _menu;
+    RunLoop& _runLoop;
     QRasterWindow _window;
     bool _hasFocus = false;
 };

@@ -16,7 +16,7 @@ constexpr int pillThickness = 28;
 
 } // namespace
 
-X11StatusBar::X11StatusBar()
+X11StatusBar::X11StatusBar(RunLoop& runLoop) : _runLoop(runLoop)
 {
     _selectionEvent = X11Session::watchCompositing();
     if (_selectionEvent >= 0) {
@@ -84,7 +84,7 @@ bool X11StatusBar::isComposited() const
 
 std::unique_ptr<KeyboardClaim> X11StatusBar::claimKeyboard(QWindow& menu)
 {
-    return X11WindowHints::isWaylandSession() ? std::make_unique<X11KeyboardClaim>(menu) : nullptr;
+    return X11WindowHints::isWaylandSession() ? std::make_unique<X11KeyboardClaim>(menu, _runLoop) : nullptr;
 }
 
 bool X11StatusBar::nativeEventFilter(const QByteArray& eventType, void* message, qintptr* /*result*/)

@@ -4,6 +4,8 @@
 
 #include <QAbstractNativeEventFilter>
 
+class RunLoop;
+
 /// Status items as X11 dock windows, and in a Wayland session as windows that nobody manages. On another
 /// window system the portable window flags have to do.
 class X11StatusBar final : public StatusBar, private QAbstractNativeEventFilter
@@ -11,7 +13,7 @@ class X11StatusBar final : public StatusBar, private QAbstractNativeEventFilter
     Q_OBJECT
 
 public:
-    X11StatusBar();
+    explicit X11StatusBar(RunLoop& runLoop);
     ~X11StatusBar() override;
 
     int thickness() const override;
@@ -24,5 +26,6 @@ public:
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
 
+    RunLoop& _runLoop;
     int _selectionEvent = -1; ///< the number of the event that tells of compositing managers
 };
