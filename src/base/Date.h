@@ -8,9 +8,6 @@
 struct Date {
     double sinceReference = 0; ///< seconds; negative before the reference date
 
-    /// Earlier than any time that the program can meet: 0001-01-01 00:00:00 UTC.
-    static constexpr Date distantPast() { return {-63'114'076'800.0}; }
-
     /// Seconds between 1970-01-01 and the reference date.
     static constexpr double unixOffset = 978'307'200.0;
 

@@ -11,11 +11,6 @@ SerialQueue::SerialQueue(const QString& label)
     _thread.setExpiryTimeout(idleMilliseconds);
 }
 
-QString SerialQueue::label() const
-{
-    return _thread.objectName();
-}
-
 void SerialQueue::async(std::function<void()> work)
 {
     _thread.start(std::move(work));

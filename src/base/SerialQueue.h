@@ -12,7 +12,6 @@ class SerialQueue
 public:
     explicit SerialQueue(const QString& label);
 
-    QString label() const;
     void async(std::function<void()> work);
 
     /// Blocks until everything queued so far has run.
