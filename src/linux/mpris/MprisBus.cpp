@@ -3,20 +3,18 @@
 #include "base/RunLoop.h"
 #include "linux/dbus/DBusValue.h"
 #include "linux/dbus/WhenAnswered.h"
+#include "linux/mpris/MprisNames.h"
 #include "linux/mpris/MprisPlayer.h"
 
 #include <QDBusConnectionInterface>
-#include <QLoggingCategory>
 
 #include <algorithm>
 
+Q_LOGGING_CATEGORY(mprisLog, "com.orvalen.pellar.mpris", QtWarningMsg)
+
 namespace {
 
-Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
-
 const QString namePrefix = QStringLiteral("org.mpris.MediaPlayer2.");
-const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
-const QString trackListInterface = QStringLiteral("org.mpris.MediaPlayer2.TrackList");
 const QString busDaemon = QStringLiteral("org.freedesktop.DBus");
 const QString daemonPath = QStringLiteral("/org/freedesktop/DBus");
 
@@ -31,7 +29,7 @@ MprisBus::MprisBus(RunLoop& runLoop, QString address)
     , _bus(QString())
 {
     if (!connectToBus()) {
-        qCWarning(log, "There is no session bus to find players on: %ls",
+        qCWarning(mprisLog, "There is no session bus to find players on: %ls",
                   qUtf16Printable(_bus.lastError().message()));
         reconnect(firstReconnectDelay);
     }
@@ -53,13 +51,13 @@ bool MprisBus::connectToBus()
     }
     _bus.connect(busDaemon, daemonPath, busDaemon, QStringLiteral("NameOwnerChanged"), this,
                  SLOT(nameOwnerChanged(QString, QString, QString)));
-    _bus.connect(QString(), objectPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+    _bus.connect(QString(), Mpris::objectPath, QStringLiteral("org.freedesktop.DBus.Properties"),
                  QStringLiteral("PropertiesChanged"), this, SLOT(propertiesChanged(QDBusMessage)));
-    _bus.connect(QString(), objectPath, QStringLiteral("org.mpris.MediaPlayer2.Player"),
-                 QStringLiteral("Seeked"), this, SLOT(seeked(QDBusMessage)));
+    _bus.connect(QString(), Mpris::objectPath, Mpris::playerInterface, QStringLiteral("Seeked"), this,
+                 SLOT(seeked(QDBusMessage)));
     for (const char* signal : {"TrackListReplaced", "TrackAdded", "TrackRemoved", "TrackMetadataChanged"}) {
-        _bus.connect(QString(), objectPath, trackListInterface, QString::fromLatin1(signal), this,
-                     SLOT(trackListChanged(QDBusMessage)));
+        _bus.connect(QString(), Mpris::objectPath, Mpris::trackListInterface, QString::fromLatin1(signal),
+                     this, SLOT(trackListChanged(QDBusMessage)));
     }
     _bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                  QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
@@ -122,15 +120,15 @@ void MprisBus::propertiesChanged(const QDBusMessage& signal)
         return;
     }
     const QString interface = arguments[0].toString();
-    const bool isOfRoot = interface == QStringLiteral("org.mpris.MediaPlayer2");
-    if (isOfRoot || interface == trackListInterface) {
+    const bool isOfRoot = interface == Mpris::rootInterface;
+    if (isOfRoot || interface == Mpris::trackListInterface) {
         player->showedLife();
     }
-    if (interface == trackListInterface) {
+    if (interface == Mpris::trackListInterface) {
         player->trackList().changed();
     } else if (isOfRoot) {
         player->trackList().learn();
-    } else if (interface == QStringLiteral("org.mpris.MediaPlayer2.Player")) {
+    } else if (interface == Mpris::playerInterface) {
         player->propertiesChanged(DBusValue::dictionary(arguments[1]).value_or(QVariantMap()),
                                   arguments[2].toStringList());
     }
@@ -156,7 +154,7 @@ void MprisBus::seeked(const QDBusMessage& signal)
 
 void MprisBus::disconnected()
 {
-    qCWarning(log, "The session bus has gone; waiting for its return");
+    qCWarning(mprisLog, "The session bus has gone; waiting for its return");
     const auto players = _players;
     for (MprisPlayer* const player : players) {
         remove(player);

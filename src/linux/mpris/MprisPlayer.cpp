@@ -3,19 +3,14 @@
 #include "base/RunLoop.h"
 #include "linux/dbus/DBusValue.h"
 #include "linux/dbus/WhenAnswered.h"
+#include "linux/mpris/MprisNames.h"
 #include "linux/mpris/PlayerChange.h"
-
-#include <QLoggingCategory>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
-
-const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
-const QString playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
 const QString metadataName = QStringLiteral("Metadata");
 const QString statusName = QStringLiteral("PlaybackStatus");
 const QString positionName = QStringLiteral("Position");
@@ -40,9 +35,9 @@ MprisPlayer::MprisPlayer(const QDBusConnection& bus, QString uniqueName, RunLoop
     : QObject(parent)
     , _uniqueName(std::move(uniqueName))
     , _runLoop(runLoop)
-    , _root(_uniqueName, objectPath, bus)
-    , _player(_uniqueName, objectPath, bus)
-    , _properties(_uniqueName, objectPath, bus)
+    , _root(_uniqueName, Mpris::objectPath, bus)
+    , _player(_uniqueName, Mpris::objectPath, bus)
+    , _properties(_uniqueName, Mpris::objectPath, bus)
     , _trackList(bus, _uniqueName, runLoop)
     , _questions(runLoop, this)
 {
@@ -139,7 +134,7 @@ void MprisPlayer::seeked(qlonglong microseconds)
 /// Asks for all properties: players also correct the length of a track without announcing it.
 void MprisPlayer::ask()
 {
-    listen(_properties.GetAll(playerInterface), [this](const QDBusPendingReply<QVariantMap>& answer) {
+    listen(_properties.GetAll(Mpris::playerInterface), [this](const QDBusPendingReply<QVariantMap>& answer) {
         _questions.answered();
         take(answer);
         _questions.askIfWanted();
@@ -241,7 +236,7 @@ void MprisPlayer::applyMetadata(const QVariant& metadata)
 void MprisPlayer::complain(const QString& complaint)
 {
     if (complaint != std::exchange(_complaint, complaint)) {
-        qCWarning(log, "%ls has %ls", qUtf16Printable(suffixes.join(u' ')), qUtf16Printable(complaint));
+        qCWarning(mprisLog, "%ls has %ls", qUtf16Printable(suffixes.join(u' ')), qUtf16Printable(complaint));
     }
 }
 
@@ -249,7 +244,7 @@ void MprisPlayer::command(const char* name, const QDBusPendingReply<>& call)
 {
     listen(call, [name](const QDBusPendingReply<>& reply) {
         if (reply.isError()) {
-            qCInfo(log, "%s was refused: %ls", name, qUtf16Printable(reply.error().message()));
+            qCInfo(mprisLog, "%s was refused: %ls", name, qUtf16Printable(reply.error().message()));
         }
     });
 }

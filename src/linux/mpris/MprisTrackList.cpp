@@ -3,19 +3,13 @@
 #include "base/RunLoop.h"
 #include "linux/dbus/DBusValue.h"
 #include "linux/dbus/WhenAnswered.h"
+#include "linux/mpris/MprisNames.h"
 
 #include <QDBusMetaType>
-#include <QLoggingCategory>
 
 #include <algorithm>
 
 namespace {
-
-Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.mpris", QtWarningMsg)
-
-const QString objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
-const QString rootInterface = QStringLiteral("org.mpris.MediaPlayer2");
-const QString listInterface = QStringLiteral("org.mpris.MediaPlayer2.TrackList");
 
 constexpr int timeLimitMilliseconds = 5000;
 constexpr double burstRest = 0.3; // seconds
@@ -24,8 +18,8 @@ constexpr double burstRest = 0.3; // seconds
 
 MprisTrackList::MprisTrackList(const QDBusConnection& bus, const QString& uniqueName, RunLoop& runLoop)
     : _runLoop(runLoop)
-    , _proxy(uniqueName, objectPath, bus)
-    , _properties(uniqueName, objectPath, bus)
+    , _proxy(uniqueName, Mpris::objectPath, bus)
+    , _properties(uniqueName, Mpris::objectPath, bus)
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
     _proxy.setTimeout(timeLimitMilliseconds);
@@ -34,7 +28,7 @@ MprisTrackList::MprisTrackList(const QDBusConnection& bus, const QString& unique
 
 void MprisTrackList::learn()
 {
-    whenAnswered(_properties.Get(rootInterface, QStringLiteral("HasTrackList")), this,
+    whenAnswered(_properties.Get(Mpris::rootInterface, QStringLiteral("HasTrackList")), this,
                  [this](const QDBusPendingReply<QDBusVariant>& reply) {
                      if (!reply.isValid()) {
                          learnAgain();
@@ -67,12 +61,12 @@ bool MprisTrackList::contains(const MprisTrack& track) const
 void MprisTrackList::goTo(const MprisTrack& track)
 {
     if (!track.hasProperId()) {
-        qCInfo(log, "a listed track has no proper identifier: %ls", qUtf16Printable(track.id));
+        qCInfo(mprisLog, "a listed track has no proper identifier: %ls", qUtf16Printable(track.id));
         return;
     }
     whenAnswered(_proxy.GoTo(QDBusObjectPath(track.id)), this, [](const QDBusPendingReply<>& reply) {
         if (reply.isError()) {
-            qCInfo(log, "GoTo was refused: %ls", qUtf16Printable(reply.error().message()));
+            qCInfo(mprisLog, "GoTo was refused: %ls", qUtf16Printable(reply.error().message()));
         }
     });
 }
@@ -90,7 +84,7 @@ void MprisTrackList::changed()
 
 void MprisTrackList::fetch()
 {
-    whenAnswered(_properties.Get(listInterface, QStringLiteral("Tracks")), this,
+    whenAnswered(_properties.Get(Mpris::trackListInterface, QStringLiteral("Tracks")), this,
                  [this, round = ++_round](const QDBusPendingReply<QDBusVariant>& reply) {
                      if (round != _round) {
                          return;
@@ -110,7 +104,7 @@ void MprisTrackList::fetchAgain(const QString& failure)
 {
     const auto delay = _backoff.next();
     if (delay == Backoff::first) {
-        qCWarning(log, "a track list cannot be read: %ls", qUtf16Printable(failure));
+        qCWarning(mprisLog, "a track list cannot be read: %ls", qUtf16Printable(failure));
     }
     if (delay) {
         _runLoop.after(*delay, this, [this, round = _round] {
@@ -129,7 +123,7 @@ void MprisTrackList::fetchTracks(QList<QDBusObjectPath> wanted)
         return;
     }
     if (wanted.size() > mostTracks) {
-        qCInfo(log, "a list of %lld tracks is cut short", static_cast<qlonglong>(wanted.size()));
+        qCInfo(mprisLog, "a list of %lld tracks is cut short", static_cast<qlonglong>(wanted.size()));
         wanted.resize(mostTracks);
     }
     whenAnswered(_proxy.GetTracksMetadata(wanted), this,
