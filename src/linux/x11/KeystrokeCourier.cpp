@@ -1,14 +1,11 @@
 #include "linux/x11/KeystrokeCourier.h"
 
 #include "base/RunLoop.h"
+#include "linux/x11/KeyboardLog.h"
 #include "linux/x11/X11Keyboard.h"
 #include "linux/x11/X11Windows.h"
 
-#include <QLoggingCategory>
-
 namespace {
-
-Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.keyboard", QtWarningMsg)
 
 constexpr double pollInterval = 0.05; // seconds
 constexpr int mostPolls = 20;
@@ -67,7 +64,7 @@ void KeystrokeCourier::deliver()
     const QList<Errand> errands = takeErrands();
     for (const Errand& errand : errands) {
         if (const auto reason = X11Keyboard::press(errand.keystroke)) {
-            qCWarning(log).noquote() << "a keystroke was lost:" << *reason;
+            qCWarning(keyboardLog).noquote() << "a keystroke was lost:" << *reason;
         }
     }
     const xcb_window_t window = errands.constFirst().window;
@@ -77,7 +74,7 @@ void KeystrokeCourier::deliver()
 void KeystrokeCourier::giveUp()
 {
     const QList<Errand> errands = takeErrands();
-    qCWarning(log, "%d keystroke(s) were lost: the window 0x%x did not get the keyboard",
+    qCWarning(keyboardLog, "%d keystroke(s) were lost: the window 0x%x did not get the keyboard",
               static_cast<int>(errands.size()), errands.constFirst().window);
     goOn(errands.constFirst().window);
 }

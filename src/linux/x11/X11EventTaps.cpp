@@ -1,13 +1,12 @@
 #include "linux/x11/X11EventTaps.h"
 
+#include "linux/x11/KeyboardLog.h"
 #include "linux/x11/X11MediaKey.h"
 #include "platform/SystemDefinedEvent.h"
 
-#include <QLoggingCategory>
+Q_LOGGING_CATEGORY(keyboardLog, "com.orvalen.pellar.keyboard", QtWarningMsg)
 
 namespace {
-
-Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.keyboard", QtWarningMsg)
 
 constexpr quint32 keyDown = 0xA;
 
@@ -44,6 +43,6 @@ void X11EventTaps::post(const SystemDefinedEvent& event, Tap tap)
     if (const auto key = keycode(static_cast<int>(data >> 16U))) {
         X11MediaKey::tap(*key);
     } else {
-        qCWarning(log, "nothing takes media keys here");
+        qCWarning(keyboardLog, "nothing takes media keys here");
     }
 }

@@ -1,17 +1,9 @@
 #include "linux/x11/X11MediaKey.h"
 
+#include "linux/x11/KeyboardLog.h"
 #include "linux/x11/X11Keyboard.h"
+#include "linux/x11/X11Reply.h"
 #include "linux/x11/X11Session.h"
-
-#include <QLoggingCategory>
-
-#include <cstdlib>
-
-namespace {
-
-Q_LOGGING_CATEGORY(log, "com.orvalen.pellar.keyboard", QtWarningMsg)
-
-} // namespace
 
 std::optional<xcb_keycode_t> X11MediaKey::find(Symbol symbol)
 {
@@ -25,8 +17,7 @@ bool X11MediaKey::isGrabbed(xcb_keycode_t keycode)
     xcb_connection_t* const server = X11Session::connection();
     const auto cookie = xcb_grab_key_checked(server, 0, X11Session::root(), noModifiers, keycode,
                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    if (xcb_generic_error_t* const error = xcb_request_check(server, cookie)) {
-        std::free(error); // NOLINT(cppcoreguidelines-no-malloc): of xcb's making
+    if (const X11Reply<xcb_generic_error_t> error(xcb_request_check(server, cookie)); error) {
         return true;
     }
     xcb_ungrab_key(server, keycode, X11Session::root(), noModifiers);
@@ -36,6 +27,6 @@ bool X11MediaKey::isGrabbed(xcb_keycode_t keycode)
 void X11MediaKey::tap(xcb_keycode_t keycode)
 {
     if (const auto reason = X11Keyboard::tap(keycode)) {
-        qCWarning(log, "no media key was sent: %ls", qUtf16Printable(*reason));
+        qCWarning(keyboardLog, "no media key was sent: %ls", qUtf16Printable(*reason));
     }
 }
