@@ -34,14 +34,6 @@ struct Platform;
 class NowPlayingService : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QString title READ title NOTIFY titleChanged BINDABLE bindableTitle)
-    Q_PROPERTY(QString artist READ artist NOTIFY artistChanged BINDABLE bindableArtist)
-    Q_PROPERTY(QString album READ album NOTIFY albumChanged BINDABLE bindableAlbum)
-    Q_PROPERTY(QImage artwork READ artwork NOTIFY artworkChanged BINDABLE bindableArtwork)
-    Q_PROPERTY(QImage shownArtwork READ shownArtwork NOTIFY shownArtworkChanged BINDABLE bindableShownArtwork)
-    Q_PROPERTY(double duration READ duration NOTIFY durationChanged BINDABLE bindableDuration)
-    Q_PROPERTY(double elapsed READ elapsed NOTIFY elapsedChanged BINDABLE bindableElapsed)
-    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged BINDABLE bindableIsPlaying)
 
 public:
     using Player = ::Player;
@@ -90,27 +82,15 @@ public:
     /// The listening times; the current track is counted every second.
     const ListeningStats& stats() const { return _stats; }
 
-    QBindable<QString> bindableTitle() const { return &_title; }
-    QBindable<QString> bindableArtist() const { return &_artist; }
-    QBindable<QString> bindableAlbum() const { return &_album; }
-    QBindable<QImage> bindableArtwork() const { return &_artwork; }
-    QBindable<QImage> bindableShownArtwork() const { return &_shownArtwork; }
-    QBindable<double> bindableDuration() const { return &_duration; }
-    QBindable<double> bindableElapsed() const { return &_elapsed; }
-    QBindable<TrackClock> bindableClock() const { return &_clock; }
-    QBindable<bool> bindableIsPlaying() const { return &_isPlaying; }
-    QBindable<std::optional<double>> bindableSleepTimerRemaining() const { return &_sleepTimerRemaining; }
-    QBindable<Player> bindableActivePlayer() const { return &_activePlayer; }
-
     /// Decides anew which source is shown, and reads its state.
     void refresh();
 
-    Q_INVOKABLE void togglePlayPause();
-    Q_INVOKABLE void nextTrack();
-    Q_INVOKABLE void previousTrack();
+    void togglePlayPause();
+    void nextTrack();
+    void previousTrack();
 
     /// Goes to a place in the track, in seconds.
-    Q_INVOKABLE void seekTo(double seconds);
+    void seekTo(double seconds);
 
     bool supportsLoveAction() const;
     bool supportsDislikeAction() const;
@@ -137,7 +117,7 @@ public:
     void copySongLink();
 
     /// Raises the window of the player that commands are sent to.
-    Q_INVOKABLE void openInApp();
+    void openInApp();
 
     /// Time left in the track as "-3:07"; empty when the duration is unknown.
     QString timeRemainingText() const;

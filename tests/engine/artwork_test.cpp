@@ -135,7 +135,8 @@ private Q_SLOTS:
         _server->answer("/green", {.body = pictureFile(Qt::green), .manner = Manner::held});
         _engine->start();
         QList<QColor> seen;
-        const auto watch = _engine->service->bindableArtwork().onValueChanged([&] { seen << shown(); });
+        const QObject watch;
+        connect(_engine->service.get(), &NowPlayingService::artworkChanged, &watch, [&] { seen << shown(); });
         notifySpotify(u"Wave"_s);
         QTRY_COMPARE(_server->requestCount(), 1);
         _engine->service->refresh(); // it does not run
