@@ -30,6 +30,12 @@ QString stateOf(const QString& control)
     return output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"state"_s, control});
 }
 
+/// Whether a screen reader finds something on the screen, in what `tools/a11y tree` prints.
+bool isSaid(const QString& text)
+{
+    return output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"tree"_s}).contains(text);
+}
+
 QVariant stored(const QString& key)
 {
     return PlistUserDefaults(PlistUserDefaults::defaultPath()).object(key);
@@ -213,6 +219,9 @@ private Q_SLOTS:
         run(u"xdotool key Escape ctrl+alt+j"_s);
         press({u"Play / Pause: Change"_s, u"Widget"_s, u"General"_s}); // which gives up, too
         run(u"xdotool key ctrl+alt+j"_s);
+        press({u"Next Track: Change"_s});
+        run(u"xdotool key ctrl+q"_s);
+        QTRY_VERIFY(isSaid(u"“Play / Pause” has this shortcut."_s));
         press({u"Next Track: Disable"_s});
         QTRY_COMPARE(stored(u"pellar.shortcut.nextTrack"_s), u"disabled"_s);
         QCOMPARE(stored(key), chord(12, 0x1000));
@@ -227,9 +236,7 @@ private Q_SLOTS:
         press({u"Customization"_s, u"Track title"_s, u"Audio Sources"_s, u"Power Mode"_s});
         QTRY_VERIFY(place(u"Pellar"_s).contains(u"Geometry: 101x"));
         openMenu();
-        const QString rows = output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"tree"_s});
-        QVERIFY(rows.contains(u"menu item: 'Sleep Timer'") &&
-                !rows.contains(u"menu item: 'Listening Stats'"));
+        QVERIFY(isSaid(u"menu item: 'Sleep Timer'"_s) && !isSaid(u"menu item: 'Listening Stats'"_s));
         press({u"Pellar>Audio Sources"_s, u"Live Visualizer"_s});
         press({u"General"_s});
         QTRY_COMPARE(stateOf(u"Live audio capture"_s), u"off"_s);
