@@ -113,6 +113,7 @@ private Q_SLOTS:
             "%1", _folder.filePath(u"asked"_s).toUtf8()));
         QVERIFY(browser.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
         qputenv("PATH", _folder.path().toUtf8() + ':' + qgetenv("PATH"));
+        defaults.setObject(u"pellar.permission.granted.com.spotify.client"_s, true);
         defaults.removeObject(onboardingKey);
     }
 
@@ -120,6 +121,7 @@ private Q_SLOTS:
     void leadsThroughFirstStart()
     {
         start();
+        QTRY_VERIFY(isSaid(u"'Spotify Access' off 'Spotify is not running."_s)); // and not that it is done
         press({u"Live Audio Visualizer: Live"_s});
         QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), true);
         press({u"Live Audio Visualizer: Synthetic"_s}); // which can be chosen still
