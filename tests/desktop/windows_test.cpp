@@ -204,6 +204,11 @@ private Q_SLOTS:
         QTRY_COMPARE(stateOf(u"Launch at login"_s), u"on"_s);
         const QDir autostart(qEnvironmentVariable("XDG_CONFIG_HOME") + u"/autostart");
         QCOMPARE(autostart.entryList({u"*.desktop"_s}).size(), 1);
+        for (const QString& key : {u"Tab KP_Enter"_s, u"Return"_s, u"space"_s, u"KP_Enter"_s}) {
+            const QString before = stateOf(u"Launch at login"_s);
+            run(u"xdotool key "_s + key);
+            QTRY_VERIFY2(stateOf(u"Launch at login"_s) != before, qPrintable(key));
+        }
         press({u"Launch at login"_s});
         QTRY_COMPARE(stateOf(u"Launch at login"_s), u"off"_s);
     }
