@@ -7,11 +7,12 @@ Card {
     id: root
 
     required property PermissionCard card
-    readonly property color findingColor: card.isDone && card.isGood ? Look.colors.good : Look.colors.dimmedText
+    readonly property bool isWell: card.isDone && card.isGood
+    readonly property color findingColor: isWell ? Look.colors.good : Look.colors.dimmedText
 
     Accessible.role: Accessible.Grouping
     Accessible.name: card.title
-    Accessible.description: card.isDone && card.isGood ? qsTr("Done. %1").arg(card.finding).trim() : card.finding
+    Accessible.description: isWell ? qsTr("Done. %1").arg(card.finding).trim() : card.finding
 
     Item {
         width: parent.width
