@@ -54,14 +54,21 @@ void GlobalShortcuts::setupGlobalShortcuts()
                               [this](const QVariantMap&) { applyShortcuts(); });
 }
 
+/// The chord of an action that shares it with none before it.
+std::optional<ShortcutBinding> GlobalShortcuts::ownChord(PellarShortcut shortcut) const
+{
+    const auto chord = _of.manager.binding(shortcut);
+    return chord && _of.manager.owner(*chord) == shortcut ? chord : std::nullopt;
+}
+
 void GlobalShortcuts::applyShortcuts()
 {
     QList<HotKey> hotKeys;
     for (const auto& each : Choices<PellarShortcut>::all) {
-        if (const auto binding = _of.manager.binding(each.value); binding && !_isRecording) {
+        if (const auto chord = ownChord(each.value); chord && !_isRecording) {
             hotKeys.append({.id = carbonID(each.value),
-                            .keyCode = binding->keyCode,
-                            .modifiers = binding->modifiers,
+                            .keyCode = chord->keyCode,
+                            .modifiers = chord->modifiers,
                             .name = displayName(each.value),
                             .action = rawValue(each.value)});
         }
@@ -86,12 +93,12 @@ void GlobalShortcuts::readStates()
     }
     States states;
     for (const auto& each : Choices<PellarShortcut>::all) {
-        if (const auto binding = _of.manager.binding(each.value)) {
+        if (const auto chord = ownChord(each.value)) {
             states.insert(each.value, _of.hotKeys.state(carbonID(each.value)));
             if (states.value(each.value) == HotKeys::State::taken) {
                 logTaken(each.value);
             } else {
-                _logged.remove(binding->displayString());
+                _logged.remove(chord->displayString());
             }
         }
     }
@@ -116,6 +123,11 @@ void GlobalShortcuts::logTaken(PellarShortcut shortcut)
 
 QString GlobalShortcuts::note(PellarShortcut shortcut) const
 {
+    const auto chord = _of.manager.binding(shortcut);
+    const auto owner = chord ? _of.manager.owner(*chord) : std::nullopt;
+    if (owner && *owner != shortcut) {
+        return tr("“%1” has this shortcut.").arg(displayName(*owner));
+    }
     const States& states = _states;
     switch (states.value(shortcut, HotKeys::State::registered)) {
     case HotKeys::State::taken:

@@ -12,15 +12,13 @@ class KeyboardShortcutManager;
 class NotificationCenter;
 
 /// Has the bindings registered as hot keys, again whenever one of them or the keyboard changes, and says what
-/// became of each. A chord that another program has is tried again every ten seconds.
+/// became of each. Of actions with the same chord the first one gets it. A chord that another program has is
+/// tried again every ten seconds.
 class GlobalShortcuts : public QObject
 {
     Q_OBJECT
 
 public:
-    /// For the actions that have a binding.
-    using States = QMap<PellarShortcut, HotKeys::State>;
-
     /// Everything outlives it.
     struct Dependencies {
         KeyboardShortcutManager& manager;
@@ -35,8 +33,6 @@ public:
     /// Registers the hot keys and begins to follow what changes.
     void setupGlobalShortcuts();
 
-    QBindable<States> bindableStates() { return &_states; }
-
     /// One line for people on why the action's chord does nothing; empty when it works or there is none.
     QString note(PellarShortcut shortcut) const;
 
@@ -47,6 +43,10 @@ Q_SIGNALS:
     void pressed(PellarShortcut shortcut);
 
 private:
+    /// Of the actions that are registered.
+    using States = QMap<PellarShortcut, HotKeys::State>;
+
+    std::optional<ShortcutBinding> ownChord(PellarShortcut shortcut) const;
     void applyShortcuts();
     void handleHotKey(quint32 id);
     void readStates();

@@ -3,6 +3,8 @@
 #include "base/NotificationCenter.h"
 #include "platform/Platform.h"
 
+#include <algorithm>
+
 namespace {
 
 using Binding = std::optional<ShortcutBinding>;
@@ -63,6 +65,13 @@ std::optional<ShortcutBinding> KeyboardShortcutManager::binding(PellarShortcut s
     const Bindings& bindings = _bindings;
     const auto found = bindings.constFind(shortcut);
     return found != bindings.cend() ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<PellarShortcut> KeyboardShortcutManager::owner(const ShortcutBinding& chord) const
+{
+    const Bindings& bindings = _bindings;
+    const auto found = std::find(bindings.cbegin(), bindings.cend(), chord);
+    return found != bindings.cend() ? std::optional(found.key()) : std::nullopt;
 }
 
 void KeyboardShortcutManager::setBinding(const std::optional<ShortcutBinding>& binding,

@@ -15,6 +15,7 @@ class KeyboardShortcutManager : public QObject
     Q_OBJECT
 
 public:
+    /// Of the actions that have a hot key.
     using Bindings = QMap<PellarShortcut, ShortcutBinding>;
 
     /// Posted after every change of a binding.
@@ -23,10 +24,10 @@ public:
     KeyboardShortcutManager(UserDefaults& defaults, NotificationCenter& notifications);
     static KeyboardShortcutManager& shared();
 
-    /// The actions that have a hot key.
-    QBindable<Bindings> bindableBindings() { return &_bindings; }
-
     std::optional<ShortcutBinding> binding(PellarShortcut shortcut) const;
+
+    /// The first of the actions that have this chord: it alone can have the hot key.
+    std::optional<PellarShortcut> owner(const ShortcutBinding& chord) const;
 
     /// None takes the action's hot key away.
     void setBinding(const std::optional<ShortcutBinding>& binding, PellarShortcut shortcut);

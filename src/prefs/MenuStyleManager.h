@@ -9,7 +9,6 @@
 class MenuStyleManager : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(PellarMenuStyle style READ style WRITE style BINDABLE style)
 
 public:
     explicit MenuStyleManager(UserDefaults& defaults);

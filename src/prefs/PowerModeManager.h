@@ -14,7 +14,6 @@ class PowerState;
 class PowerModeManager : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(PowerMode manualMode READ manualMode WRITE manualMode BINDABLE manualMode)
 
 public:
     static const QString kManualMode;

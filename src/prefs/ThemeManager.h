@@ -12,7 +12,6 @@
 class ThemeManager : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(PellarTheme mode READ mode WRITE mode BINDABLE mode)
 
 public:
     explicit ThemeManager(UserDefaults& defaults);

@@ -74,10 +74,11 @@ void UpdaterManager::checkForUpdates()
 {
     if (isAvailable()) {
         check(true);
-        return;
+    } else {
+        _message = QStringLiteral("This build of Pellar has no updates.");
+        _state = State::failed;
     }
-    _message = QStringLiteral("This build of Pellar has no updates.");
-    _state = State::failed;
+    Q_EMIT askedFor();
 }
 
 void UpdaterManager::checkForUpdatesInBackground()

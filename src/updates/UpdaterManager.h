@@ -100,6 +100,7 @@ public:
 
 Q_SIGNALS:
     void stateChanged();
+    void askedFor(); ///< by the user, after what that has changed
 
 private:
     void check(bool isAskedFor);

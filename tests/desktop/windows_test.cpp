@@ -30,6 +30,12 @@ QString stateOf(const QString& control)
     return output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"state"_s, control});
 }
 
+/// Whether a screen reader finds something on the screen, in what `tools/a11y tree` prints.
+bool isSaid(const QString& text)
+{
+    return output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"tree"_s}).contains(text);
+}
+
 QVariant stored(const QString& key)
 {
     return PlistUserDefaults(PlistUserDefaults::defaultPath()).object(key);
@@ -107,6 +113,7 @@ private Q_SLOTS:
             "%1", _folder.filePath(u"asked"_s).toUtf8()));
         QVERIFY(browser.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
         qputenv("PATH", _folder.path().toUtf8() + ':' + qgetenv("PATH"));
+        defaults.setObject(u"pellar.permission.granted.com.spotify.client"_s, true);
         defaults.removeObject(onboardingKey);
     }
 
@@ -114,6 +121,7 @@ private Q_SLOTS:
     void leadsThroughFirstStart()
     {
         start();
+        QTRY_VERIFY(isSaid(u"'Spotify Access' off 'Spotify is not running."_s)); // and not that it is done
         press({u"Live Audio Visualizer: Live"_s});
         QTRY_COMPARE(stored(u"com.orvalen.pellar.audio.live_visualizer_enabled"_s), true);
         press({u"Live Audio Visualizer: Synthetic"_s}); // which can be chosen still
@@ -130,6 +138,21 @@ private Q_SLOTS:
         press({u"About"_s, u"Setup Permissions…"_s});
         QTRY_VERIFY(isOpen(u"Welcome to Pellar.*"_s));
         run(u"xdotool key Escape"_s);
+    }
+
+    /// Past five switches to the themes, and back to the last of the switches.
+    void keysReachSettings()
+    {
+        press({u"Customization"_s});
+        QTRY_VERIFY(run(u"xdotool getwindowfocus getwindowname"_s).startsWith(u"Settings"));
+        run(u"xdotool key Tab Tab Tab Tab Tab Tab Right Right Left shift+Tab"_s);
+        bool isShown = true;
+        for (const QString& key : {u"space"_s, u"Return"_s, u"KP_Enter"_s, u"space"_s}) {
+            run(u"xdotool key "_s + key);
+            isShown = !isShown;
+            QTRY_COMPARE(stored(u"pellar.pill.showNextButton"_s), isShown);
+        }
+        QCOMPARE(stored(u"pellar.theme.mode"_s), u"classic"_s);
     }
 
     void controlsReachSettings_data()
@@ -213,6 +236,9 @@ private Q_SLOTS:
         run(u"xdotool key Escape ctrl+alt+j"_s);
         press({u"Play / Pause: Change"_s, u"Widget"_s, u"General"_s}); // which gives up, too
         run(u"xdotool key ctrl+alt+j"_s);
+        press({u"Next Track: Change"_s});
+        run(u"xdotool key ctrl+q"_s);
+        QTRY_VERIFY(isSaid(u"“Play / Pause” has this shortcut."_s));
         press({u"Next Track: Disable"_s});
         QTRY_COMPARE(stored(u"pellar.shortcut.nextTrack"_s), u"disabled"_s);
         QCOMPARE(stored(key), chord(12, 0x1000));
@@ -227,9 +253,7 @@ private Q_SLOTS:
         press({u"Customization"_s, u"Track title"_s, u"Audio Sources"_s, u"Power Mode"_s});
         QTRY_VERIFY(place(u"Pellar"_s).contains(u"Geometry: 101x"));
         openMenu();
-        const QString rows = output(QStringLiteral(PELLAR_SOURCE_DIR "/tools/a11y"), {u"tree"_s});
-        QVERIFY(rows.contains(u"menu item: 'Sleep Timer'") &&
-                !rows.contains(u"menu item: 'Listening Stats'"));
+        QVERIFY(isSaid(u"menu item: 'Sleep Timer'"_s) && !isSaid(u"menu item: 'Listening Stats'"_s));
         press({u"Pellar>Audio Sources"_s, u"Live Visualizer"_s});
         press({u"General"_s});
         QTRY_COMPARE(stateOf(u"Live audio capture"_s), u"off"_s);

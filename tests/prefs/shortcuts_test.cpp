@@ -87,6 +87,36 @@ private Q_SLOTS:
         shortcuts.setRecording(false);
         QCOMPARE(keys.applied.size(), 2);
     }
+
+    /// It does what the first of them does, whichever was recorded last.
+    void chordOfTwoActions()
+    {
+        MemoryDefaults defaults;
+        FakePlatform platform;
+        KeyboardShortcutManager manager(defaults, platform.notifications);
+        GlobalShortcuts shortcuts({manager, platform.hotKeys, platform.notifications, platform.runLoop});
+        shortcuts.setupGlobalShortcuts();
+        const auto registered = [&] {
+            QList<quint32> ids;
+            for (const HotKey& each : platform.hotKeys.applied) {
+                ids << each.id;
+            }
+            return ids;
+        };
+        const auto right = ShortcutBinding::standard(PellarShortcut::nextTrack);
+        manager.setBinding(right, PellarShortcut::playPause);
+        QCOMPARE(registered(), (QList<quint32>{1, 3}));
+        QCOMPARE(shortcuts.note(PellarShortcut::nextTrack), u"“Play / Pause” has this shortcut."_s);
+        QCOMPARE(shortcuts.note(PellarShortcut::playPause), QString());
+        manager.setBinding(std::nullopt, PellarShortcut::playPause);
+        QCOMPARE(registered(), (QList<quint32>{2, 3}));
+        QCOMPARE(shortcuts.note(PellarShortcut::nextTrack), QString());
+        manager.setBinding(right, PellarShortcut::previousTrack);
+        QCOMPARE(registered(), QList<quint32>{2});
+        QCOMPARE(shortcuts.note(PellarShortcut::previousTrack), u"“Next Track” has this shortcut."_s);
+        manager.setBinding(ShortcutBinding{7, 0x1000}, PellarShortcut::nextTrack);
+        QCOMPARE(registered(), (QList<quint32>{2, 3}));
+    }
 };
 
 QTEST_GUILESS_MAIN(ShortcutsTest)

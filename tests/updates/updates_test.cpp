@@ -234,6 +234,12 @@ private Q_SLOTS:
         QVERIFY(press(u"Install"_s));
         QTRY_VERIFY(_server->wasAsked("/pellar_2.deb"));
         QVERIFY(QDir(packages()).exists());
+        QWindow other;
+        other.show();
+        other.requestActivate();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), &other);
+        updater->checkForUpdates(); // which shows how far it is
+        QTRY_COMPARE(QGuiApplication::focusWindow(), window());
         QVERIFY(press(u"Cancel"_s) && window() == nullptr);
         QCOMPARE(updater->state(), State::idle);
         QVERIFY(!QDir(packages()).exists());

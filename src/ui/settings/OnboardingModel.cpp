@@ -97,13 +97,16 @@ OnboardingModel::State OnboardingModel::playerState(const QString& bundleId) con
     if (answer == Automation::granted) {
         const QStringList names =
             playerNames(_of.platform.mediaPlayers, isSpotify ? PlayerRole::spotify : PlayerRole::music);
-        return {hasAccess, tr("%1 is running and answers.").arg(names.value(0, tr("The player")))};
+        return {hasAccess, tr("%1 is running and answers.").arg(names.value(0, tr("The player"))), true};
     }
     if (answer == Automation::refused) {
-        return {hasAccess, tr("The player is running, but this desktop does not let Pellar talk to it.")};
+        return {hasAccess, tr("The player is running, but this desktop does not let Pellar talk to it."),
+                false};
     }
-    return {hasAccess, isSpotify ? tr("Spotify is not running. Start it to connect.")
-                                 : tr("No music player is running. Any player that speaks MPRIS will do.")};
+    return {hasAccess,
+            isSpotify ? tr("Spotify is not running. Start it to connect.")
+                      : tr("No music player is running. Any player that speaks MPRIS will do."),
+            false};
 }
 
 void OnboardingModel::addSound()
@@ -111,8 +114,10 @@ void OnboardingModel::addSound()
     add({QStringLiteral("speaker.wave.2"), deviceColor, tr("Audio Device Access"),
          tr("Switch audio output devices from the menu bar")},
         [this] {
-            const auto devices = _of.platform.audioHardware.devices();
-            return State{true, devices ? QString() : tr("The sound server does not answer at the moment.")};
+            const bool hasAnswered = _of.platform.audioHardware.devices().has_value();
+            return State{true,
+                         hasAnswered ? QString() : tr("The sound server does not answer at the moment."),
+                         hasAnswered};
         });
     add(
         {QStringLiteral("waveform"),
@@ -130,7 +135,8 @@ OnboardingModel::State OnboardingModel::captureState() const
     State state{_of.audio.hasUserDecided(),
                 isAuthorized
                     ? tr("Sound can be captured here, through PipeWire.")
-                    : tr("PipeWire does not let Pellar capture sound here: the bars stay synthetic.")};
+                    : tr("PipeWire does not let Pellar capture sound here: the bars stay synthetic."),
+                isAuthorized};
     if (state.isDone) {
         state.chosen = _of.audio.isEnabled() ? 0 : 1;
     }
@@ -150,7 +156,8 @@ void OnboardingModel::addMediaKeys()
             const bool isTrusted = _of.platform.automation.isTrustedForAccessibility();
             return State{isTrusted,
                          isTrusted ? tr("Keys can be sent on this desktop.")
-                                   : tr("This display server has no XTEST extension: keys cannot be sent.")};
+                                   : tr("This display server has no XTEST extension: keys cannot be sent."),
+                         isTrusted};
         },
         [this](int /*action*/) {
             _of.platform.workspace.open(QUrl(QStringLiteral(
@@ -180,7 +187,8 @@ OnboardingModel::State OnboardingModel::usageState() const
     const bool isOptedOut = _of.analytics.isOptedOut();
     State state{_hasDecidedOnUsage || isOptedOut,
                 _of.hasUsagePing ? QString()
-                                 : tr("This build has no address to send it to: nothing is sent.")};
+                                 : tr("This build has no address to send it to: nothing is sent."),
+                _of.hasUsagePing};
     if (state.isDone) {
         state.chosen = isOptedOut ? 1 : 0;
     }

@@ -23,6 +23,7 @@ class PermissionCard : public QObject
     Q_PROPERTY(bool isDone READ isDone NOTIFY changed)
     Q_PROPERTY(int chosen READ chosen NOTIFY changed)
     Q_PROPERTY(QString finding READ finding NOTIFY changed)
+    Q_PROPERTY(bool isGood READ isGood NOTIFY changed)
 
 public:
     enum Kind {
@@ -46,6 +47,7 @@ public:
     struct State {
         bool isDone = false;  ///< granted, chosen or not needed
         QString finding = {}; ///< what that means on this desktop, in a sentence
+        bool isGood = true;   ///< whether the finding is that all works
         int chosen = -1;      ///< the number of the chosen action; -1 for none
 
         friend bool operator==(const State&, const State&) = default;
@@ -62,6 +64,7 @@ public:
     bool isDone() const { return _state.value().isDone; }
     int chosen() const { return _state.value().chosen; }
     QString finding() const { return _state.value().finding; }
+    bool isGood() const { return _state.value().isGood; }
 
     /// Does what one of the buttons says.
     Q_INVOKABLE void act(int action);

@@ -7,10 +7,12 @@ Card {
     id: root
 
     required property PermissionCard card
+    readonly property bool isWell: card.isDone && card.isGood
+    readonly property color findingColor: isWell ? Look.colors.good : Look.colors.dimmedText
 
     Accessible.role: Accessible.Grouping
     Accessible.name: card.title
-    Accessible.description: card.isDone ? qsTr("Done. %1").arg(card.finding).trim() : card.finding
+    Accessible.description: isWell ? qsTr("Done. %1").arg(card.finding).trim() : card.finding
 
     Item {
         width: parent.width
@@ -47,7 +49,7 @@ Card {
                 width: parent.width
                 text: root.card.finding
                 font.pixelSize: 11
-                color: root.card.isDone ? Look.colors.good : Look.colors.dimmedText
+                color: root.findingColor
             }
         }
         Row {
@@ -77,7 +79,7 @@ Card {
                 width: 20
                 height: 20
                 name: "checkmark.circle.fill"
-                color: Look.colors.good
+                color: root.findingColor
                 visible: root.card.isDone
             }
         }

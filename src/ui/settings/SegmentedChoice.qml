@@ -1,32 +1,13 @@
 import QtQuick
-import QtQuick.Templates as T
 import Pellar.Settings
 
 /// A few cases side by side, one of them in force.
-FocusScope {
+ChoiceGroup {
     id: root
 
-    required property ChoiceSetting setting
-    property string label ///< for those who hear it
-    readonly property real cell: {
-        let widest = 0
-        for (let i = 0; i < cells.count; ++i)
-            widest = Math.max(widest, cells.itemAt(i)?.implicitWidth ?? 0)
-        return widest
-    }
-
-    implicitWidth: cells.count * cell + 4
+    cases: cells
+    implicitWidth: cells.count * widest + 4
     implicitHeight: 30
-
-    Accessible.role: Accessible.Grouping
-    Accessible.name: label
-
-    function step(by: int) {
-        setting.choose(setting.index + by)
-        cells.itemAt(setting.index).forceActiveFocus(Qt.TabFocusReason)
-    }
-    Keys.onLeftPressed: step(-1)
-    Keys.onRightPressed: step(1)
 
     Rectangle {
         anchors.fill: parent
@@ -41,31 +22,13 @@ FocusScope {
 
             model: root.setting.names
             // qmllint disable unqualified
-            delegate: T.AbstractButton { // Qt 6.4 leaks a T.RadioButton that a screen reader hears
+            delegate: ChoiceCase {
                 id: item
 
-                required property string modelData
-                required property int index
-                readonly property bool isOn: root.setting.index === index
-
+                setting: root.setting
                 width: (root.width - 4) / cells.count
                 height: 26
-                implicitWidth: Math.ceil(widest.width) + 30
-                hoverEnabled: true
-                focusPolicy: isOn ? Qt.TabFocus : Qt.NoFocus
-                focus: isOn
-                checkable: true
-                autoExclusive: true
-                checked: isOn
-                onClicked: {
-                    root.setting.choose(index)
-                    checked = Qt.binding(() => isOn)
-                }
-
-                Accessible.role: Accessible.RadioButton
-                Accessible.name: modelData
-                Accessible.onToggleAction: root.setting.choose(index)
-                Accessible.onPressAction: root.setting.choose(index)
+                implicitWidth: Math.ceil(bold.width) + 30
 
                 Rectangle {
                     anchors.fill: parent
@@ -75,7 +38,7 @@ FocusScope {
                     visible: item.isOn || item.hovered
                 }
                 TextMetrics { // of the name as it is when it is in force
-                    id: widest
+                    id: bold
 
                     text: item.modelData
                     font { pixelSize: 13; weight: Font.DemiBold }

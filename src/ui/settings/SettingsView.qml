@@ -48,8 +48,9 @@ Rectangle {
             }
 
             function go(to: int) {
-                root.model.tab = Math.max(0, Math.min(items.count - 1, to))
-                items.itemAt(root.model.tab).forceActiveFocus(Qt.TabFocusReason)
+                const tab = Math.max(0, Math.min(items.count - 1, to))
+                items.itemAt(tab).forceActiveFocus(Qt.TabFocusReason) // first: Tab would go on stopping at the other
+                root.model.tab = tab
             }
 
             x: 12

@@ -14,25 +14,15 @@ SettingsWindowController::~SettingsWindowController()
     delete _window;
 }
 
-void SettingsWindowController::show(std::optional<SettingsTab> tab)
+void SettingsWindowController::show()
 {
     if (_window.isNull() || !_window->isVisible()) { // a closed one is about to go
-        open();
-    }
-    if (tab) {
-        _model->setTab(static_cast<int>(*tab));
+        const ProgramWindow::Style style{.title = QCoreApplication::translate("SettingsWindow", "Settings"),
+                                         .placeKey = QStringLiteral("pellar.settings.frame"),
+                                         .size = {780, 640},
+                                         .minimumSize = {640, 420}};
+        _window = new ProgramWindow(_desktop, style);
+        _window->setView(QStringLiteral("SettingsView.qml"), std::make_unique<SettingsModel>(_dependencies));
     }
     _window->present();
-}
-
-void SettingsWindowController::open()
-{
-    const ProgramWindow::Style style{.title = QCoreApplication::translate("SettingsWindow", "Settings"),
-                                     .placeKey = QStringLiteral("pellar.settings.frame"),
-                                     .size = {780, 640},
-                                     .minimumSize = {640, 420}};
-    auto model = std::make_unique<SettingsModel>(_dependencies);
-    _model = model.get();
-    _window = new ProgramWindow(_desktop, style);
-    _window->setView(QStringLiteral("SettingsView.qml"), std::move(model));
 }

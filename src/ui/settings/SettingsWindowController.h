@@ -12,15 +12,11 @@ public:
     SettingsWindowController(ProgramWindow::Desktop desktop, SettingsModel::Dependencies dependencies);
     ~SettingsWindowController();
 
-    /// Opens the window or brings it to the front, at a tab; without one it opens at the first, or stays
-    /// where it is.
-    void show(std::optional<SettingsTab> tab = std::nullopt);
+    /// Shows the window, or brings it to the front.
+    void show();
 
 private:
-    void open();
-
     ProgramWindow::Desktop _desktop;
     SettingsModel::Dependencies _dependencies;
     QPointer<ProgramWindow> _window;
-    SettingsModel* _model = nullptr; ///< the window's
 };

@@ -29,6 +29,7 @@ SettingRow {
             font.pixelSize: 13
             Accessible.role: Accessible.StaticText
             Accessible.name: text
+            Accessible.description: root.setting.note
         }
     }
     PushButton {

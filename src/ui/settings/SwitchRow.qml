@@ -31,6 +31,7 @@ T.AbstractButton {
     Accessible.onToggleAction: if (enabled) switched(!isOn)
     Accessible.onPressAction: if (enabled) switched(!isOn)
     Keys.onReturnPressed: switched(!isOn)
+    Keys.onEnterPressed: switched(!isOn)
 
     Hairline { visible: root.y > 0 }
     RowSymbol { id: glyph; name: root.symbol }

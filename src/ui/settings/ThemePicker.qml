@@ -1,33 +1,15 @@
 import QtQuick
-import QtQuick.Templates as T
 import Pellar.Settings
 
 /// The pill's themes as swatches of their colour, one of them in force. They stand in as many rows as their names
 /// need, with as many in each.
-FocusScope {
+ChoiceGroup {
     id: root
 
-    required property ChoiceSetting setting
     required property list<color> tints
-    property string label ///< for those who hear it
-    readonly property real widest: {
-        let widest = 1
-        for (let i = 0; i < cells.count; ++i)
-            widest = Math.max(widest, cells.itemAt(i)?.implicitWidth ?? 0)
-        return widest
-    }
 
+    cases: cells
     implicitHeight: grid.height
-
-    Accessible.role: Accessible.Grouping
-    Accessible.name: label
-
-    function step(by: int) {
-        setting.choose(setting.index + by)
-        cells.itemAt(setting.index).forceActiveFocus(Qt.TabFocusReason)
-    }
-    Keys.onLeftPressed: step(-1)
-    Keys.onRightPressed: step(1)
 
     Grid {
         id: grid
@@ -41,31 +23,13 @@ FocusScope {
 
             model: root.setting.names
             // qmllint disable unqualified
-            delegate: T.AbstractButton { // Qt 6.4 leaks a T.RadioButton that a screen reader hears
+            delegate: ChoiceCase {
                 id: item
 
-                required property string modelData
-                required property int index
-                readonly property bool isOn: root.setting.index === index
-
+                setting: root.setting
                 width: root.width / grid.columns
                 implicitWidth: Math.ceil(bold.width) + 8
                 implicitHeight: 70
-                hoverEnabled: true
-                focusPolicy: isOn ? Qt.TabFocus : Qt.NoFocus
-                focus: isOn
-                checkable: true
-                autoExclusive: true
-                checked: isOn
-                onClicked: {
-                    root.setting.choose(index)
-                    checked = Qt.binding(() => isOn)
-                }
-
-                Accessible.role: Accessible.RadioButton
-                Accessible.name: modelData
-                Accessible.onToggleAction: root.setting.choose(index)
-                Accessible.onPressAction: root.setting.choose(index)
 
                 Rectangle { // around the swatch in force
                     anchors.centerIn: swatch

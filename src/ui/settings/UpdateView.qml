@@ -29,6 +29,7 @@ Rectangle {
             width: parent.width
             text: root.model.heading
             color: Look.colors.text
+            textFormat: Text.PlainText
             font { pixelSize: 17; weight: Font.Bold }
             wrapMode: Text.Wrap
             Accessible.role: Accessible.Heading

@@ -7,6 +7,11 @@ UpdateWindowController::UpdateWindowController(ProgramWindow::Desktop desktop, U
     , _updater(updater)
 {
     connect(&_updater, &UpdaterManager::stateChanged, this, &UpdateWindowController::follow);
+    connect(&_updater, &UpdaterManager::askedFor, this, [this] {
+        if (isOpen()) {
+            _window->present();
+        }
+    });
 }
 
 UpdateWindowController::~UpdateWindowController()
@@ -16,11 +21,10 @@ UpdateWindowController::~UpdateWindowController()
 
 void UpdateWindowController::follow()
 {
-    const bool isOpen = !_window.isNull() && _window->isVisible();
     const bool isWanted = _updater.state() != UpdaterManager::State::idle;
-    if (isWanted && !isOpen) {
+    if (isWanted && !isOpen()) {
         open();
-    } else if (!isWanted && isOpen) {
+    } else if (!isWanted && isOpen()) {
         _window->close();
     }
 }

@@ -7,7 +7,7 @@
 class UpdaterManager;
 
 /// The window of an update, from the user's question or the first offer to the end: it comes and goes by
-/// itself. Closing it puts an offer off, and ends anything else.
+/// itself, and to the front when the user asks again. Closing it puts an offer off, and ends anything else.
 class UpdateWindowController : public QObject
 {
     Q_OBJECT
@@ -18,6 +18,7 @@ public:
     ~UpdateWindowController() override;
 
 private:
+    bool isOpen() const { return !_window.isNull() && _window->isVisible(); }
     void follow();
     void open();
 
