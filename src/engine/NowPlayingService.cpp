@@ -103,18 +103,6 @@ void NowPlayingService::tick()
     }
 }
 
-QString NowPlayingService::timeRemainingText() const
-{
-    if (!(_duration > 0)) {
-        return {};
-    }
-    constexpr int secondsAMinute = 60;
-    const auto remaining = static_cast<qint64>(std::max(0.0, _duration - _elapsed));
-    return QStringLiteral("-%1:%2")
-        .arg(remaining / secondsAMinute)
-        .arg(remaining % secondsAMinute, 2, 10, QLatin1Char('0'));
-}
-
 NowPlayingService::Showing NowPlayingService::showing() const
 {
     return {.title = _title,

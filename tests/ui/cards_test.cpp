@@ -72,6 +72,8 @@ private Q_SLOTS:
                  {QSizeF(300, WidgetLayout::fittingHeight(of(bits))), QSizeF(240, 60), QSizeF(520, 320)}) {
                 const WidgetLayout layout = WidgetLayout::make(size, of(bits));
                 const QRectF card = QRectF(QPointF(), size).adjusted(8, 8, -8, -8);
+                const QRectF closeButton(size.width() - 25, 5, 20, 20);
+                QVERIFY(!closeButton.intersects(layout.title) && !closeButton.intersects(layout.artist));
                 double bottom = 0;
                 for (const QRectF& row : {layout.artwork | layout.title | layout.artist, layout.progress,
                                           layout.transport, layout.lyric}) {

@@ -40,21 +40,21 @@ private Q_SLOTS:
 
     void followsTheTrack()
     {
+        const QSignalSpy layouts(_model.get(), &LyricsModel::lyricsChanged);
         show();
         QCOMPARE(_model->placeholder(), u"Loading lyrics…"_s);
         QCOMPARE(sung(0.1), u"0 0"_s); // 12.1
         QVERIFY(_model->placeholder().isEmpty());
-        QSignalSpy changes(_model.get(), &QAbstractItemModel::dataChanged);
+        QCOMPARE(layouts.size(), 1); // not again as the lookup ends
         QCOMPARE(sung(0.89), u"0 0"_s);
         QCOMPARE(sung(0.02), u"1 1"_s); // 13.01
-        QCOMPARE(changes.size(), 1);
         QCOMPARE(_engine->desktop.workspace.positionChecks, 1);
-        QCOMPARE(states(), u"one:0 two:1 ♪:2 never:2"_s);
         QCOMPARE(sung(0.73), u"1 1"_s);
         QCOMPARE(sung(0.02), u"1 2"_s); // 13.76
         QCOMPARE(_model->data(_model->index(1), LyricsModel::WordsRole).toStringList(),
                  (QStringList{u"t"_s, u"wo"_s}));
         QCOMPARE(sung(0.75), u"2 0"_s); // 14.51, and no line is to come before the end
+        QCOMPARE(_model->activeText(), u"♪"_s);
         QCOMPARE(timers(), 0);
 
         _model->seekToLine(1);
@@ -169,17 +169,6 @@ private:
         show();
         return shown - hidden;
     }
-    QString states() const
-    {
-        QStringList states;
-        for (int row = 0; row < _model->rowCount(); ++row) {
-            const QModelIndex index = _model->index(row);
-            states << u"%1:%2"_s.arg(index.data(LyricsModel::TextRole).toString())
-                          .arg(index.data(LyricsModel::StateRole).toInt());
-        }
-        return states.join(u' ');
-    }
-
     std::unique_ptr<EngineFixture> _engine;
     QStringList _asked;
     QList<SyncedLyric> _lines;

@@ -4,6 +4,7 @@
 #include "ui/menu/PellarMenuModel.h"
 
 #include <QAccessible>
+#include <QTextDocumentFragment>
 #include <QtTest>
 
 namespace {
@@ -205,8 +206,13 @@ Quit Pellar)");
         }
 
         menu.state.title = u"Salt & Stone\nLive"_s;
-        menu.state.artist = u"終わりのない歌の題名"_s.repeated(20);
-        classic.setItems(menu.rows(), false);
+        for (const auto& name : {u"<b>R&amp;B 終わりのない歌の題名"_s, u"R&B 終わりのない歌の題名"_s}) {
+            menu.state.artist = name.repeated(20);
+            classic.setItems(menu.rows(), false);
+            const QString tip = classic.actions().at(1)->toolTip();
+            QVERIFY(Qt::mightBeRichText(tip));
+            QCOMPARE(QTextDocumentFragment::fromHtml(tip).toPlainText(), menu.state.artist);
+        }
         QCOMPARE(classic.actions().first()->text(), u"Salt && Stone Live"_s);
         QVERIFY(classic.sizeHint().width() < 430 && PellarMenuModel(menu.rows()).size().width() < 400);
     }

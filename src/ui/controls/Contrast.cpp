@@ -24,6 +24,12 @@ QColor Contrast::mixed(const QColor& ground, const QColor& ink, double part)
                             channel(ground.blueF(), ink.blueF()));
 }
 
+QColor Contrast::withOpacity(QColor color, double opacity)
+{
+    color.setAlphaF(static_cast<float>(opacity));
+    return color;
+}
+
 QColor Contrast::visibleOn(const QColor& ground, const QColor& color, const QColor& ink)
 {
     constexpr int steps = 50;

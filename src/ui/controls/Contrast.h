@@ -2,7 +2,7 @@
 
 #include <QColor>
 
-/// How well one colour can be told from another, by WCAG 2.
+/// How well one colour can be told from another, by WCAG 2, and colours made of others.
 namespace Contrast {
 
 /// Of a part of a control against what it lies on.
@@ -18,6 +18,9 @@ double between(const QColor& a, const QColor& b);
 
 /// `part` of one colour in another: 0 gives `ground`, 1 gives `ink`. Opaque.
 QColor mixed(const QColor& ground, const QColor& ink, double part);
+
+/// The colour with another opacity, 0 to 1.
+QColor withOpacity(QColor color, double opacity);
 
 /// The colour, moved towards the ink no further than it takes to be seen as a part of a control on the
 /// ground.

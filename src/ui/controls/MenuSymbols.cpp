@@ -1,7 +1,6 @@
 #include "ui/controls/MenuSymbols.h"
 
 #include <QPainterPathStroker>
-#include <QTransform>
 
 namespace {
 
@@ -75,18 +74,6 @@ QPainterPath bulletList()
     return path;
 }
 
-/// A disc with a cross cut out.
-QPainterPath closingDisc()
-{
-    QPainterPath disc;
-    disc.addEllipse(QPointF(0.5, 0.5), 0.5, 0.5);
-    const QPainterPath cross = drawn(polyline({{0.33, 0.33}, {0.67, 0.67}}), 0.1)
-                                   .united(drawn(polyline({{0.67, 0.33}, {0.33, 0.67}}), 0.1));
-    // Curves are flattened to fractions of the unit as paths are subtracted.
-    const QTransform larger = QTransform::fromScale(1000, 1000);
-    return larger.inverted().map(larger.map(disc).subtracted(larger.map(cross)));
-}
-
 } // namespace
 
 QPainterPath menuSymbol(const QString& name)
@@ -112,9 +99,6 @@ QPainterPath menuSymbol(const QString& name)
     }
     if (name == QStringLiteral("list.bullet")) {
         return bulletList();
-    }
-    if (name == QStringLiteral("xmark.circle.fill")) {
-        return closingDisc();
     }
     return {};
 }

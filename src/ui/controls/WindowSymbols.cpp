@@ -173,6 +173,13 @@ QPainterPath tickedDisc()
     return disc({0.5, 0.5}, 0.46).subtracted(drawn(polyline({{0.3, 0.53}, {0.44, 0.67}, {0.71, 0.34}}), 0.1));
 }
 
+QPainterPath crossedDisc()
+{
+    return disc({0.5, 0.5}, 0.5)
+        .subtracted(drawn(polyline({{0.33, 0.33}, {0.67, 0.67}}), 0.1))
+        .subtracted(drawn(polyline({{0.67, 0.33}, {0.33, 0.67}}), 0.1));
+}
+
 QPainterPath exclamationInRing()
 {
     return ring().united(drawn(polyline({{0.5, 0.27}, {0.5, 0.55}}))).united(disc({0.5, 0.71}, 0.055));
@@ -203,6 +210,7 @@ QPainterPath windowSymbol(const QString& name)
         {QStringLiteral("circle.lefthalf.filled"), halfCircle},
         {QStringLiteral("exclamationmark.circle"), exclamationInRing},
         {QStringLiteral("checkmark.circle.fill"), tickedDisc},
+        {QStringLiteral("xmark.circle.fill"), crossedDisc},
         {QStringLiteral("chevron.up.chevron.down"), chevrons},
         {QStringLiteral("speaker.wave.2"), loudspeaker},
         {QStringLiteral("waveform"), waveform},

@@ -24,7 +24,6 @@ public:
     void setShown(QObject* view, bool isShown);
 
     bool isShown() const { return _isShown; }
-    QBindable<bool> bindableIsShown() const { return &_isShown; }
 
 Q_SIGNALS:
     void isShownChanged();

@@ -3,7 +3,7 @@
 #include "engine/NowPlayingService.h"
 #include "lyrics/LyricsService.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -16,6 +16,20 @@ QString cut(const QString& line)
     return line.size() > longestLine ? line.first(longestLine) + u'…' : line;
 }
 
+QStringList linesOf(const QString& text)
+{
+    QStringList lines;
+    if (!text.isEmpty()) {
+        for (const QStringView line : QStringTokenizer(text, u'\n')) {
+            if (lines.size() == mostLines) {
+                break;
+            }
+            lines << cut(line.toString());
+        }
+    }
+    return lines;
+}
+
 } // namespace
 
 LyricsModel::LyricsModel(const Dependencies& dependencies)
@@ -23,7 +37,7 @@ LyricsModel::LyricsModel(const Dependencies& dependencies)
     , _demand(dependencies.service, dependencies.lyrics)
 {
     connect(&_of.lyrics, &LyricsService::currentChanged, this, &LyricsModel::takeLyrics);
-    connect(&_of.lyrics, &LyricsService::isLoadingChanged, this, &LyricsModel::lyricsChanged);
+    connect(&_of.lyrics, &LyricsService::isLoadingChanged, this, &LyricsModel::placeholderChanged);
     connect(&_of.service, &NowPlayingService::clockChanged, this, &LyricsModel::follow);
     connect(&_demand, &LyricsDemand::isShownChanged, this, &LyricsModel::follow);
     takeLyrics();
@@ -42,14 +56,7 @@ QVariant LyricsModel::data(const QModelIndex& index, int role) const
     const SyncedLyric& line = _lines[index.row()];
     switch (role) {
     case Qt::DisplayRole:
-    case TextRole:
         return cut(shownText(line));
-    case StateRole:
-        return QVariant::fromValue(index.row() == activeIndex()  ? LyricSlot::State::Active
-                                   : index.row() < activeIndex() ? LyricSlot::State::Past
-                                                                 : LyricSlot::State::Future);
-    case TimeRole:
-        return line.time;
     case WordsRole: {
         QStringList words;
         for (const LyricWord& word : line.words.value_or(QList<LyricWord>())) {
@@ -62,30 +69,9 @@ QVariant LyricsModel::data(const QModelIndex& index, int role) const
     }
 }
 
-QHash<int, QByteArray> LyricsModel::roleNames() const
-{
-    return {{TextRole, "text"}, {StateRole, "state"}, {TimeRole, "time"}, {WordsRole, "words"}};
-}
-
 QString LyricsModel::placeholder() const
 {
     return lyricsPlaceholder(_of.lyrics.current(), _of.lyrics.isLoading()).value_or(QString());
-}
-
-QStringList LyricsModel::plainLines() const
-{
-    const auto current = _of.lyrics.current();
-    const QString text = current ? current->plain.value_or(QString()).trimmed() : QString();
-    QStringList lines;
-    if (!text.isEmpty()) {
-        for (const QStringView line : QStringTokenizer(text, u'\n')) {
-            if (lines.size() == mostLines) {
-                break;
-            }
-            lines << cut(line.toString());
-        }
-    }
-    return lines;
 }
 
 void LyricsModel::seekToLine(int row)
@@ -99,7 +85,11 @@ void LyricsModel::takeLyrics()
 {
     const auto current = _of.lyrics.current();
     const QList<SyncedLyric> lines = current ? current->synced.mid(0, mostLines) : QList<SyncedLyric>();
-    if (lines != _lines) {
+    const QStringList plainLines =
+        linesOf(current ? current->plain.value_or(QString()).trimmed() : QString());
+    const bool isOther = lines != _lines;
+    const bool isOtherPlain = std::exchange(_plainLines, plainLines) != plainLines;
+    if (isOther) {
         beginResetModel();
         _lines = lines;
         _sung = {};
@@ -107,8 +97,11 @@ void LyricsModel::takeLyrics()
         Q_EMIT activeIndexChanged();
         Q_EMIT activeWordChanged();
     }
-    Q_EMIT lyricsChanged();
-    follow();
+    follow(); // first, so that a view finds the line of other lyrics that is sung
+    if (isOther || isOtherPlain) {
+        Q_EMIT lyricsChanged();
+    }
+    Q_EMIT placeholderChanged();
 }
 
 /// Finds out what is sung now and wakes up when that changes, if anybody looks.
@@ -134,10 +127,7 @@ void LyricsModel::setSung(const SungSoFar& sung)
     const int before = activeIndex();
     const bool isOtherWord = sung.words != _sung.words || sung.line != _sung.line;
     _sung = sung;
-    const int now = activeIndex();
-    if (now != before) {
-        Q_EMIT dataChanged(index(std::max(0, std::min(before, now))), index(std::max(before, now)),
-                           {StateRole});
+    if (activeIndex() != before) {
         Q_EMIT activeIndexChanged();
     }
     if (isOtherWord) {

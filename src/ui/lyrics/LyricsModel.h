@@ -2,7 +2,6 @@
 
 #include "base/RunLoop.h"
 #include "lyrics/Lyrics.h"
-#include "ui/lyrics/LyricSlot.h"
 #include "ui/lyrics/LyricsDemand.h"
 
 #include <QAbstractListModel>
@@ -25,7 +24,7 @@ class LyricsModel : public QAbstractListModel
     Q_PROPERTY(QString activeText READ activeText NOTIFY activeIndexChanged)
     Q_PROPERTY(int activeWord READ activeWord NOTIFY activeWordChanged)
     Q_PROPERTY(bool isSynced READ isSynced NOTIFY lyricsChanged)
-    Q_PROPERTY(QString placeholder READ placeholder NOTIFY lyricsChanged)
+    Q_PROPERTY(QString placeholder READ placeholder NOTIFY placeholderChanged)
     Q_PROPERTY(bool isPlain READ isPlain NOTIFY lyricsChanged)
 
 public:
@@ -36,27 +35,20 @@ public:
         RunLoop& runLoop;
     };
 
-    /// In QML by their names "text", "state", "time" and "words".
+    /// A row's text, as a view shows it with a note for an empty line, is its display role.
     enum Role {
-        TextRole = Qt::UserRole, ///< as a view shows it: a note for an empty line
-        StateRole,               ///< a LyricSlot::State
-        TimeRole,                ///< seconds from the start of the track
-        WordsRole                ///< the texts of its words; empty when they have no times
+        WordsRole = Qt::UserRole ///< the texts of its words; empty when they have no times
     };
 
     explicit LyricsModel(const Dependencies& dependencies);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
 
     /// The row of the line that is sung; -1 before the first.
     int activeIndex() const { return static_cast<int>(_sung.line.value_or(-1)); }
     /// That line, as a view shows it; empty before the first.
-    QString activeText() const
-    {
-        return _sung.line ? data(index(activeIndex()), TextRole).toString() : QString();
-    }
+    QString activeText() const { return _sung.line ? index(activeIndex()).data().toString() : QString(); }
     /// How many words of that line have begun; 0 when they have no times.
     int activeWord() const { return static_cast<int>(_sung.words); }
     /// Whether there are lines.
@@ -64,9 +56,9 @@ public:
     /// What to show in place of lines; empty when there are lines.
     QString placeholder() const;
     /// Whether there is a text without times, and no other.
-    bool isPlain() const { return !isSynced() && !plainLines().isEmpty(); }
+    bool isPlain() const { return !isSynced() && !_plainLines.isEmpty(); }
     /// The lines of that text.
-    QStringList plainLines() const;
+    QStringList plainLines() const { return _plainLines; }
 
     /// Goes to where a line begins. Nothing for a row that there is not.
     Q_INVOKABLE void seekToLine(int row);
@@ -77,7 +69,9 @@ public:
 Q_SIGNALS:
     void activeIndexChanged();
     void activeWordChanged();
+    /// There are other lines, with times or without.
     void lyricsChanged();
+    void placeholderChanged();
 
 private:
     void takeLyrics();
@@ -87,6 +81,7 @@ private:
     Dependencies _of;
     LyricsDemand _demand;
     QList<SyncedLyric> _lines;
+    QStringList _plainLines;
     SungSoFar _sung;
     std::unique_ptr<RunLoop::Timer> _change; ///< of the line or the word; none while there is none to come
 };

@@ -20,6 +20,12 @@ QString menuText(const QString& title, const QFontMetrics& metrics)
     return metrics.elidedText(title, Qt::ElideRight, widestTitle).replace(u'&', QStringLiteral("&&"));
 }
 
+/// A text as a tool tip shows it as it is: of one without markup it is guessed what it is.
+QString tipText(const QString& title)
+{
+    return QStringLiteral("<span>%1</span>").arg(title.toHtmlEscaped());
+}
+
 /// The colours of a menu on a desktop that says light or dark where the palette does not follow it.
 QPalette menuPalette(bool isDark)
 {
@@ -134,7 +140,7 @@ void ClassicMenu::describe(QAction& action, const PellarMenuItem& item, bool isD
     }
     action.setText(menuText(item.title, metrics));
     const bool isCut = metrics.horizontalAdvance(item.title) > widestTitle;
-    action.setToolTip(isCut ? item.title.toHtmlEscaped() : QString()); // else it would be taken for markup
+    action.setToolTip(isCut ? tipText(item.title) : QString());
     action.setCheckable(item.kind == Kind::toggle);
     action.setChecked(item.isOn);
     if (item.icon) {

@@ -1,9 +1,11 @@
 #include "ui/menu/ContextMenuRows.h"
 
+#include "ui/controls/ClockText.h"
+
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace {
 
@@ -63,16 +65,6 @@ QString shown(const QString& title, const QString& artist)
         return name.isRightToLeft() ? QChar(0x2068) + name.simplified() + QChar(0x2069) : name.simplified();
     };
     return artist.isEmpty() ? title.simplified() : named(isolated(title), isolated(artist));
-}
-
-/// As "14:07".
-QString minutesAndSeconds(double seconds)
-{
-    constexpr qint64 secondsAMinute = 60;
-    const auto whole = static_cast<qint64>(std::max(0.0, std::floor(seconds)));
-    return QStringLiteral("%1:%2")
-        .arg(whole / secondsAMinute)
-        .arg(whole % secondsAMinute, 2, 10, QLatin1Char('0'));
 }
 
 Items RowBuilder::rows()
@@ -164,7 +156,7 @@ void RowBuilder::addSleepTimer()
     }
     rows.push_back(Item::separator());
     if (const auto remaining = _state.sleepTimerRemaining) {
-        rows.push_back(Item::action(tr("Cancel Timer (%1 left)").arg(minutesAndSeconds(*remaining)),
+        rows.push_back(Item::action(tr("Cancel Timer (%1 left)").arg(clockText(*remaining)),
                                     _commands.cancelSleepTimer));
     } else {
         rows.push_back(Item::info(tr("No Timer Active")));

@@ -1,13 +1,11 @@
 #include "ui/menu/MenuColors.h"
 
+#include "ui/controls/Contrast.h"
+
 MenuColors MenuColors::forDesktop(bool isDark)
 {
     const QColor ink = isDark ? QColor(255, 255, 255) : QColor(0, 0, 0);
-    const auto inkAt = [&ink](double opacity) {
-        QColor colour = ink;
-        colour.setAlphaF(static_cast<float>(opacity));
-        return colour;
-    };
+    const auto inkAt = [&ink](double opacity) { return Contrast::withOpacity(ink, opacity); };
     return {
         .background = isDark ? QColor(38, 38, 41) : QColor(248, 248, 250),
         .text = inkAt(isDark ? 0.94 : 0.88),

@@ -2,18 +2,9 @@
 
 #include "ui/controls/Contrast.h"
 
-namespace {
-
-QColor withOpacity(QColor colour, double opacity)
-{
-    colour.setAlphaF(static_cast<float>(opacity));
-    return colour;
-}
-
-} // namespace
-
 PillColors PillColors::forDesktop(bool isDark, const std::optional<QColor>& tint)
 {
+    using Contrast::withOpacity;
     const QColor ink = isDark ? QColor(255, 255, 255) : QColor(0, 0, 0);
     const double trackOpacity = isDark ? 0.18 : 0.13;
     PillColors colors{

@@ -35,7 +35,6 @@ class PillModel : public QObject
     Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
     Q_PROPERTY(bool isTitleActive READ isTitleActive NOTIFY isTitleActiveChanged)
     Q_PROPERTY(bool isSeeking READ isSeeking NOTIFY isSeekingChanged)
-    Q_PROPERTY(bool isHovering READ isHovering NOTIFY isHoveringChanged)
     Q_PROPERTY(bool hoveringBar READ hoveringBar NOTIFY hoveringBarChanged)
     Q_PROPERTY(QString hoveredZone READ hoveredZone NOTIFY hoveredZoneChanged)
     Q_PROPERTY(QString pressedZone READ pressedZone NOTIFY pressedZoneChanged)
@@ -106,7 +105,6 @@ Q_SIGNALS:
     void progressChanged();
     void isTitleActiveChanged();
     void isSeekingChanged();
-    void isHoveringChanged();
     void hoveringBarChanged();
     void hoveredZoneChanged();
     void pressedZoneChanged();
@@ -128,6 +126,7 @@ private:
     std::unique_ptr<RunLoop::Timer> _holdTimer;
     QProperty<double> _seekFraction;
     QProperty<bool> _isDark;
+    QProperty<bool> _isHovering;
     Q_OBJECT_BINDABLE_PROPERTY(PillModel, QString, _title, &PillModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(PillModel, bool, _isIdle, &PillModel::contentChanged)
     Q_OBJECT_BINDABLE_PROPERTY(PillModel, bool, _isPlaying, &PillModel::contentChanged)
@@ -137,7 +136,6 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(PillModel, PillColors, _colors, &PillModel::colorsChanged)
     Q_OBJECT_BINDABLE_PROPERTY(PillModel, PillLayout, _layout, &PillModel::layoutChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PillModel, bool, _isSeeking, false, &PillModel::isSeekingChanged)
-    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PillModel, bool, _isHovering, false, &PillModel::isHoveringChanged)
     Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(PillModel, bool, _hoveringBar, false, &PillModel::hoveringBarChanged)
     Q_OBJECT_BINDABLE_PROPERTY(PillModel, QString, _hoveredZone, &PillModel::hoveredZoneChanged)
     Q_OBJECT_BINDABLE_PROPERTY(PillModel, QString, _pressedZone, &PillModel::pressedZoneChanged)

@@ -66,16 +66,18 @@ void LyricsCanvas::setModel(LyricsModel* model)
 void LyricsCanvas::geometryChange(const QRectF& newGeometry, const QRectF& oldGeometry)
 {
     MovingItem::geometryChange(newGeometry, oldGeometry);
-    relayout();
+    if (newGeometry.size() != oldGeometry.size()) {
+        relayout();
+    }
 }
 
-/// Of other lyrics, or for another width: nothing glides.
+/// Of other lyrics, or in another size: nothing glides.
 void LyricsCanvas::relayout()
 {
     QStringList lines;
     if (_model != nullptr && _model->isSynced()) {
         for (int row = 0; row < _model->rowCount(); ++row) {
-            lines << _model->data(_model->index(row), LyricsModel::TextRole).toString();
+            lines << _model->index(row).data().toString();
         }
     } else if (_model != nullptr) {
         lines = _model->plainLines();
@@ -101,10 +103,9 @@ void LyricsCanvas::followLine()
     _wordStarts.clear();
     if (_activeRow >= 0) {
         const QModelIndex index = _model->index(_activeRow);
-        const QStringList words = _model->data(index, LyricsModel::WordsRole).toStringList();
+        const QStringList words = index.data(LyricsModel::WordsRole).toStringList();
         if (!words.isEmpty()) {
-            _wordStarts =
-                LyricsLayout::wordStarts(_model->data(index, LyricsModel::TextRole).toString(), words);
+            _wordStarts = LyricsLayout::wordStarts(index.data().toString(), words);
         }
     }
     followWord();

@@ -1,13 +1,11 @@
 #include "ui/settings/WindowColors.h"
 
+#include "ui/controls/Contrast.h"
+
 WindowColors WindowColors::forDesktop(bool isDark)
 {
     const QColor ink = isDark ? QColor(255, 255, 255) : QColor(0, 0, 0);
-    const auto inkAt = [&ink](double opacity) {
-        QColor colour = ink;
-        colour.setAlphaF(static_cast<float>(opacity));
-        return colour;
-    };
+    const auto inkAt = [&ink](double opacity) { return Contrast::withOpacity(ink, opacity); };
     return {
         .background = isDark ? QColor(29, 29, 32) : QColor(245, 245, 248),
         .sidebar = isDark ? QColor(38, 38, 42) : QColor(234, 234, 239),

@@ -5,11 +5,7 @@
 CardColors CardColors::on(const QColor& ground, bool isDark, const std::optional<QColor>& tint)
 {
     const QColor ink = isDark ? Qt::white : Qt::black;
-    const auto inkAt = [&ink](double opacity) {
-        QColor color = ink;
-        color.setAlphaF(static_cast<float>(opacity));
-        return color;
-    };
+    const auto inkAt = [&ink](double opacity) { return Contrast::withOpacity(ink, opacity); };
     const double trackOpacity = isDark ? 0.22 : 0.16;
     CardColors colors{
         .text = inkAt(isDark ? 0.97 : 0.9),

@@ -47,6 +47,7 @@ Item {
         to: 1
         duration: 450
         easing.type: Easing.InOutQuad
+        onFinished: back.image = front.image
     }
 
     RoundedBox {

@@ -4,24 +4,11 @@
 #include "platform/Appearance.h"
 #include "prefs/PowerModeManager.h"
 #include "prefs/ThemeManager.h"
+#include "ui/controls/ClockText.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
-
-namespace {
-
-/// "3:07"; the minutes go on beyond 59.
-QString clockText(double seconds)
-{
-    constexpr int secondsAMinute = 60;
-    const auto whole = static_cast<qint64>(std::max(0.0, seconds));
-    return QStringLiteral("%1:%2")
-        .arg(whole / secondsAMinute)
-        .arg(whole % secondsAMinute, 2, 10, QLatin1Char('0'));
-}
-
-} // namespace
 
 TrackModel::TrackModel(const Dependencies& dependencies) : _of(dependencies)
 {

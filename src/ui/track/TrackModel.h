@@ -27,6 +27,7 @@ class TrackModel : public QObject
     Q_PROPERTY(bool hasArtwork READ hasArtwork NOTIFY artworkChanged)
     Q_PROPERTY(QString playSymbol READ playSymbol NOTIFY contentChanged)
     Q_PROPERTY(QString playLabel READ playLabel NOTIFY contentChanged)
+    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY contentChanged)
     Q_PROPERTY(bool isTitleActive READ isTitleActive NOTIFY isTitleActiveChanged)
     Q_PROPERTY(bool isSeekable READ isSeekable NOTIFY timesChanged)
     Q_PROPERTY(double progress READ progress NOTIFY timesChanged)
@@ -62,7 +63,8 @@ public:
     bool hasArtwork() const { return !artwork().isNull(); }
     QString playSymbol() const;
     QString playLabel() const;
-    /// Whether a long title scrolls.
+    bool isPlaying() const { return _isPlaying; }
+    /// Whether a long title may scroll, on a card that somebody looks at or while music plays.
     bool isTitleActive() const { return _isTitleActive; }
 
     /// Whether the track has places to go to: its length is known.

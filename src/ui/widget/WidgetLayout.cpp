@@ -15,7 +15,7 @@ constexpr double progressHeight = 28;
 constexpr double transportHeight = 28;
 constexpr double lyricHeight = 36; // of two rows
 constexpr double textGap = 12;     // between the cover and the texts
-constexpr double closeRoom = 10;   // right of the texts, for the button in the corner
+constexpr double closeRoom = 16;   // right of the texts, for the button in the corner
 
 bool hasText(const WidgetElements& elements)
 {

@@ -73,6 +73,7 @@ Item {
     Line {
         track: root.track
         frame: root.parts.title
+        isLookedAt: hover.hovered
         text: root.track.title
         isShrunkToFit: true
         smallestSize: Math.max(13, root.parts.artistSize)
@@ -82,6 +83,7 @@ Item {
     Line {
         track: root.track
         frame: root.parts.artist
+        isLookedAt: hover.hovered
         text: root.track.artist
         color: root.track.colors.dimmedText
         font.pixelSize: Math.max(1, root.parts.artistSize)
@@ -140,13 +142,14 @@ Item {
     component Line: MarqueeText {
         required property TrackModel track
         required property rect frame
+        required property bool isLookedAt
 
         x: frame.x
         y: frame.y
         width: frame.width
         height: frame.height
         visible: height > 0
-        isActive: track.isTitleActive
+        isActive: track.isTitleActive && (track.isPlaying || isLookedAt)
         clock: track.clock
 
         Accessible.role: Accessible.StaticText

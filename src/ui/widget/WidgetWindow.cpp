@@ -15,13 +15,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
 const QString frameKey = QStringLiteral("pellar.widget.frame");
 constexpr double frameInterval = 0.015; // seconds
 constexpr double resetSeconds = 0.35;
-constexpr double corner = 16; // points
+constexpr double restSeconds = 0.3; // that the frame has to rest before it is written
+constexpr double corner = 16;       // points
 
 QList<QRectF> freeParts()
 {
@@ -62,6 +64,7 @@ WidgetWindow::WidgetWindow(const Dependencies& dependencies) : _of(dependencies)
 /// The view goes before what it shows.
 WidgetWindow::~WidgetWindow()
 {
+    keepPendingFrame(_of.windows.frame(*this));
     setSource({});
 }
 
@@ -84,8 +87,9 @@ void WidgetWindow::present()
 
     for (const auto changed :
          {&QWindow::xChanged, &QWindow::yChanged, &QWindow::widthChanged, &QWindow::heightChanged}) {
-        connect(this, changed, this, &WidgetWindow::persistFrame);
+        connect(this, changed, this, &WidgetWindow::keepFrameSoon);
     }
+    connect(this, &QWindow::screenChanged, this, &WidgetWindow::cutCorners); // which may have another scale
     connect(&_of.manager, &WidgetManager::positionReset, this, &WidgetWindow::resetPosition);
     connect(&_of.bar, &StatusBar::compositingChanged, this, &WidgetWindow::cutCorners);
     connect(&_track, &TrackModel::lookChanged, this, &WidgetWindow::cutCorners);
@@ -132,13 +136,31 @@ QRectF WidgetWindow::wantedFrame()
     return wanted;
 }
 
-/// Not of a place that it has only because its screen has gone: when that comes back, so does the widget.
-void WidgetWindow::persistFrame()
+void WidgetWindow::resizeEvent(QResizeEvent* event)
 {
-    const QRectF frame = _of.windows.frame(*this);
-    _size = QSizeF(size());
+    QQuickView::resizeEvent(event);
+    _size = QSizeF(event->size());
     cutCorners();
-    if (_isDisplaced) {
+}
+
+void WidgetWindow::hideEvent(QHideEvent* event)
+{
+    keepPendingFrame(_of.windows.frame(*this));
+    QQuickView::hideEvent(event);
+}
+
+/// Not a place that it has only because its screen has gone: when that comes back, so does the widget.
+void WidgetWindow::keepFrameSoon()
+{
+    if (!_isDisplaced) {
+        _keeping =
+            _of.track.runLoop.once(restSeconds, this, [this] { keepPendingFrame(_of.windows.frame(*this)); });
+    }
+}
+
+void WidgetWindow::keepPendingFrame(const QRectF& frame)
+{
+    if (!std::exchange(_keeping, nullptr)) {
         return;
     }
     _of.defaults.setObject(frameKey, QVariantMap{{QStringLiteral("x"), frame.x()},
@@ -162,8 +184,10 @@ void WidgetWindow::watchScreen(QScreen* screen)
     followScreens();
 }
 
+/// The window manager may have moved it already, for want of its screen, which Qt does not know yet.
 void WidgetWindow::followScreens()
 {
+    keepPendingFrame(geometry());
     const QRectF wanted = wantedFrame();
     if (isVisible() && _of.windows.frame(*this) != wanted) {
         place(wanted);
@@ -229,10 +253,11 @@ void WidgetWindow::drag()
         return;
     }
     const QPointF way = _pointer - _drag->start;
-    const bool isFirst = _drag->frame == _of.windows.frame(*this);
+    const bool isFirst = !_drag->hasBegun;
     if (isFirst && way.manhattanLength() < QGuiApplication::styleHints()->startDragDistance() / 2.0) {
         return;
     }
+    _drag->hasBegun = true;
     _isDisplaced = false;
     place(dragged(*_drag, way));
     if (isFirst && (_drag->edges != Qt::Edges() ? _of.windows.startResize(*this, _drag->edges)

@@ -60,6 +60,8 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     /// A drag on the background.
@@ -67,12 +69,14 @@ private:
         Qt::Edges edges; ///< none to move the whole
         QPointF start;   ///< of the pointer, on the screen
         QRectF frame;    ///< of the widget, then
+        bool hasBegun = false;
     };
 
     std::optional<QRectF> savedFrame() const;
     QRectF firstFrame() const;
     QRectF wantedFrame();
-    void persistFrame();
+    void keepFrameSoon();
+    void keepPendingFrame(const QRectF& frame);
     void place(const QRectF& frame);
     void followScreens();
     void watchScreen(QScreen* screen);
@@ -87,6 +91,7 @@ private:
     QPointF _pointer;          ///< on the screen
     bool _isDisplaced = false; ///< it lies elsewhere than it was put, whose screen has gone
     std::unique_ptr<RunLoop::Timer> _animation;
+    std::unique_ptr<RunLoop::Timer> _keeping; ///< while the frame has to be written
     QProperty<QSizeF> _size;
     QProperty<WidgetElements> _elements;
     QPropertyNotifier _elementsWatch;

@@ -1,0 +1,12 @@
+#include "ui/controls/ClockText.h"
+
+#include <algorithm>
+
+QString clockText(double seconds)
+{
+    constexpr int secondsAMinute = 60;
+    const auto whole = static_cast<qint64>(std::max(0.0, seconds));
+    return QStringLiteral("%1:%2")
+        .arg(whole / secondsAMinute)
+        .arg(whole % secondsAMinute, 2, 10, QLatin1Char('0'));
+}
