@@ -2,6 +2,7 @@
 
 #include "audio/AudioBridge.h"
 #include "audio/AudioSourceManager.h"
+#include "base/ClockText.h"
 #include "base/NotificationCenter.h"
 #include "platform/BundleId.h"
 #include "platform/Platform.h"
@@ -101,6 +102,11 @@ void NowPlayingService::tick()
     if (_tickCount % interval == 0) {
         refresh();
     }
+}
+
+QString NowPlayingService::timeRemainingText() const
+{
+    return ::timeRemainingText(_duration, _elapsed);
 }
 
 NowPlayingService::Showing NowPlayingService::showing() const

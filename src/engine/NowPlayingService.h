@@ -119,6 +119,9 @@ public:
     /// Raises the window of the player that commands are sent to.
     void openInApp();
 
+    /// Time left in the track as "-3:07"; empty when the duration is unknown.
+    QString timeRemainingText() const;
+
     /// Whether the program may automate an application. While that does not run, the last answer holds.
     bool hasAccess(const QString& toBundleId);
 

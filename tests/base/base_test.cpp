@@ -1,3 +1,4 @@
+#include "base/ClockText.h"
 #include "base/DebugLog.h"
 #include "base/Decimal.h"
 #include "base/EventLoop.h"
@@ -23,6 +24,18 @@ class BaseTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void remainingTimes()
+    {
+        for (const auto& [duration, elapsed, text] : {std::tuple(200.0, 12.1, "-3:07"),
+                                                      {200.5, 12.0, "-3:08"},
+                                                      {10, 5, "-0:05"},
+                                                      {3725, 0, "-62:05"},
+                                                      {10, 11, "-0:00"},
+                                                      {0, 0, ""}}) {
+            QCOMPARE(timeRemainingText(duration, elapsed), QLatin1String(text));
+        }
+    }
+
     void decimals()
     {
         for (const auto& [text, value] : {std::pair("42.5", 42.5),

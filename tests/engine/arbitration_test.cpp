@@ -146,6 +146,7 @@ private Q_SLOTS:
         engine.desktop.scripts.take();
         engine.desktop.runLoop.advance(1);
         QCOMPARE(engine.service->elapsed(), 13.5);
+        QCOMPARE(engine.service->timeRemainingText(), u"-0:00"_s);
         engine.desktop.runLoop.advance(3);
         QCOMPARE(engine.service->elapsed(), 14.0); // no further than the end
         QCOMPARE(engine.service->stats().topArtists(2), (QList{std::pair{u"B"_s, 4.0}}));

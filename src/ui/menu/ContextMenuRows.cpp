@@ -1,6 +1,6 @@
 #include "ui/menu/ContextMenuRows.h"
 
-#include "ui/controls/ClockText.h"
+#include "base/ClockText.h"
 
 #include <QCoreApplication>
 

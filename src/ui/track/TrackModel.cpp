@@ -1,10 +1,10 @@
 #include "ui/track/TrackModel.h"
 
+#include "base/ClockText.h"
 #include "engine/NowPlayingService.h"
 #include "platform/Appearance.h"
 #include "prefs/PowerModeManager.h"
 #include "prefs/ThemeManager.h"
-#include "ui/controls/ClockText.h"
 
 #include <algorithm>
 #include <cmath>
@@ -108,7 +108,7 @@ QString TrackModel::elapsedText() const
 /// Of what is shown, so that the two times make up the length.
 QString TrackModel::remainingText() const
 {
-    return isSeekable() ? u'-' + clockText(std::floor(_duration) - std::floor(shownElapsed())) : QString();
+    return timeRemainingText(_duration, std::floor(shownElapsed()));
 }
 
 QString TrackModel::durationText() const

@@ -1,4 +1,4 @@
-#include "ui/controls/ClockText.h"
+#include "base/ClockText.h"
 
 #include <algorithm>
 
@@ -9,4 +9,9 @@ QString clockText(double seconds)
     return QStringLiteral("%1:%2")
         .arg(whole / secondsAMinute)
         .arg(whole % secondsAMinute, 2, 10, QLatin1Char('0'));
+}
+
+QString timeRemainingText(double duration, double elapsed)
+{
+    return duration > 0 ? u'-' + clockText(duration - elapsed) : QString();
 }
