@@ -109,7 +109,7 @@ bool DesktopWorkspace::open(const QUrl& url)
         return true;
     }
     if (url.scheme() == QStringLiteral("x-apple.systempreferences")) {
-        qCInfo(log, "this desktop has no settings for %ls", qUtf16Printable(url.query()));
+        qCWarning(log, "this desktop has no settings for %ls", qUtf16Printable(url.query()));
         return false;
     }
     return QDesktopServices::openUrl(url);
