@@ -349,6 +349,9 @@ private Q_SLOTS:
             rows << (track.artist.isEmpty() ? track.title : track.title + u" by " + track.artist);
         }
         QTEST(rows, "rows");
+
+        account.auth->disconnect(); // what comes next for the next account is not known
+        QTRY_VERIFY(account.api->cachedQueue().isEmpty());
     }
 
     void waitsAsLongAsToldTo_data()
